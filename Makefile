@@ -1,0 +1,53 @@
+# Vornhale: the two commands of the set-up contract are `make run` and `make test`.
+
+BUILD      ?= build
+ASAN_BUILD ?= build-asan
+FUZZ_BUILD ?= build-fuzz
+JOBS       ?= $(shell nproc)
+SAMPLE     := data/sample/SAMPLE2026.ALL
+RUN_DIR    := $(BUILD)/run
+FUZZ_SECONDS ?= 60
+
+.PHONY: all deps build run test bench fuzz asan format clean
+
+all: build
+
+deps:
+	@bash scripts/install-deps.sh
+
+$(BUILD)/build.ninja: | deps
+	cmake -S . -B $(BUILD) -G Ninja -DCMAKE_BUILD_TYPE=RelWithDebInfo
+
+build: deps $(BUILD)/build.ninja
+	cmake --build $(BUILD) -j $(JOBS)
+
+run: build
+	@rm -rf $(RUN_DIR) && mkdir -p $(RUN_DIR)/log
+	@cp $(SAMPLE) $(RUN_DIR)/log/
+	$(BUILD)/cli/vornhale-cli convert --home $(RUN_DIR)/home --keep-work $(RUN_DIR)/log/$(notdir $(SAMPLE))
+	@echo
+	@echo "Results beside the log in $(abspath $(RUN_DIR)/log):"
+	@ls -1 $(abspath $(RUN_DIR)/log)
+
+test: build
+	cd $(BUILD) && ctest --output-on-failure -j $(JOBS)
+
+bench: build
+	@bash bench/run.sh $(BUILD)
+
+asan: deps
+	cmake -S . -B $(ASAN_BUILD) -G Ninja -DCMAKE_BUILD_TYPE=Debug -DVORNHALE_SANITIZE=ON
+	cmake --build $(ASAN_BUILD) -j $(JOBS)
+	cd $(ASAN_BUILD) && ASAN_OPTIONS=detect_leaks=1 UBSAN_OPTIONS=print_stacktrace=1 ctest --output-on-failure -j $(JOBS)
+
+fuzz: deps
+	CC=clang CXX=clang++ cmake -S . -B $(FUZZ_BUILD) -G Ninja -DCMAKE_BUILD_TYPE=RelWithDebInfo \
+		-DVORNHALE_FUZZ=ON -DVORNHALE_TESTS=OFF
+	cmake --build $(FUZZ_BUILD) -j $(JOBS)
+	@bash fuzz/run.sh $(FUZZ_BUILD) $(FUZZ_SECONDS)
+
+format:
+	@git ls-files '*.cpp' '*.h' | xargs clang-format -i
+
+clean:
+	rm -rf $(BUILD) $(ASAN_BUILD) $(FUZZ_BUILD)

@@ -1,0 +1,34 @@
+#pragma once
+
+#include "app/Dialogs.h"
+#include "app/RunObserver.h"
+
+namespace vornhale::cli {
+
+/// Messages of the core, printed to stderr.
+class ConsoleDialogs : public app::Dialogs
+{
+public:
+    void message(std::string_view title, std::string_view text, Icon icon) override;
+};
+
+/// Progress of a run as a bar on stderr, shown only when stderr is a terminal.
+class ConsoleObserver : public app::RunObserver
+{
+public:
+    ConsoleObserver();
+    ~ConsoleObserver() override;
+    void status(std::string_view text, app::Colour colour) override;
+    void progressRange(long maximum) override;
+    void progress(long value) override;
+
+private:
+    void draw();
+    bool m_terminal = false;
+    long m_maximum = 0;
+    long m_value = 0;
+    int m_lastPercent = -1;
+    std::string m_status;
+};
+
+} // namespace vornhale::cli

@@ -1,0 +1,104 @@
+#include "ConvertCommand.h"
+
+#include "ConsoleFrontEnd.h"
+#include "app/FailurePath.h"
+#include "app/ProgramFolder.h"
+#include "app/Trace.h"
+#include "engine/Driver.h"
+#include "engine/WorkingFiles.h"
+#include "readers/InputSelection.h"
+#include "reference/EntityLookup.h"
+#include "settings/Options.h"
+
+#include <algorithm>
+#include <iostream>
+#include <memory>
+
+namespace vornhale::cli {
+namespace {
+
+namespace fs = std::filesystem;
+
+const std::string_view kKinds[] = {"all", "txt", "zlo", "log", "log_v4", "log_v430",
+                              "cbr", "adi", "mdb", "lg8"};
+
+void removeWorkingFiles(const app::ProgramFolder& folder)
+{
+    std::error_code ec;
+    for (const char* name : {engine::working::zlog_1, engine::working::zlog_2}) {
+        fs::remove(folder.drive_path / name, ec);
+    }
+}
+
+} // namespace
+
+int runConvert(const ConvertRequest& request)
+{
+    if (!request.type.empty() &&
+        std::find(std::begin(kKinds), std::end(kKinds), request.type) == std::end(kKinds)) {
+        std::cerr << "unknown --type: " << request.type << "\n";
+        return 2;
+    }
+    settings::Options options = settings::Options::defaults();
+    for (const std::string& set : request.sets) {
+        const auto eq = set.find('=');
+        if (eq == std::string::npos || eq == 0) {
+            std::cerr << "--set needs KEY=VALUE: " << set << "\n";
+            return 2;
+        }
+        options.set(set.substr(0, eq), set.substr(eq + 1));
+    }
+    if (!request.year.empty()) {
+        options.set("txtYYYY", request.year);
+    }
+
+    ConsoleDialogs dialogs;
+    const app::ProgramFolder folder = app::ProgramFolder::resolve(request.home);
+    std::unique_ptr<app::Trace> trace;
+    try {
+        folder.makeFolders();
+        trace = std::make_unique<app::Trace>(folder.Error_Log);
+    } catch (const app::Failure& f) {
+        std::cerr << "エラー内容 ：　" << f.number() << "  " << f.description() << "\n";
+        return 1;
+    }
+
+    ConsoleObserver observer;
+    engine::ProgramState program;
+    reference::NoEntities entities;
+    engine::RunContext ctx{options, folder, *trace, observer, dialogs, program, entities, {}};
+
+    try {
+        std::error_code ec;
+        const fs::path log = fs::absolute(request.log, ec);
+        if (!fs::is_regular_file(log, ec)) {
+            throw app::Failure(app::failure::FileNotFound, "ファイルが見つかりません。 " + log.string());
+        }
+        if (!readers::openInput(ctx.run, *trace, log, request.type)) {
+            std::cerr << ctx.run.lblIn_name << "\n";
+            return 1;
+        }
+        if (ctx.run.f_type.empty()) {
+            std::cerr << "入力ファイルの種類が判りません。--type で指定して下さい: " << log.string() << "\n";
+            return 1;
+        }
+        engine::cmdStart_Click(ctx);
+    } catch (const app::Failure& f) {
+        app::error_exit(f, *trace, dialogs);
+        return 1;
+    }
+
+    std::cout << "入力ファイル ：" << ctx.run.in_name << "\n";
+    const fs::path zlog1 = folder.drive_path / engine::working::zlog_1;
+    const fs::path zlog2 = folder.drive_path / engine::working::zlog_2;
+    if (request.keepWork) {
+        std::cout << "作業ファイル ：" << zlog1.string() << "\n";
+        std::cout << "作業ファイル ：" << zlog2.string() << "\n";
+    } else {
+        removeWorkingFiles(folder);
+    }
+    std::cout << "トレース     ：" << trace->path().string() << "\n";
+    return 0;
+}
+
+} // namespace vornhale::cli

@@ -1,0 +1,24 @@
+#pragma once
+
+#include <filesystem>
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace vornhale::cli {
+
+struct ConvertRequest
+{
+    std::optional<std::filesystem::path> home;
+    std::vector<std::string> sets; ///< KEY=VALUE
+    std::string type;
+    std::string year;
+    bool keepWork = false;
+    std::filesystem::path log;
+};
+
+/// Runs one conversion as the start button does. Returns the exit status: 0 on success,
+/// 1 when the input was rejected or the run took the failure path, 2 on bad usage.
+int runConvert(const ConvertRequest& request);
+
+} // namespace vornhale::cli

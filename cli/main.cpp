@@ -1,0 +1,34 @@
+#include "ConvertCommand.h"
+
+#include <CLI/CLI.hpp>
+
+int main(int argc, char** argv)
+{
+    CLI::App app{"Vornhale: contest logs into Turbo HAMLOG import files"};
+    app.require_subcommand(1);
+
+    vornhale::cli::ConvertRequest convert;
+    std::string home;
+    auto* conv = app.add_subcommand("convert", "Convert a contest log into _hn.csv and _cn.csv");
+    conv->add_option("--home", home, "Program folder (default: $VORNHALE_HOME or XDG data home)");
+    conv->add_option("--set", convert.sets, "Override an option for this run: KEY=VALUE")
+        ->allow_extra_args(false);
+    conv->add_option("--type", convert.type, "Input kind: all, txt, zlo, log, log_v4, log_v430, cbr, adi, mdb, lg8");
+    conv->add_option("--year", convert.year, "Year of a log that carries none (txtYYYY)");
+    conv->add_flag("--keep-work", convert.keepWork, "Leave the working files in the working folder");
+    conv->add_option("LOG", convert.log, "The contest log")->required();
+
+    try {
+        app.parse(argc, argv);
+    } catch (const CLI::ParseError& e) {
+        const int code = app.exit(e);
+        return code == 0 ? 0 : 2;
+    }
+    if (!home.empty()) {
+        convert.home = home;
+    }
+    if (conv->parsed()) {
+        return vornhale::cli::runConvert(convert);
+    }
+    return 2;
+}

@@ -1,0 +1,215 @@
+#include "engine/Driver.h"
+
+#include "app/Failure.h"
+#include "app/FileMask.h"
+#include "engine/CallSplit.h"
+#include "engine/WorkingFiles.h"
+#include "readers/ZlogTextReader.h"
+#include "text/Chars.h"
+#include "text/LineFile.h"
+
+#include <filesystem>
+#include <string>
+
+namespace vornhale::engine {
+namespace {
+
+namespace fs = std::filesystem;
+
+void removeIfExists(const fs::path& path)
+{
+    std::error_code ec;
+    fs::remove(path, ec);
+}
+
+void traceSettingsFile(RunContext& ctx, const char* name, const char* banner)
+{
+    ctx.trace.line(banner);
+    const fs::path path = ctx.folder.strPath / name;
+    std::error_code ec;
+    if (!fs::is_regular_file(path, ec)) {
+        return;
+    }
+    for (const std::string& line : text::readLines(path)) {
+        ctx.trace.line(line);
+    }
+}
+
+// Which remark items the two layouts use: an item is used when its caption is a cell.
+LayoutUse layoutUse(const settings::Options& options)
+{
+    LayoutUse use;
+    for (const char* key : {"Rmks1_cfg", "Rmks2_cfg"}) {
+        for (const std::string& cell : text::split(options.value(key), ",")) {
+            use.memo |= cell == "memo";
+            use.memo_eq |= cell == "memo=";
+            use.op |= cell == "OP";
+            use.op_pct |= cell == "OP %";
+            use.iota |= cell == "IOTA";
+            use.zone |= cell == "Zone";
+            use.state |= cell == "州名";
+            use.calls |= cell == "Calls";
+        }
+    }
+    return use;
+}
+
+std::string settleZoneMoji(const settings::Options& o)
+{
+    switch (o.member("Option6")) {
+    case 3: {
+        const std::string& t = o.value("txtZone_moji");
+        return text::trim(t).empty() ? std::string() : t;
+    }
+    case 2:
+        return "ITU = ";
+    case 1:
+        return "CQ = ";
+    case 0:
+        return "Z";
+    default:
+        return {};
+    }
+}
+
+std::string settleProvMoji(const settings::Options& o)
+{
+    switch (o.member("Option4")) {
+    case 3: {
+        std::string t = o.value("txtProv_moji");
+        if (text::trim(t).empty()) {
+            return {};
+        }
+        if (t.back() != ' ') {
+            t += ' ';
+        }
+        return t;
+    }
+    case 1:
+        return "Oblast = ";
+    case 0:
+        return "Province = ";
+    case 4:
+        return "State = ";
+    default:
+        return {};
+    }
+}
+
+} // namespace
+
+void tmp_file_Del(RunContext& ctx)
+{
+    ctx.trace.line("Public Sub tmp_file_Del()");
+    ctx.trace.line("     drive_path : " + ctx.folder.drive_path.string());
+    ctx.trace.line("     strpath : " + ctx.folder.strPath.string());
+    auto traced = [&](const fs::path& p) { ctx.trace.line("     " + p.string()); };
+    for (const char* mask : {"temp_s.csv", "temp_d.csv", "semp_s.csv", "semp_d.csv", "uemp_s.csv",
+                             "uemp_d.csv", "bak_?.txt", "bak_??.txt", "zlog_?.txt", "*.hdx"}) {
+        app::deleteByMask(ctx.folder.drive_path, mask, traced);
+    }
+    app::deleteByMask(ctx.folder.Temp_Files, "*.hdx", traced);
+    for (const char* mask : {"bak_chk_?.txt", "hdb_chk_?.txt", "*.hdx"}) {
+        app::deleteByMask(ctx.folder.strPath, mask, traced);
+    }
+}
+
+void sort_set_(RunContext& ctx)
+{
+    ctx.run.sort_wake = ctx.options.isOn("Option08", 0) ? 1 : 0;
+    const int kind = ctx.options.member("Option02");
+    ctx.run.sort_kind = static_cast<std::int16_t>(kind >= 0 && kind <= 3 ? kind + 1 : 0);
+}
+
+void cmd_henkan(RunContext& ctx)
+{
+    RunState& run = ctx.run;
+    ctx.trace.line("Private sub cmd_henkan()");
+    ctx.observer.status("  処 理 開 始", app::Colour::Green);
+
+    run.written_count = 0;
+    run.counters.no_qsl_kazu = 0;
+    run.counters.m_kazu = 0;
+    ctx.observer.status("", app::Colour::Black);
+    run.counters.name_kazu = 0;
+
+    if (run.f_type != "zlo") {
+        run.line_count = text::Count_lines(run.in_name);
+    }
+    run.op_filter_name = ctx.options.value("txtOp_name");
+    sort_set_(ctx);
+
+    run.QSL_Q = std::string(text::trim(ctx.options.value("txtQSL_Q")));
+    run.QSL_S = ctx.options.value("txtQSL_S");
+    run.Rmks1_text = ctx.options.value("txtRmks1");
+    run.Rmks2_text = ctx.options.value("txtRmks2");
+    run.YYYY = ctx.options.value("txtYYYY");
+    if (run.QSL_S.empty()) {
+        run.QSL_S = " ";
+    }
+    if (run.QSL_Q.empty()) {
+        run.QSL_Q = " ";
+    }
+
+    if (run.f_type == "txt" || run.f_type == "all") {
+        // The letter comes from the first of the last three characters of the shown name.
+        const std::string tail = text::right(run.lblIn_name, 3);
+        const std::string letter = text::upper(text::left(tail, 1));
+        if (letter == "T" || letter == "A") {
+            run.file_letter = letter;
+        }
+        readers::henkan_at_2_t(ctx);
+    } else {
+        throw app::Failure(app::failure::InvalidCall,
+                           "この形式の入力はまだ変換できません: " + run.f_type);
+    }
+
+    bak_sep1(ctx);
+
+    for (const char* name : {"sort-in.csv", "sort-out.csv", "temp_s.csv", "temp_d.csv", "semp_s.csv",
+                             "semp_d.csv", "uemp_s.csv", "uemp_d.csv"}) {
+        removeIfExists(ctx.work(name));
+    }
+    app::deleteByMask(ctx.folder.drive_path, "sort-out?.csv");
+    run.written_count = 0;
+}
+
+void cmdStart_Click(RunContext& ctx)
+{
+    RunState& run = ctx.run;
+    ctx.trace.line("Private sub cmdStart_Click()");
+
+    tmp_file_Del(ctx);
+    removeIfExists(run.names.out_name_con);
+    removeIfExists(run.names.out_name_ham);
+
+    ctx.trace.line(std::string(46, '*'));
+    ctx.trace.line("Private sub cmdStart_Click()_0");
+    traceSettingsFile(ctx, "Vornhale_cfg.ini", "=========  Vornhale_cfg.ini  ==== 変換時 =======");
+    traceSettingsFile(ctx, "Vornhale_new.ini", "=========  Vornhale_new.ini  ==== 変換時 =======");
+    traceSettingsFile(ctx, "Vornhale.ini", "=========  Vornhale.ini  ==== 変換時 =======");
+    ctx.trace.line("-----------------------");
+    ctx.trace.line("入力ファイル ：" + run.in_name);
+    ctx.trace.line("入 力 件 数　：" + run.Label37);
+
+    ctx.observer.label("Label33", "");
+    ctx.observer.label("Label35", std::string(text::trim(text::replaceAll(run.Label37, "件", ""))));
+    ctx.observer.label("Text1", "");
+    ctx.observer.label("Text2", "");
+    removeIfExists(ctx.folder.Temp_Files / "bak_qso.HDX");
+
+    ctx.observer.status("", app::Colour::Black);
+    run.counters = Counters{};
+    run.use = layoutUse(ctx.options);
+
+    ctx.observer.status("  処 理 開 始", app::Colour::Green);
+    run.Zone_moji = settleZoneMoji(ctx.options);
+    run.Prov_moji = settleProvMoji(ctx.options);
+
+    cmd_henkan(ctx);
+
+    ctx.observer.status("　処理終了", app::Colour::BrightBlue);
+    ctx.trace.line("正常終了");
+}
+
+} // namespace vornhale::engine

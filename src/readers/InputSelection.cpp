@@ -1,0 +1,61 @@
+#include "readers/InputSelection.h"
+
+#include "readers/ZlogTextReader.h"
+#include "text/Chars.h"
+#include "text/LineFile.h"
+#include "text/SjisText.h"
+
+namespace vornhale::readers {
+
+std::string shortenedPath(std::string_view path)
+{
+    const std::size_t bytes = text::Len_sjis(path);
+    if (bytes <= 40) {
+        return std::string(path);
+    }
+    const std::string last = std::filesystem::path(std::string(path)).filename().string();
+    const long room = 40 - static_cast<long>(text::Len_sjis(".../")) -
+                      static_cast<long>(text::Len_sjis(last));
+    const std::string lead = room > 0 ? text::Mid_sjis(path, 1, room) : std::string();
+    return lead + ".../" + last;
+}
+
+std::string countLabel(long count)
+{
+    std::string n = std::to_string(count - 1);
+    if (n.size() < 4) {
+        n.insert(0, 4 - n.size(), ' ');
+    }
+    return n + "　件";
+}
+
+void Disp_in_name(engine::RunState& run, app::Trace& trace)
+{
+    run.lblIn_name = shortenedPath(run.in_name);
+    run.names = OutputNames::of(run.in_name);
+    run.Label37 = countLabel(text::Count_lines(run.in_name));
+    trace.line("入力ファイル in_name：" + run.in_name);
+    trace.line("入力ファイル lblIn  ：" + run.lblIn_name);
+    trace.line("入 力 件 数　：" + run.Label37);
+}
+
+bool openInput(engine::RunState& run, app::Trace& trace, const std::filesystem::path& path,
+               const std::string& kind)
+{
+    run.in_name = path.string();
+    run.chosen_name = run.in_name;
+    run.cont_name.clear();
+    trace.line("入力ファイル ：" + run.in_name);
+
+    if (kind.empty() || kind == "all" || kind == "txt") {
+        if (!FileOpen_all_txt_set(run, path)) {
+            return false;
+        }
+    } else {
+        run.f_type = kind;
+    }
+    Disp_in_name(run, trace);
+    return true;
+}
+
+} // namespace vornhale::readers

@@ -1,0 +1,277 @@
+#include "readers/ZlogTextReader.h"
+
+#include "app/Failure.h"
+#include "engine/Records.h"
+#include "engine/WorkingFiles.h"
+#include "text/Chars.h"
+#include "text/LineFile.h"
+#include "text/Record.h"
+#include "text/SjisText.h"
+
+#include <array>
+
+namespace vornhale::readers {
+namespace {
+
+namespace fs = std::filesystem;
+using engine::QsoLine;
+using text::Mid_sjis;
+using text::trim;
+
+enum class Form { All, Txt };
+
+std::string trimmed(std::string_view s) { return std::string(trim(s)); }
+
+// The received exchange: trimmed, then cut before its first blank.
+std::string firstWord(std::string_view s)
+{
+    std::string_view t = trim(s);
+    return std::string(t.substr(0, t.find(' ')));
+}
+
+// The operator between "%%" marks. Without a second "%" the operator keeps what the
+// previous line left in it.
+void operatorRule(std::string_view line, std::string& q_op)
+{
+    const std::string_view l = text::Cut_nul(line);
+    const std::size_t p = text::instr(l, "%");
+    if (p == 0) {
+        q_op.clear();
+        return;
+    }
+    const std::string rest = trimmed(text::mid(l, p + 2));
+    const std::size_t p2 = text::instr(rest, "%");
+    if (p2 == 0) {
+        return;
+    }
+    q_op = trimmed(text::left(rest, p2 - 1));
+}
+
+// The frequency that rig control wrote in parentheses, in kHz without its point. A text of
+// another length keeps what the previous line left.
+void frequencyRule(std::string_view line, std::string_view band, std::string& q_freq)
+{
+    if (text::contains(line, "(0)")) {
+        q_freq = std::string(band);
+        return;
+    }
+    const auto pieces = text::split(line, "(");
+    const std::string f = trimmed(text::replaceAll(pieces.size() > 1 ? pieces[1] : "", ")", ""));
+    const std::size_t n = text::charCount(f);
+    if (n < 4 || n > 7) {
+        return;
+    }
+    q_freq = text::replaceAll(text::left(f, n - 3) + "." + text::right(f, 3), "..", ".");
+}
+
+// The memo column: the text behind the fixed part of the line, behind the last "%%", with
+// the parenthesised frequency taken out.
+std::string memoRule(std::string_view paddedLine, Form form)
+{
+    const std::string line = text::replaceAll(paddedLine, "-DUPE-", "");
+    const std::size_t fixed = form == Form::All ? 79 : 72;
+    const std::size_t n = text::charCount(line);
+    if (n <= fixed) {
+        // Exactly the fixed width has no memo; a shorter line (never written by zLog) has
+        // none either.
+        return {};
+    }
+    std::string memo = text::right(line, n - fixed);
+    if (const std::size_t p = text::instrRev(memo, "%%"); p != 0) {
+        memo = trimmed(text::mid(memo, p + 2));
+    }
+    const std::size_t open = text::instr(memo, "(");
+    if (open == 0) {
+        return memo;
+    }
+    const std::size_t close = text::instr(memo, ")");
+    return text::left(memo, open - 1) + " " + text::mid(memo, close + 1);
+}
+
+// The IOTA form of the exchange: the two continent letters, "-", three digits.
+void iotaRule(std::string& q_rcvd, std::string& q_memo)
+{
+    std::size_t start = 0;
+    for (const char* code : {"AF", "EU", "AS", "OC", "NA", "SA", "AN"}) {
+        start += text::instr(q_rcvd, code);
+    }
+    if (start > 0) {
+        const long s = static_cast<long>(start);
+        q_rcvd = Mid_sjis(q_rcvd, s, 2) + "-" + Mid_sjis(q_rcvd, s + 2, 3);
+    } else {
+        q_rcvd.clear();
+    }
+    q_memo = q_rcvd + " " + q_memo;
+}
+
+void readZlogText(engine::RunContext& ctx, Form form)
+{
+    engine::RunState& run = ctx.run;
+    const bool check02 = ctx.options.tick("Check02");
+    const bool check17 = ctx.options.tick("Check17");
+    const std::string year = ctx.options.value("txtYYYY");
+
+    ctx.observer.status("  入力ファイル読み込み中", app::Colour::Green);
+    const long count = text::Count_lines(run.in_name);
+    ctx.observer.progressRange(count + 2);
+
+    text::LineReader in(run.in_name);
+    text::LineWriter out(ctx.work(engine::working::zlog_1));
+    in.next(); // the first line names the logger or titles the columns
+
+    QsoLine q;
+    long done = 0;
+    do {
+        std::string line = in.next();
+        if (form == Form::Txt) {
+            std::string t = trimmed(line);
+            if (t.empty()) {
+                // A blank line has no first piece to look at.
+                throw app::Failure(app::failure::SubscriptOutOfRange,
+                                   "インデックスが有効範囲にありません。");
+            }
+            if (text::charCount(t.substr(0, t.find(' '))) == 1) {
+                t = "0" + t;
+            }
+            line = trimmed(t);
+        }
+        line.append(20, ' ');
+
+        if (form == Form::All) {
+            q.q_year = Mid_sjis(line, 1, 4);
+            q.q_month = trimmed(Mid_sjis(line, 6, 2));
+            q.q_day = trimmed(Mid_sjis(line, 9, 2));
+            q.q_time = Mid_sjis(line, 12, 2) + Mid_sjis(line, 15, 2);
+            q.q_call = Mid_sjis(line, 18, 13);
+            q.q_rst_sent = Mid_sjis(line, 31, 3);
+            q.q_rst_rcvd = Mid_sjis(line, 43, 3);
+            q.q_rcvd = firstWord(Mid_sjis(line, 47, 9));
+            q.q_band = trimmed(Mid_sjis(line, 67, 4));
+            q.q_mode = trimmed(Mid_sjis(line, 72, 3));
+            if (text::contains(q.q_mode, "PSK")) {
+                const std::string five = trimmed(Mid_sjis(line, 72, 5));
+                if (text::contains(five, "PSK3")) {
+                    q.q_mode = "PSK31";
+                } else if (text::contains(five, "PSK6")) {
+                    q.q_mode = "PSK63";
+                }
+            }
+            if ((check02 && text::contains(line, "%")) || run.use.op) {
+                operatorRule(line, q.q_op);
+            } else {
+                q.q_op.clear();
+            }
+            if (check17 && text::contains(line, "(")) {
+                frequencyRule(line, q.q_band, q.q_freq);
+            } else {
+                q.q_freq.clear();
+            }
+            q.q_memo = (run.use.memo || run.use.memo_eq) ? memoRule(line, form) : std::string();
+        } else {
+            q.q_year = year;
+            q.q_month = text::right("0" + trimmed(Mid_sjis(line, 1, 2)), 2);
+            q.q_day = text::right("0" + trimmed(Mid_sjis(line, 5, 2)), 2);
+            q.q_time = trimmed(Mid_sjis(line, 8, 4));
+            q.q_call = Mid_sjis(line, 13, 11);
+            q.q_rst_sent = trimmed(Mid_sjis(line, 24, 3));
+            q.q_rst_rcvd = trimmed(Mid_sjis(line, 37, 3));
+            q.q_rcvd = firstWord(Mid_sjis(line, 40, 9));
+            q.q_band = Mid_sjis(line, 58, 3);
+            q.q_mode = Mid_sjis(line, 64, 3);
+            if (check17 && text::contains(line, "(")) {
+                frequencyRule(line, q.q_band, q.q_freq);
+            } else {
+                q.q_freq.clear();
+            }
+            if ((check02 && text::contains(line, "%")) || run.use.op_pct || run.use.op) {
+                operatorRule(line, q.q_op);
+            } else {
+                q.q_op.clear();
+            }
+            q.q_memo = (run.use.memo || run.use.memo_eq) ? memoRule(line, form) : std::string();
+            if (run.use.iota) {
+                iotaRule(q.q_rcvd, q.q_memo);
+            }
+        }
+        q.q_memo = trimmed(q.q_memo);
+        q.q_freq = trimmed(q.q_freq);
+
+        const bool dropped = check02 && !run.op_filter_name.empty() && q.q_op != run.op_filter_name;
+        if (!dropped) {
+            out.write(text::formatRecord(q.fields()));
+            if (form == Form::All) {
+                ++run.written_count;
+            }
+        }
+        ctx.observer.progress(++done);
+    } while (!in.atEnd());
+
+    ctx.observer.progress(0);
+    out.close();
+    if (form == Form::All) {
+        std::error_code ec;
+        fs::remove(ctx.work(engine::working::zlog_0), ec);
+        fs::remove(ctx.work(engine::working::zlog_01), ec);
+        if (!run.chosen_name.empty()) {
+            run.in_name = run.chosen_name;
+        }
+    }
+}
+
+} // namespace
+
+bool FileOpen_all_txt_set(engine::RunState& run, const std::filesystem::path& path)
+{
+    std::string first;
+    {
+        text::LineReader in(path);
+        if (!in.atEnd()) {
+            first = in.next();
+        }
+    }
+    const std::string name = path.filename().string();
+    const std::string letter = text::upper(text::left(text::right(name, 3), 1));
+    bool accepted;
+    if (letter == "A") {
+        accepted = text::left(first, 16) == "zLog for Windows";
+        if (accepted) {
+            run.f_type = "all";
+        }
+    } else if (letter == "T") {
+        accepted = text::left(first, 22) == "mon day time  callsign";
+        if (accepted) {
+            run.f_type = "txt";
+        }
+    } else {
+        return true;
+    }
+    if (!accepted) {
+        run.lblIn_name = kNotZlogText;
+        run.in_name = kNotZlogText;
+    }
+    return accepted;
+}
+
+void a_2_t(engine::RunContext& ctx)
+{
+    ctx.trace.line("Private sub a_2_t()");
+    readZlogText(ctx, Form::All);
+}
+
+void t_2_t(engine::RunContext& ctx)
+{
+    ctx.trace.line("Private sub t_2_t()");
+    readZlogText(ctx, Form::Txt);
+}
+
+void henkan_at_2_t(engine::RunContext& ctx)
+{
+    ctx.trace.line("Private sub henkan_at_2_t()");
+    if (ctx.run.file_letter == "A") {
+        a_2_t(ctx);
+    } else {
+        t_2_t(ctx);
+    }
+}
+
+} // namespace vornhale::readers

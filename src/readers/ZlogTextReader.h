@@ -1,0 +1,33 @@
+#pragma once
+
+#include "engine/RunContext.h"
+
+#include <filesystem>
+#include <string>
+
+namespace vornhale::readers {
+
+/// The text that replaces `in_name` and `lblIn_name` when a file is not a zLog text log.
+inline constexpr const char* kNotZlogText = "zlogのﾃｷｽﾄﾌｧｲﾙではありません！";
+
+/// The test of a zLog text log when it is opened: the first of the last three characters of
+/// the name decides the form ("a"/"A": `.ALL`, "t"/"T": `.TXT`), and the first line must
+/// begin as that form begins. Sets `run.f_type` to "all" or "txt"; on a mismatch puts the
+/// rejection text into `run.in_name` and `run.lblIn_name`. A name of neither letter changes
+/// nothing. Returns false when the file was rejected.
+bool FileOpen_all_txt_set(engine::RunState& run, const std::filesystem::path& path);
+
+/// Reads the `.ALL` form of `run.in_name` into `zlog_1.txt`, one common QSO line per QSO
+/// line, adding one to `written_count` for each. Throws Failure 62 when the file holds
+/// nothing after its first line.
+void a_2_t(engine::RunContext& ctx);
+
+/// Reads the `.TXT` form into `zlog_1.txt`; the year comes from `txtYYYY`. Leaves
+/// `written_count` alone. Throws Failure 62 on an empty file after the title line, and
+/// Failure 9 on a blank line.
+void t_2_t(engine::RunContext& ctx);
+
+/// `a_2_t` when `file_letter` is "A", `t_2_t` otherwise.
+void henkan_at_2_t(engine::RunContext& ctx);
+
+} // namespace vornhale::readers

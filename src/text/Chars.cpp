@@ -1,0 +1,224 @@
+#include "text/Chars.h"
+
+#include "text/Utf8.h"
+
+#include <algorithm>
+
+namespace vornhale::text {
+namespace {
+
+bool isAscii(std::string_view s)
+{
+    return std::all_of(s.begin(), s.end(), [](char c) { return static_cast<unsigned char>(c) < 0x80; });
+}
+
+// Character index (from 0) of byte offset `off`, which must fall on a character boundary.
+std::size_t charIndexOfByte(std::string_view s, std::size_t off)
+{
+    return charCount(s.substr(0, off));
+}
+
+} // namespace
+
+std::string_view trimLeft(std::string_view s)
+{
+    const auto b = s.find_first_not_of(' ');
+    return b == std::string_view::npos ? std::string_view{} : s.substr(b);
+}
+
+std::string_view trimRight(std::string_view s)
+{
+    const auto e = s.find_last_not_of(' ');
+    return e == std::string_view::npos ? std::string_view{} : s.substr(0, e + 1);
+}
+
+std::string_view trim(std::string_view s) { return trimRight(trimLeft(s)); }
+
+std::string left(std::string_view s, std::size_t n)
+{
+    if (isAscii(s)) {
+        return std::string(s.substr(0, n));
+    }
+    return std::string(s.substr(0, byteOffsetOfChar(s, n)));
+}
+
+std::string right(std::string_view s, std::size_t n)
+{
+    if (isAscii(s)) {
+        return std::string(s.size() > n ? s.substr(s.size() - n) : s);
+    }
+    const std::size_t count = charCount(s);
+    return count > n ? std::string(s.substr(byteOffsetOfChar(s, count - n))) : std::string(s);
+}
+
+std::string mid(std::string_view s, std::size_t start, std::optional<std::size_t> length)
+{
+    if (start < 1) {
+        start = 1;
+    }
+    if (isAscii(s)) {
+        if (start > s.size()) {
+            return {};
+        }
+        return std::string(length ? s.substr(start - 1, *length) : s.substr(start - 1));
+    }
+    const std::size_t b = byteOffsetOfChar(s, start - 1);
+    std::string_view rest = s.substr(b);
+    return length ? std::string(rest.substr(0, byteOffsetOfChar(rest, *length))) : std::string(rest);
+}
+
+std::size_t instr(std::string_view s, std::string_view needle, std::size_t from)
+{
+    if (from < 1) {
+        from = 1;
+    }
+    const std::size_t b = isAscii(s) ? from - 1 : byteOffsetOfChar(s, from - 1);
+    if (b > s.size()) {
+        return 0;
+    }
+    const auto found = s.find(needle, b);
+    if (found == std::string_view::npos) {
+        return 0;
+    }
+    return (isAscii(s) ? found : charIndexOfByte(s, found)) + 1;
+}
+
+std::size_t instrRev(std::string_view s, std::string_view needle)
+{
+    const auto found = s.rfind(needle);
+    if (found == std::string_view::npos) {
+        return 0;
+    }
+    return (isAscii(s) ? found : charIndexOfByte(s, found)) + 1;
+}
+
+bool contains(std::string_view s, std::string_view needle)
+{
+    return s.find(needle) != std::string_view::npos;
+}
+
+bool startsWith(std::string_view s, std::string_view prefix) { return s.starts_with(prefix); }
+bool endsWith(std::string_view s, std::string_view suffix) { return s.ends_with(suffix); }
+
+std::string replaceAll(std::string_view s, std::string_view from, std::string_view to)
+{
+    std::string out;
+    if (from.empty()) {
+        return std::string(s);
+    }
+    out.reserve(s.size());
+    std::size_t pos = 0;
+    for (;;) {
+        const auto found = s.find(from, pos);
+        if (found == std::string_view::npos) {
+            break;
+        }
+        out.append(s.substr(pos, found - pos));
+        out.append(to);
+        pos = found + from.size();
+    }
+    out.append(s.substr(pos));
+    return out;
+}
+
+namespace {
+template <typename Map>
+std::string mapLetters(std::string_view s, Map map)
+{
+    std::string out;
+    out.reserve(s.size());
+    for (std::size_t pos = 0; pos < s.size();) {
+        const auto b = static_cast<unsigned char>(s[pos]);
+        if (b < 0x80) {
+            out.push_back(static_cast<char>(map(b)));
+            ++pos;
+            continue;
+        }
+        appendCodePoint(out, map(nextCodePoint(s, pos)));
+    }
+    return out;
+}
+} // namespace
+
+std::string upper(std::string_view s)
+{
+    return mapLetters(s, [](char32_t c) -> char32_t {
+        if ((c >= 'a' && c <= 'z') || (c >= 0xFF41 && c <= 0xFF5A)) {
+            return c - 0x20;
+        }
+        return c;
+    });
+}
+
+std::string lower(std::string_view s)
+{
+    return mapLetters(s, [](char32_t c) -> char32_t {
+        if ((c >= 'A' && c <= 'Z') || (c >= 0xFF21 && c <= 0xFF3A)) {
+            return c + 0x20;
+        }
+        return c;
+    });
+}
+
+bool equalsNoCase(std::string_view a, std::string_view b) { return upper(a) == upper(b); }
+
+std::string padRight(std::string_view s, std::size_t width)
+{
+    std::string out = left(s, width);
+    const std::size_t n = isAscii(out) ? out.size() : charCount(out);
+    out.append(width > n ? width - n : 0, ' ');
+    return out;
+}
+
+std::vector<std::string> split(std::string_view s, std::string_view sep)
+{
+    std::vector<std::string> parts;
+    std::size_t pos = 0;
+    for (;;) {
+        const auto found = s.find(sep, pos);
+        if (found == std::string_view::npos || sep.empty()) {
+            parts.emplace_back(s.substr(pos));
+            return parts;
+        }
+        parts.emplace_back(s.substr(pos, found - pos));
+        pos = found + sep.size();
+    }
+}
+
+std::size_t countDigits(std::string_view s)
+{
+    return static_cast<std::size_t>(std::count_if(s.begin(), s.end(), isDigit));
+}
+
+double val(std::string_view s)
+{
+    std::size_t i = 0;
+    while (i < s.size() && (s[i] == ' ' || s[i] == '\t')) {
+        ++i;
+    }
+    double sign = 1;
+    if (i < s.size() && (s[i] == '-' || s[i] == '+')) {
+        sign = s[i] == '-' ? -1 : 1;
+        ++i;
+    }
+    double value = 0;
+    bool point = false;
+    double scale = 0.1;
+    for (; i < s.size(); ++i) {
+        if (isDigit(s[i])) {
+            if (point) {
+                value += (s[i] - '0') * scale;
+                scale /= 10;
+            } else {
+                value = value * 10 + (s[i] - '0');
+            }
+        } else if (s[i] == '.' && !point) {
+            point = true;
+        } else if (s[i] != ' ') {
+            break;
+        }
+    }
+    return sign * value;
+}
+
+} // namespace vornhale::text

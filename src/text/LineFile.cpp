@@ -1,0 +1,190 @@
+#include "text/LineFile.h"
+
+#include "app/Failure.h"
+#include "text/SjisCodec.h"
+
+#include <fstream>
+#include <iterator>
+#include <system_error>
+
+namespace vornhale::text {
+namespace {
+
+[[noreturn]] void fileNotFound(const std::filesystem::path& path)
+{
+    throw app::Failure(app::failure::FileNotFound, "ファイルが見つかりません。 " + path.string());
+}
+
+[[noreturn]] void inputPastEnd()
+{
+    throw app::Failure(app::failure::InputPastEnd, "ファイルの終わりを越えて入力しようとしました。");
+}
+
+} // namespace
+
+std::string readFileBytes(const std::filesystem::path& path)
+{
+    std::error_code ec;
+    if (std::filesystem::is_directory(path, ec)) {
+        fileNotFound(path);
+    }
+    std::ifstream in(path, std::ios::binary);
+    if (!in) {
+        fileNotFound(path);
+    }
+    return std::string(std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>());
+}
+
+std::vector<std::string_view> splitLines(std::string_view text)
+{
+    std::vector<std::string_view> lines;
+    std::size_t start = 0;
+    for (std::size_t i = 0; i < text.size(); ++i) {
+        if (text[i] == '\r' || text[i] == '\n') {
+            lines.push_back(text.substr(start, i - start));
+            if (text[i] == '\r' && i + 1 < text.size() && text[i + 1] == '\n') {
+                ++i;
+            }
+            start = i + 1;
+        }
+    }
+    if (start < text.size()) {
+        lines.push_back(text.substr(start));
+    }
+    return lines;
+}
+
+std::vector<std::string> readLines(const std::filesystem::path& path)
+{
+    const std::string bytes = readFileBytes(path);
+    std::vector<std::string> lines;
+    for (std::string_view line : splitLines(bytes)) {
+        lines.push_back(decodeSjis(line));
+    }
+    return lines;
+}
+
+std::vector<std::string> readRawLines(const std::filesystem::path& path)
+{
+    const std::string bytes = readFileBytes(path);
+    std::vector<std::string> lines;
+    for (std::string_view line : splitLines(bytes)) {
+        lines.emplace_back(line);
+    }
+    return lines;
+}
+
+long Count_lines(const std::filesystem::path& path)
+{
+    std::ifstream in(path, std::ios::binary);
+    if (!in) {
+        return 0;
+    }
+    long ends = 0;
+    char prev = 0;
+    char buf[1 << 16];
+    while (in) {
+        in.read(buf, sizeof buf);
+        for (std::streamsize i = 0; i < in.gcount(); ++i) {
+            const char c = buf[i];
+            if (c == '\r' || (c == '\n' && prev != '\r')) {
+                ++ends;
+            }
+            prev = c;
+        }
+    }
+    return ends + 1;
+}
+
+LineReader::LineReader(const std::filesystem::path& path) : m_bytes(readFileBytes(path)) {}
+
+std::string_view LineReader::nextRaw()
+{
+    if (atEnd()) {
+        inputPastEnd();
+    }
+    std::string_view all(m_bytes);
+    std::size_t end = m_pos;
+    while (end < all.size() && all[end] != '\r' && all[end] != '\n') {
+        ++end;
+    }
+    std::string_view line = all.substr(m_pos, end - m_pos);
+    if (end < all.size()) {
+        end += (all[end] == '\r' && end + 1 < all.size() && all[end + 1] == '\n') ? 2 : 1;
+    }
+    m_pos = end;
+    return line;
+}
+
+std::string LineReader::next() { return decodeSjis(nextRaw()); }
+
+LineWriter::LineWriter(const std::filesystem::path& path, Mode mode)
+    : m_path(path), m_writePath(path), m_replace(mode == Mode::ReplaceWhenDone)
+{
+    if (m_replace) {
+        m_writePath += ".writing";
+    }
+    m_file = std::fopen(m_writePath.c_str(), mode == Mode::Append ? "ab" : "wb");
+    if (m_file == nullptr) {
+        throw app::Failure(app::failure::PathFileAccess,
+                           "パス名が無効です。 " + m_path.string());
+    }
+    std::setvbuf(m_file, nullptr, _IOFBF, 1 << 16);
+}
+
+LineWriter::~LineWriter()
+{
+    if (m_file != nullptr) {
+        std::fclose(m_file);
+        if (m_replace) {
+            std::error_code ec;
+            std::filesystem::remove(m_writePath, ec);
+        }
+    }
+}
+
+void LineWriter::writeRaw(std::string_view bytes)
+{
+    std::fwrite(bytes.data(), 1, bytes.size(), m_file);
+    std::fwrite("\r\n", 1, 2, m_file);
+}
+
+void LineWriter::write(std::string_view line) { writeRaw(encodeSjis(line)); }
+
+void LineWriter::close()
+{
+    if (m_file == nullptr) {
+        return;
+    }
+    const bool failed = std::ferror(m_file) != 0;
+    const bool closeFailed = std::fclose(m_file) != 0;
+    m_file = nullptr;
+    if (failed || closeFailed) {
+        if (m_replace) {
+            std::error_code ec;
+            std::filesystem::remove(m_writePath, ec);
+        }
+        throw app::Failure(app::failure::DeviceIo, "デバイス I/O エラーです。 " + m_path.string());
+    }
+    if (m_replace) {
+        std::error_code ec;
+        std::filesystem::rename(m_writePath, m_path, ec);
+        if (ec) {
+            std::filesystem::remove(m_writePath, ec);
+            throw app::Failure(app::failure::PathFileAccess,
+                               "パス名が無効です。 " + m_path.string());
+        }
+    }
+}
+
+void writeFileSjis(const std::filesystem::path& path, std::string_view text)
+{
+    std::ofstream out(path, std::ios::binary | std::ios::trunc);
+    if (!out) {
+        throw app::Failure(app::failure::PathFileAccess, "パス名が無効です。 " + path.string());
+    }
+    const std::string bytes = encodeSjis(text);
+    out.write(bytes.data(), static_cast<std::streamsize>(bytes.size()));
+}
+
+} // namespace vornhale::text

@@ -1,0 +1,78 @@
+#pragma once
+
+#include <cstdio>
+#include <filesystem>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace vornhale::text {
+
+/// The whole file as bytes. Throws Failure 53 when it cannot be opened.
+std::string readFileBytes(const std::filesystem::path& path);
+
+/// Splits text into lines: CR LF, CR and LF each end a line; a final line end opens no
+/// empty last line.
+std::vector<std::string_view> splitLines(std::string_view text);
+
+/// The lines of a Shift-JIS file, decoded. Throws Failure 53 when it cannot be opened.
+std::vector<std::string> readLines(const std::filesystem::path& path);
+
+/// The lines of a file as raw bytes, undecoded (for byte-exact stages such as the sort).
+std::vector<std::string> readRawLines(const std::filesystem::path& path);
+
+/// The line number of the end of a text file: the number of line ends plus one, so a file
+/// whose last line ends in CR LF counts one more than its lines. 0 when it cannot be read.
+long Count_lines(const std::filesystem::path& path);
+
+/// Reads a Shift-JIS file line by line, testing for the end before each read.
+class LineReader
+{
+public:
+    /// Opens and reads the file. Throws Failure 53 when it cannot be opened.
+    explicit LineReader(const std::filesystem::path& path);
+
+    bool atEnd() const { return m_pos >= m_bytes.size(); }
+    /// The next line, decoded. Throws Failure 62 at the end of the file.
+    std::string next();
+    /// The next line as raw bytes. Throws Failure 62 at the end of the file.
+    std::string_view nextRaw();
+
+private:
+    std::string m_bytes;
+    std::size_t m_pos = 0;
+};
+
+/// Writes lines as Shift-JIS with CR LF. With `replaceWhenDone`, the lines go to a temporary
+/// file beside `path` that replaces it only at `close()`, so a failure never leaves a half
+/// file in place of the previous one.
+class LineWriter
+{
+public:
+    enum class Mode { Truncate, Append, ReplaceWhenDone };
+
+    /// Throws Failure 75 when the file cannot be opened for writing.
+    explicit LineWriter(const std::filesystem::path& path, Mode mode = Mode::Truncate);
+    ~LineWriter();
+    LineWriter(const LineWriter&) = delete;
+    LineWriter& operator=(const LineWriter&) = delete;
+
+    /// Writes `line` (UTF-8) encoded as Shift-JIS, then CR LF.
+    void write(std::string_view line);
+    /// Writes bytes as they are, then CR LF.
+    void writeRaw(std::string_view bytes);
+    /// Flushes, closes and, in ReplaceWhenDone mode, moves the file into place.
+    /// Throws Failure 57 on a failed write.
+    void close();
+
+private:
+    std::filesystem::path m_path;
+    std::filesystem::path m_writePath;
+    std::FILE* m_file = nullptr;
+    bool m_replace = false;
+};
+
+/// Writes `text` (UTF-8, no line end added) encoded as Shift-JIS, replacing the file.
+void writeFileSjis(const std::filesystem::path& path, std::string_view text);
+
+} // namespace vornhale::text

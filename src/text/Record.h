@@ -1,0 +1,40 @@
+#pragma once
+
+#include <filesystem>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace vornhale::text {
+
+/// One record line: every field in double quotes, separated by one comma, no blanks outside
+/// the quotes. There is no escape for a double quote inside a field.
+std::string formatRecord(const std::vector<std::string>& fields);
+
+/// Reads fields back by position, as records were always read by the program:
+/// a field begins at the first non-blank character after the previous separator; a double
+/// quote there makes it run to the next double quote (what follows up to the next comma or
+/// line end is dropped), otherwise it runs to the next comma or line end with surrounding
+/// blanks dropped. Line ends separate fields like commas, so a record with too few fields
+/// takes the missing ones from the following line.
+class RecordReader
+{
+public:
+    /// Reads the whole Shift-JIS file. Throws Failure 53 when it cannot be opened.
+    explicit RecordReader(const std::filesystem::path& path);
+    /// Reads from text already decoded (UTF-8).
+    static RecordReader fromText(std::string text);
+
+    bool atEnd() const { return m_pos >= m_text.size(); }
+    /// The next field. Throws Failure 62 when the input is at its end.
+    std::string field();
+    /// The next `count` fields.
+    std::vector<std::string> fields(std::size_t count);
+
+private:
+    RecordReader() = default;
+    std::string m_text;
+    std::size_t m_pos = 0;
+};
+
+} // namespace vornhale::text

@@ -1,0 +1,189 @@
+#include "text/SjisCodec.h"
+
+#include "text/Utf8.h"
+
+#include <iconv.h>
+
+#include <array>
+#include <cstdint>
+#include <cstring>
+#include <memory>
+#include <stdexcept>
+#include <vector>
+
+namespace vornhale::text {
+namespace {
+
+bool isLeadByte(unsigned b) { return (b >= 0x81 && b <= 0x9F) || (b >= 0xE0 && b <= 0xFC); }
+bool isTrailByte(unsigned b) { return b >= 0x40 && b <= 0xFC && b != 0x7F; }
+
+// CP932 tables, built once from the system's converter so that the character set is exactly
+// Microsoft's, then used without calling iconv per character.
+struct Tables
+{
+    std::array<char32_t, 256> single{};               // 0 where the byte is no character
+    std::vector<char32_t> doubled = std::vector<char32_t>(65536, 0); // by lead << 8 | trail
+    std::vector<std::uint16_t> encode = std::vector<std::uint16_t>(65536, 0); // BMP -> bytes
+
+    Tables()
+    {
+        iconv_t toUnicode = iconv_open("UTF-32LE", "CP932");
+        iconv_t fromUnicode = iconv_open("CP932", "UTF-32LE");
+        if (toUnicode == reinterpret_cast<iconv_t>(-1) ||
+            fromUnicode == reinterpret_cast<iconv_t>(-1)) {
+            throw std::runtime_error("the system has no CP932 converter (iconv)");
+        }
+        auto decodeOne = [&](const unsigned char* in, std::size_t len) -> char32_t {
+            iconv(toUnicode, nullptr, nullptr, nullptr, nullptr);
+            char buf[8];
+            char* ip = const_cast<char*>(reinterpret_cast<const char*>(in));
+            char* op = buf;
+            std::size_t il = len, ol = sizeof buf;
+            if (iconv(toUnicode, &ip, &il, &op, &ol) == static_cast<std::size_t>(-1) || il != 0 ||
+                ol != 4) {
+                return 0;
+            }
+            char32_t cp;
+            std::memcpy(&cp, buf, 4);
+            return cp;
+        };
+        auto encodeOne = [&](char32_t cp) -> std::uint16_t {
+            iconv(fromUnicode, nullptr, nullptr, nullptr, nullptr);
+            char in[4];
+            std::memcpy(in, &cp, 4);
+            unsigned char buf[4];
+            char* ip = in;
+            char* op = reinterpret_cast<char*>(buf);
+            std::size_t il = 4, ol = sizeof buf;
+            if (iconv(fromUnicode, &ip, &il, &op, &ol) == static_cast<std::size_t>(-1)) {
+                return 0;
+            }
+            std::size_t n = sizeof buf - ol;
+            if (n == 1) {
+                return buf[0];
+            }
+            if (n == 2) {
+                return static_cast<std::uint16_t>(buf[0] << 8 | buf[1]);
+            }
+            return 0;
+        };
+
+        for (unsigned b = 0; b < 256; ++b) {
+            if (isLeadByte(b)) {
+                continue;
+            }
+            unsigned char in[1] = {static_cast<unsigned char>(b)};
+            char32_t cp = b < 0x80 ? b : decodeOne(in, 1);
+            single[b] = cp;
+            if (cp != 0 && cp < 0x10000 && encode[cp] == 0) {
+                encode[cp] = static_cast<std::uint16_t>(b);
+            }
+        }
+        for (unsigned lead = 0x81; lead <= 0xFC; ++lead) {
+            if (!isLeadByte(lead)) {
+                continue;
+            }
+            for (unsigned trail = 0x40; trail <= 0xFC; ++trail) {
+                if (!isTrailByte(trail)) {
+                    continue;
+                }
+                unsigned char in[2] = {static_cast<unsigned char>(lead),
+                                       static_cast<unsigned char>(trail)};
+                char32_t cp = decodeOne(in, 2);
+                if (cp == 0) {
+                    continue;
+                }
+                doubled[lead << 8 | trail] = cp;
+                if (cp < 0x10000 && encode[cp] == 0) {
+                    // Several byte pairs can stand for one character; the converter's own
+                    // choice is the one Windows writes.
+                    std::uint16_t preferred = encodeOne(cp);
+                    encode[cp] = preferred != 0 ? preferred
+                                                : static_cast<std::uint16_t>(lead << 8 | trail);
+                }
+            }
+        }
+        iconv_close(toUnicode);
+        iconv_close(fromUnicode);
+    }
+};
+
+const Tables& tables()
+{
+    static const Tables t;
+    return t;
+}
+
+} // namespace
+
+std::string decodeSjis(std::string_view bytes)
+{
+    const Tables& t = tables();
+    std::string out;
+    out.reserve(bytes.size() + bytes.size() / 2);
+    for (std::size_t i = 0; i < bytes.size(); ++i) {
+        const auto b = static_cast<unsigned char>(bytes[i]);
+        if (b < 0x80) {
+            out.push_back(static_cast<char>(b));
+            continue;
+        }
+        if (isLeadByte(b) && i + 1 < bytes.size()) {
+            const auto trail = static_cast<unsigned char>(bytes[i + 1]);
+            if (char32_t cp = t.doubled[b << 8 | trail]; cp != 0) {
+                appendCodePoint(out, cp);
+                ++i;
+                continue;
+            }
+        }
+        char32_t cp = t.single[b];
+        appendCodePoint(out, cp != 0 ? cp : rawByteCodePoint(b));
+    }
+    return out;
+}
+
+std::string encodeSjis(std::string_view utf8)
+{
+    const Tables& t = tables();
+    std::string out;
+    out.reserve(utf8.size());
+    for (std::size_t pos = 0; pos < utf8.size();) {
+        const auto b = static_cast<unsigned char>(utf8[pos]);
+        if (b < 0x80) {
+            out.push_back(static_cast<char>(b));
+            ++pos;
+            continue;
+        }
+        char32_t cp = nextCodePoint(utf8, pos);
+        if (cp >= rawByteCodePoint(0x80) && cp <= rawByteCodePoint(0xFF)) {
+            out.push_back(static_cast<char>(cp - 0xF700));
+            continue;
+        }
+        std::uint16_t code = cp < 0x10000 ? t.encode[cp] : 0;
+        if (code == 0) {
+            out.push_back('?');
+        } else if (code < 0x100) {
+            out.push_back(static_cast<char>(code));
+        } else {
+            out.push_back(static_cast<char>(code >> 8));
+            out.push_back(static_cast<char>(code & 0xFF));
+        }
+    }
+    return out;
+}
+
+int sjisWidth(char32_t cp)
+{
+    if (cp < 0x80) {
+        return 1;
+    }
+    if (cp >= rawByteCodePoint(0x80) && cp <= rawByteCodePoint(0xFF)) {
+        return 1;
+    }
+    if (cp >= 0x10000) {
+        return 1;
+    }
+    std::uint16_t code = tables().encode[cp];
+    return code >= 0x100 ? 2 : 1;
+}
+
+} // namespace vornhale::text
