@@ -78,6 +78,7 @@ int runConvert(const ConvertRequest& request)
             std::cerr << ctx.run.lblIn_name << "\n";
             return 1;
         }
+        ctx.run.keep_work = request.keepWork;
         if (ctx.run.f_type.empty()) {
             std::cerr << "入力ファイルの種類が判りません。--type で指定して下さい: " << log.string() << "\n";
             return 1;
@@ -88,12 +89,22 @@ int runConvert(const ConvertRequest& request)
         return 1;
     }
 
+    const engine::Counters& c = ctx.run.counters;
     std::cout << "入力ファイル ：" << ctx.run.in_name << "\n";
-    const fs::path zlog1 = folder.drive_path / engine::working::zlog_1;
-    const fs::path zlog2 = folder.drive_path / engine::working::zlog_2;
+    std::cout << "HAMLOG 用    ：" << ctx.run.names.out_name_ham_n << "\n";
+    std::cout << "QSL 発行用   ：" << ctx.run.names.out_name_con_n << "\n";
+    if (!ctx.run.reportPath.empty()) {
+        std::cout << "変換結果     ：" << ctx.run.reportPath << "\n";
+    }
+    std::cout << "今回の処理数は　：　" << c.qso_kazu << "\n"
+              << "複数の局の数は　：　" << c.fuku_kazu << "\n"
+              << "単数の局の数は　：　" << c.tan_kazu << "\n"
+              << "複 ・単の合計数 ：　" << c.calls_kazu << "\n"
+              << "No QSL 局の数　 ：　" << c.no_qsl_kazu << "\n"
+              << "転送先 Ｍ の数 ：　" << c.m_kazu << "\n"
+              << "Name 取得の数　 ：　" << c.name_kazu << "\n";
     if (request.keepWork) {
-        std::cout << "作業ファイル ：" << zlog1.string() << "\n";
-        std::cout << "作業ファイル ：" << zlog2.string() << "\n";
+        std::cout << "作業フォルダ ：" << folder.drive_path.string() << "\n";
     } else {
         removeWorkingFiles(folder);
     }

@@ -22,6 +22,8 @@ public:
     virtual void progress(long /*value*/) {}
     /// A named label of the window takes a text (`Label35`, `Text2`, …).
     virtual void label(std::string_view /*name*/, std::string_view /*text*/) {}
+    /// Row `row` (0 to 6) of the result grid shows `value`.
+    virtual void counter(int /*row*/, long /*value*/) {}
 };
 
 } // namespace vornhale::app

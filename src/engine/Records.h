@@ -1,5 +1,6 @@
 #pragma once
 
+#include <algorithm>
 #include <string>
 #include <vector>
 
@@ -56,5 +57,75 @@ struct EnrichedLine
         return e;
     }
 };
+
+/// The sort record of `Sort-in.csv`, twenty-three fields.
+struct SortRecord
+{
+    std::string call_key, call_ext, dx_code, reserved4, band_or_freq, mode, q_name, route, q_gl,
+        reserved10, q_date6, q_time5, q_rst_sent, q_rst_rcvd, dx_name, rmks1, rmks2, mng_pad,
+        rmks1_c, rmks2_c, rmks1_nomng, rmks2_nomng, q_call;
+
+    static constexpr std::size_t kFields = 23;
+
+    std::vector<std::string> fields() const
+    {
+        return {call_key,   call_ext,   dx_code,  reserved4,  band_or_freq, mode,       q_name,
+                route,      q_gl,       reserved10, q_date6,  q_time5,      q_rst_sent, q_rst_rcvd,
+                dx_name,    rmks1,      rmks2,    mng_pad,    rmks1_c,      rmks2_c,    rmks1_nomng,
+                rmks2_nomng, q_call};
+    }
+    static SortRecord from(std::vector<std::string> f)
+    {
+        f.resize(kFields);
+        SortRecord r;
+        std::string* out[] = {&r.call_key,   &r.call_ext,   &r.dx_code,    &r.reserved4,
+                              &r.band_or_freq, &r.mode,     &r.q_name,     &r.route,
+                              &r.q_gl,       &r.reserved10, &r.q_date6,    &r.q_time5,
+                              &r.q_rst_sent, &r.q_rst_rcvd, &r.dx_name,    &r.rmks1,
+                              &r.rmks2,      &r.mng_pad,    &r.rmks1_c,    &r.rmks2_c,
+                              &r.rmks1_nomng, &r.rmks2_nomng, &r.q_call};
+        for (std::size_t i = 0; i < kFields; ++i) {
+            *out[i] = std::move(f[i]);
+        }
+        return r;
+    }
+};
+
+/// The result record of `_h0.csv` and `_c0.csv`, twenty fields.
+struct ResultRecord
+{
+    std::string call_key, call_ext, date8, time6, q_rst_sent, q_rst_rcvd, band_or_freq, mode,
+        dx_code, q_gl, qsl3, q_name, dx_name, rmks1, rmks2, rmks1_c, rmks2_c, rmks1_nomng,
+        rmks2_nomng, q_call;
+
+    static constexpr std::size_t kFields = 20;
+
+    std::vector<std::string> fields() const
+    {
+        return {call_key, call_ext, date8,   time6,   q_rst_sent, q_rst_rcvd,  band_or_freq,
+                mode,     dx_code,  q_gl,    qsl3,    q_name,     dx_name,     rmks1,
+                rmks2,    rmks1_c,  rmks2_c, rmks1_nomng, rmks2_nomng, q_call};
+    }
+    static ResultRecord from(std::vector<std::string> f)
+    {
+        f.resize(kFields);
+        ResultRecord r;
+        std::string* out[] = {&r.call_key, &r.call_ext, &r.date8,   &r.time6,      &r.q_rst_sent,
+                              &r.q_rst_rcvd, &r.band_or_freq, &r.mode, &r.dx_code, &r.q_gl,
+                              &r.qsl3,     &r.q_name,   &r.dx_name, &r.rmks1,      &r.rmks2,
+                              &r.rmks1_c,  &r.rmks2_c,  &r.rmks1_nomng, &r.rmks2_nomng, &r.q_call};
+        for (std::size_t i = 0; i < kFields; ++i) {
+            *out[i] = std::move(f[i]);
+        }
+        return r;
+    }
+};
+
+/// "YY/MM/DD" from a six-digit date.
+inline std::string date8Of(const std::string& q_date6)
+{
+    return q_date6.substr(0, 2) + "/" + q_date6.substr(std::min<std::size_t>(2, q_date6.size()), 2) +
+           "/" + q_date6.substr(std::min<std::size_t>(4, q_date6.size()), 2);
+}
 
 } // namespace vornhale::engine

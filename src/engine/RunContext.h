@@ -17,6 +17,8 @@ class EntityLookup;
 
 namespace vornhale::engine {
 
+class RecordLookups;
+
 /// Which remark items the two layouts use: an item is used when its caption stands in a
 /// cell of either layout.
 struct LayoutUse
@@ -44,6 +46,8 @@ struct RunState
     std::string Label37;     ///< caption of the input count ("123件")
     std::string cont_name;   ///< contest name of a .ZLO log, empty otherwise
     readers::OutputNames names;       ///< result names derived from `in_name`
+    std::string reportPath;  ///< the report of the run, when one was written
+    bool keep_work = false;  ///< leave the working files for inspection (command line)
     std::int32_t written_count = 0;
     long line_count = 0;
     std::string op_filter_name; ///< `txtOp_name`, copied before the readers run
@@ -55,6 +59,8 @@ struct RunState
     std::string Prov_moji;      ///< province label of the remark
     LayoutUse use;
     Counters counters;
+    bool use_log_zone = false;   ///< the log's received exchange is a zone
+    bool zlo_iota = false;       ///< a .ZLO log's contest carries IOTA numbers
     std::int16_t sort_wake = 1;
     std::int16_t sort_kind = 1;
 };
@@ -76,6 +82,9 @@ struct RunContext
     ProgramState& program;
     reference::EntityLookup& entities;
     RunState run;
+    /// Per-contact lookups of the record conversion; none (every answer "not found") when
+    /// null.
+    RecordLookups* lookups = nullptr;
 
     std::filesystem::path work(const char* name) const { return folder.drive_path / name; }
 };

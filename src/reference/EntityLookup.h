@@ -23,6 +23,8 @@ public:
     virtual std::string entityOf(std::string_view call) = 0;
     /// DXCC master row of an entity prefix; all empty when the entity is not in the master.
     virtual DxccEntry dxcc_lookup(std::string_view entity) = 0;
+    /// The bureau flag of a HAMLOG code in the DXCC master; empty when the code is not there.
+    virtual std::string dxcc_buro_by_code(std::string_view /*dx_code*/) { return {}; }
 };
 
 /// The lookup used until masters are loaded: it finds nothing.

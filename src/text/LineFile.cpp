@@ -3,8 +3,9 @@
 #include "app/Failure.h"
 #include "text/SjisCodec.h"
 
+#include <algorithm>
+#include <cstring>
 #include <fstream>
-#include <iterator>
 #include <system_error>
 
 namespace vornhale::text {
@@ -28,11 +29,23 @@ std::string readFileBytes(const std::filesystem::path& path)
     if (std::filesystem::is_directory(path, ec)) {
         fileNotFound(path);
     }
-    std::ifstream in(path, std::ios::binary);
-    if (!in) {
+    std::FILE* f = std::fopen(path.c_str(), "rb");
+    if (f == nullptr) {
         fileNotFound(path);
     }
-    return std::string(std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>());
+    std::string bytes;
+    const auto size = std::filesystem::file_size(path, ec);
+    if (!ec) {
+        bytes.resize(static_cast<std::size_t>(size));
+        bytes.resize(std::fread(bytes.data(), 1, bytes.size(), f));
+    }
+    char buf[1 << 16];
+    std::size_t n;
+    while ((n = std::fread(buf, 1, sizeof buf, f)) > 0) {
+        bytes.append(buf, n);
+    }
+    std::fclose(f);
+    return bytes;
 }
 
 std::vector<std::string_view> splitLines(std::string_view text)
@@ -76,23 +89,34 @@ std::vector<std::string> readRawLines(const std::filesystem::path& path)
 
 long Count_lines(const std::filesystem::path& path)
 {
-    std::ifstream in(path, std::ios::binary);
-    if (!in) {
+    std::FILE* f = std::fopen(path.c_str(), "rb");
+    if (f == nullptr) {
         return 0;
     }
+    // CR, LF and CR LF each end a line: count both bytes, then take back one per CR LF.
     long ends = 0;
-    char prev = 0;
+    bool lastWasCr = false;
     char buf[1 << 16];
-    while (in) {
-        in.read(buf, sizeof buf);
-        for (std::streamsize i = 0; i < in.gcount(); ++i) {
-            const char c = buf[i];
-            if (c == '\r' || (c == '\n' && prev != '\r')) {
-                ++ends;
-            }
-            prev = c;
+    std::size_t n;
+    while ((n = std::fread(buf, 1, sizeof buf, f)) > 0) {
+        const char* end = buf + n;
+        ends += std::count(static_cast<const char*>(buf), end, '\n');
+        for (const char* p = buf; (p = static_cast<const char*>(std::memchr(p, '\r', end - p)));
+             ++p) {
+            ++ends;
         }
+        if (lastWasCr && buf[0] == '\n') {
+            --ends;
+        }
+        for (const char* p = buf; (p = static_cast<const char*>(std::memchr(p, '\r', end - p)));
+             ++p) {
+            if (p + 1 < end && p[1] == '\n') {
+                --ends;
+            }
+        }
+        lastWasCr = buf[n - 1] == '\r';
     }
+    std::fclose(f);
     return ends + 1;
 }
 

@@ -124,7 +124,13 @@ std::string decodeSjis(std::string_view bytes)
     for (std::size_t i = 0; i < bytes.size(); ++i) {
         const auto b = static_cast<unsigned char>(bytes[i]);
         if (b < 0x80) {
-            out.push_back(static_cast<char>(b));
+            // ASCII runs are copied whole.
+            std::size_t end = i + 1;
+            while (end < bytes.size() && static_cast<unsigned char>(bytes[end]) < 0x80) {
+                ++end;
+            }
+            out.append(bytes.substr(i, end - i));
+            i = end - 1;
             continue;
         }
         if (isLeadByte(b) && i + 1 < bytes.size()) {
@@ -149,8 +155,12 @@ std::string encodeSjis(std::string_view utf8)
     for (std::size_t pos = 0; pos < utf8.size();) {
         const auto b = static_cast<unsigned char>(utf8[pos]);
         if (b < 0x80) {
-            out.push_back(static_cast<char>(b));
-            ++pos;
+            std::size_t end = pos + 1;
+            while (end < utf8.size() && static_cast<unsigned char>(utf8[end]) < 0x80) {
+                ++end;
+            }
+            out.append(utf8.substr(pos, end - pos));
+            pos = end;
             continue;
         }
         char32_t cp = nextCodePoint(utf8, pos);

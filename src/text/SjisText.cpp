@@ -4,6 +4,8 @@
 #include "text/SjisCodec.h"
 #include "text/Utf8.h"
 
+#include <algorithm>
+
 namespace vornhale::text {
 
 std::size_t Len_sjis(std::string_view text)
@@ -22,14 +24,10 @@ std::size_t Len_sjis(std::string_view text)
 
 std::string Mid_sjis(std::string_view text, long start, std::optional<long> length, bool byteCut)
 {
-    if (start < 1) {
+    if (start < 1 || (length && *length < 0)) {
         throw app::Failure(app::failure::InvalidCall, "プロシージャの呼び出し、または引数が不正です。");
     }
-    const long total = static_cast<long>(Len_sjis(text));
-    long want = length ? *length : total - start + 1;
-    if (length && *length < 0) {
-        throw app::Failure(app::failure::InvalidCall, "プロシージャの呼び出し、または引数が不正です。");
-    }
+    const long want = length ? *length : static_cast<long>(Len_sjis(text)) - start + 1;
     if (want <= 0) {
         return {};
     }
@@ -43,29 +41,48 @@ std::string Mid_sjis(std::string_view text, long start, std::optional<long> leng
                                                          static_cast<std::size_t>(want)));
     }
 
-    // Walk the characters once: the first one whose preceding bytes reach start - 1 begins the
-    // result, which is the growing-prefix rule measured incrementally.
+    // Log columns are nearly always ASCII: then bytes are characters.
+    const std::size_t reach =
+        std::min(text.size(), static_cast<std::size_t>(start - 1) + static_cast<std::size_t>(want));
+    if (std::all_of(text.begin(), text.begin() + static_cast<long>(reach),
+                    [](char c) { return static_cast<unsigned char>(c) < 0x80; })) {
+        if (static_cast<std::size_t>(start - 1) >= text.size()) {
+            return {};
+        }
+        return std::string(text.substr(static_cast<std::size_t>(start - 1),
+                                       static_cast<std::size_t>(want)));
+    }
+
+    // One walk over the characters: the first whose preceding bytes reach start - 1 begins
+    // the result (the growing-prefix rule, measured incrementally); then characters are
+    // taken while they fit in `want` bytes.
+    auto widthAt = [&](std::size_t& pos) -> long {
+        if (static_cast<unsigned char>(text[pos]) < 0x80) {
+            ++pos;
+            return 1;
+        }
+        return sjisWidth(nextCodePoint(text, pos));
+    };
     std::size_t pos = 0;
     long before = 0;
     while (pos < text.size() && before < start - 1) {
-        before += sjisWidth(nextCodePoint(text, pos));
+        before += widthAt(pos);
     }
     if (before < start - 1) {
         return {};
     }
-    std::string out;
+    const std::size_t begin = pos;
     long taken = 0;
     while (pos < text.size()) {
         std::size_t next = pos;
-        const int w = sjisWidth(nextCodePoint(text, next));
+        const long w = widthAt(next);
         if (taken + w > want) {
             break;
         }
-        out.append(text.substr(pos, next - pos));
         taken += w;
         pos = next;
     }
-    return out;
+    return std::string(text.substr(begin, pos - begin));
 }
 
 std::string_view Cut_nul(std::string_view text)

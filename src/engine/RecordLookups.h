@@ -1,0 +1,51 @@
+#pragma once
+
+#include <string>
+#include <string_view>
+
+namespace vornhale::engine {
+
+/// A row of the QTH master as the record conversion uses it.
+struct QthEntry
+{
+    bool found = false;
+    std::string code, name, gl, qth;
+};
+
+/// The lookups that the record conversion asks per contact: history, managers, names, QTH,
+/// states and provinces. Each answer of this base is the lookup's "not found"; the masters
+/// and services override what they provide.
+class RecordLookups
+{
+public:
+    virtual ~RecordLookups() = default;
+
+    /// The two-character band and mode code of a contact ("0" where nothing fits).
+    virtual std::string band_mode_code(std::string_view /*band_or_freq*/, std::string_view /*mode*/)
+    {
+        return "00";
+    }
+    /// Whether the history counts the contact as done, for the test key of `Check04`/`Check05`.
+    virtual bool historyDone(std::string_view /*q_call*/, std::string_view /*key*/) { return false; }
+    /// The club-station test (`Check10`): true when the station gets no card.
+    virtual bool clubStation(std::string_view /*q_call*/) { return false; }
+    /// The country test (`Check09`): true when the entity is on the no-card list.
+    virtual bool noQslCountry(std::string_view /*q_call*/) { return false; }
+    /// The manager of a call in the manager master, as the file gives it.
+    virtual std::string managerFromFile(std::string_view /*q_call*/) { return {}; }
+    /// The manager found by the web search.
+    virtual std::string managerFromWeb(std::string_view /*q_call*/) { return {}; }
+    /// Whether the name master is loaded and switched on.
+    virtual bool nameMasterOn() { return false; }
+    /// The name of a station in the name master.
+    virtual std::string nameOf(std::string_view /*base_call*/) { return {}; }
+    /// The QTH master row of a station.
+    virtual QthEntry qthOf(std::string_view /*base_call*/) { return {}; }
+    /// The state or province from the received exchange of an ARRL-style contest.
+    virtual std::string stateOf(std::string_view /*q_rcvd*/) { return {}; }
+    /// The province name of a received exchange in the chosen master (`get_prov_mas`), empty
+    /// when the exchange is blank or no code matches.
+    virtual std::string provinceOf(std::string_view /*q_rcvd*/) { return {}; }
+};
+
+} // namespace vornhale::engine
