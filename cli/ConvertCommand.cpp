@@ -5,6 +5,7 @@
 #include "app/ProgramFolder.h"
 #include "app/Trace.h"
 #include "engine/Driver.h"
+#include "engine/ResultGrid.h"
 #include "engine/WorkingFiles.h"
 #include "readers/InputSelection.h"
 #include "reference/EntityLookup.h"
@@ -96,13 +97,11 @@ int runConvert(const ConvertRequest& request)
     if (!ctx.run.reportPath.empty()) {
         std::cout << "変換結果     ：" << ctx.run.reportPath << "\n";
     }
-    std::cout << "今回の処理数は　：　" << c.qso_kazu << "\n"
-              << "複数の局の数は　：　" << c.fuku_kazu << "\n"
-              << "単数の局の数は　：　" << c.tan_kazu << "\n"
-              << "複 ・単の合計数 ：　" << c.calls_kazu << "\n"
-              << "No QSL 局の数　 ：　" << c.no_qsl_kazu << "\n"
-              << "転送先 Ｍ の数 ：　" << c.m_kazu << "\n"
-              << "Name 取得の数　 ：　" << c.name_kazu << "\n";
+    const auto values = engine::resultGridValues(c);
+    for (std::size_t row = 0; row < values.size(); ++row) {
+        std::cout << engine::kResultGridCaptions[row] << "\t" << values[row] << " "
+                  << engine::kResultGridUnit << "\n";
+    }
     if (request.keepWork) {
         std::cout << "作業フォルダ ：" << folder.drive_path.string() << "\n";
     } else {

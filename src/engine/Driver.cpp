@@ -3,6 +3,10 @@
 #include "app/Failure.h"
 #include "app/FileMask.h"
 #include "engine/CallSplit.h"
+#include "engine/FinalOutput.h"
+#include "engine/RecordConversion.h"
+#include "engine/RemarkLayout.h"
+#include "engine/ResultGrid.h"
 #include "engine/WorkingFiles.h"
 #include "readers/ZlogTextReader.h"
 #include "text/Chars.h"
@@ -33,25 +37,6 @@ void traceSettingsFile(RunContext& ctx, const char* name, const char* banner)
     for (const std::string& line : text::readLines(path)) {
         ctx.trace.line(line);
     }
-}
-
-// Which remark items the two layouts use: an item is used when its caption is a cell.
-LayoutUse layoutUse(const settings::Options& options)
-{
-    LayoutUse use;
-    for (const char* key : {"Rmks1_cfg", "Rmks2_cfg"}) {
-        for (const std::string& cell : text::split(options.value(key), ",")) {
-            use.memo |= cell == "memo";
-            use.memo_eq |= cell == "memo=";
-            use.op |= cell == "OP";
-            use.op_pct |= cell == "OP %";
-            use.iota |= cell == "IOTA";
-            use.zone |= cell == "Zone";
-            use.state |= cell == "州名";
-            use.calls |= cell == "Calls";
-        }
-    }
-    return use;
 }
 
 std::string settleZoneMoji(const settings::Options& o)
@@ -121,7 +106,15 @@ void sort_set_(RunContext& ctx)
     ctx.run.sort_kind = static_cast<std::int16_t>(kind >= 0 && kind <= 3 ? kind + 1 : 0);
 }
 
-void cmd_henkan(RunContext& ctx)
+void showCounters(RunContext& ctx)
+{
+    const auto values = resultGridValues(ctx.run.counters);
+    for (std::size_t row = 0; row < values.size(); ++row) {
+        ctx.observer.counter(static_cast<int>(row), values[row]);
+    }
+}
+
+void cmd_henkan(RunContext& ctx, const RemarkLayout& layout)
 {
     RunState& run = ctx.run;
     ctx.trace.line("Private sub cmd_henkan()");
@@ -165,12 +158,15 @@ void cmd_henkan(RunContext& ctx)
     }
 
     bak_sep1(ctx);
+    henkan_conv(ctx, layout);
 
-    for (const char* name : {"sort-in.csv", "sort-out.csv", "temp_s.csv", "temp_d.csv", "semp_s.csv",
-                             "semp_d.csv", "uemp_s.csv", "uemp_d.csv"}) {
-        removeIfExists(ctx.work(name));
+    if (!run.keep_work) {
+        for (const char* mask : {"sort-in.csv", "sort-out.csv", "sort-out?.csv", "temp_s.csv",
+                                 "temp_d.csv", "semp_s.csv", "semp_d.csv", "uemp_s.csv",
+                                 "uemp_d.csv"}) {
+            app::deleteByMask(ctx.folder.drive_path, mask);
+        }
     }
-    app::deleteByMask(ctx.folder.drive_path, "sort-out?.csv");
     run.written_count = 0;
 }
 
@@ -200,15 +196,31 @@ void cmdStart_Click(RunContext& ctx)
 
     ctx.observer.status("", app::Colour::Black);
     run.counters = Counters{};
-    run.use = layoutUse(ctx.options);
+    showCounters(ctx);
+
+    const RemarkLayout layout = RemarkLayout::fromOptions(ctx.options);
+    run.use = layout.use();
 
     ctx.observer.status("  処 理 開 始", app::Colour::Green);
     run.Zone_moji = settleZoneMoji(ctx.options);
     run.Prov_moji = settleProvMoji(ctx.options);
 
-    cmd_henkan(ctx);
+    cmd_henkan(ctx, layout);
+
+    count_No_QSL_MNG(ctx, layout);
+    const std::string lastMode = count_No_QSL_MNG_2(ctx);
+    ctx.trace.line("Private sub cmdStart_Click()---Ｖ５用に変換");
+    makeFinalFiles(ctx, layout, lastMode);
+    showCounters(ctx);
+    if (ctx.options.tick("Check21")) {
+        run.reportPath = Out_Henkan_Result(ctx).string();
+    }
 
     ctx.observer.status("　処理終了", app::Colour::BrightBlue);
+    for (const std::string& name : {run.names.out_name_ham0, run.names.out_name_con0,
+                                    run.names.out_name_con, run.names.out_name_ham}) {
+        removeIfExists(name);
+    }
     ctx.trace.line("正常終了");
 }
 

@@ -9,8 +9,10 @@ namespace vornhale::engine {
 /// caller takes the failure path.
 void cmdStart_Click(RunContext& ctx);
 
+class RemarkLayout;
+
 /// The stages from the reader to the sort. Called only from `cmdStart_Click`.
-void cmd_henkan(RunContext& ctx);
+void cmd_henkan(RunContext& ctx, const RemarkLayout& layout);
 
 /// Reads `Option08` and `Option02` into `sort_wake` and `sort_kind`.
 void sort_set_(RunContext& ctx);

@@ -1,0 +1,329 @@
+#include "engine/FinalOutput.h"
+
+#include "engine/Records.h"
+#include "engine/RemarkLayout.h"
+#include "readers/OutputNames.h"
+#include "reference/EntityLookup.h"
+#include "text/Chars.h"
+#include "text/LineFile.h"
+#include "text/Record.h"
+#include "text/SjisText.h"
+
+#include <ctime>
+#include <filesystem>
+
+namespace vornhale::engine {
+namespace {
+
+namespace fs = std::filesystem;
+using text::trim;
+
+/// The sixteen fields of a result after `count_No_QSL_MNG`.
+struct ReducedRecord
+{
+    std::string call_key, call_ext, date8, time6, q_rst_sent, q_rst_rcvd, band_or_freq, mode,
+        dx_code, q_gl, qsl3, q_name, dx_name, rmks1, rmks2, q_call;
+
+    static constexpr std::size_t kFields = 16;
+
+    static ReducedRecord from(std::vector<std::string> f)
+    {
+        f.resize(kFields);
+        return {f[0], f[1], f[2],  f[3],  f[4],  f[5],  f[6],  f[7],
+                f[8], f[9], f[10], f[11], f[12], f[13], f[14], f[15]};
+    }
+    std::vector<std::string> fields() const
+    {
+        return {call_key, call_ext, date8, time6,  q_rst_sent, q_rst_rcvd, band_or_freq, mode,
+                dx_code,  q_gl,     qsl3,  q_name, dx_name,    rmks1,      rmks2,        q_call};
+    }
+};
+
+// A remark as the final files want it: no leading blanks, no "@ " marks.
+std::string cleanRemark(std::string r)
+{
+    if (text::startsWith(r, " ")) {
+        r = std::string(text::trimLeft(r));
+    }
+    if (text::contains(r, "@")) {
+        r = text::replaceAll(r + " ", "@ ", "");
+    }
+    return r;
+}
+
+void reduceFile(const fs::path& path, bool check23, bool anyWidth)
+{
+    const fs::path copy = path.string() + "_1";
+    {
+        text::RecordReader in(path);
+        text::LineWriter out(copy);
+        while (!in.atEnd()) {
+            ResultRecord r = ResultRecord::from(in.fields(ResultRecord::kFields));
+            const bool noCard = text::startsWith(r.qsl3, "N") && !check23;
+            std::string rmks1 = cleanRemark(noCard ? r.rmks1_nomng : r.rmks1_c);
+            std::string rmks2 = cleanRemark(noCard ? r.rmks2_nomng : r.rmks2_c);
+            if (!anyWidth) {
+                rmks1 = std::string(trim(rmks1));
+                rmks2 = std::string(trim(rmks2));
+            }
+            ReducedRecord o{r.call_key, r.call_ext, r.date8,  r.time6,   r.q_rst_sent, r.q_rst_rcvd,
+                            r.band_or_freq, r.mode,  r.dx_code, r.q_gl, r.qsl3,       r.q_name,
+                            r.dx_name,  rmks1,      rmks2,     r.q_call};
+            out.write(text::formatRecord(o.fields()));
+        }
+        out.close();
+    }
+    // Copied back line by line, then the copy goes.
+    {
+        text::LineReader in(copy);
+        text::LineWriter out(path);
+        while (!in.atEnd()) {
+            out.writeRaw(in.nextRaw());
+        }
+        out.close();
+    }
+    std::error_code ec;
+    fs::remove(copy, ec);
+}
+
+std::string modeOfCardPass(const std::string& mode)
+{
+    if (mode == "RTY" || mode == "TTY") {
+        return "RTTY";
+    }
+    if (mode == "STV" || mode == "SST") {
+        return "SSTV";
+    }
+    if (mode == "PSK" || mode == "PS3" || mode == "PS31") {
+        return "PSK31";
+    }
+    if (mode == "PS6" || mode == "PS63") {
+        return "PSK63";
+    }
+    return mode;
+}
+
+// In the log-order pass the test looks at the mode the last stage left behind, not at the
+// record's own, so one value rewrites every record of the pass.
+std::string modeOfLogPass(const std::string& recordMode, const std::string& lastMode)
+{
+    if (lastMode == "RTY" || lastMode == "TTY" || lastMode == "RTT") {
+        return "RTTY";
+    }
+    if (lastMode == "STV" || lastMode == "SST") {
+        return "SSTV";
+    }
+    if (lastMode == "PSK" || lastMode == "PS3" || lastMode == "PS31") {
+        return "PSK31";
+    }
+    if (lastMode == "PS6" || lastMode == "PS63") {
+        return "PSK63";
+    }
+    return recordMode;
+}
+
+std::string pad(std::string_view s, std::size_t width) { return text::padRight(s, width); }
+
+std::string timeStamp(const char* format)
+{
+    std::time_t now = std::time(nullptr);
+    std::tm local{};
+    localtime_r(&now, &local);
+    char buf[32];
+    std::strftime(buf, sizeof buf, format, &local);
+    return buf;
+}
+
+} // namespace
+
+std::string count_No_QSL_MNG_2(RunContext& ctx)
+{
+    ctx.trace.line("Private sub count_No_QSL_MNG_2()");
+    ctx.observer.status("  No QSL and MNG 件数カウント中", app::Colour::Green);
+    ctx.run.counters.no_qsl_kazu = 0;
+    ctx.run.counters.m_kazu = 0;
+    std::string lastMode;
+    text::RecordReader in(ctx.run.names.out_name_ham0);
+    while (!in.atEnd()) {
+        ReducedRecord r = ReducedRecord::from(in.fields(ReducedRecord::kFields));
+        if (text::startsWith(r.qsl3, "N")) {
+            ++ctx.run.counters.no_qsl_kazu;
+        }
+        if (text::startsWith(r.qsl3, "M")) {
+            ++ctx.run.counters.m_kazu;
+        }
+        lastMode = r.mode;
+    }
+    return lastMode;
+}
+
+void count_No_QSL_MNG(RunContext& ctx, const RemarkLayout& layout)
+{
+    ctx.trace.line("Private sub count_No_QSL_MNG()");
+    const bool check23 = ctx.options.tick("Check23");
+    reduceFile(ctx.run.names.out_name_con0, check23, layout.anyWidth());
+    reduceFile(ctx.run.names.out_name_ham0, check23, layout.anyWidth());
+}
+
+void makeFinalFiles(RunContext& ctx, const RemarkLayout& layout, const std::string& lastMode)
+{
+    RunState& run = ctx.run;
+    const settings::Options& o = ctx.options;
+    const std::string& No_QSL_moji = o.value("No_QSL_moji");
+    const std::string& buro_QSL_moji = o.value("buro_QSL_moji");
+    const bool bureauByCode = o.value("DXCC_mas_txt_55_use") == "Yes";
+    const bool check16 = o.tick("Check16");
+    const int callsIn1 = layout.callsInRow1();
+    const int callsIn2 = layout.callsInRow2();
+    run.counters.name_kazu = 0;
+
+    struct Pass
+    {
+        std::string source, oldForm, final;
+        bool cardOrder;
+    };
+    const Pass passes[] = {
+        {run.names.out_name_ham0, readers::replaceExtension(run.in_name, "_h.csv"),
+         readers::replaceExtension(run.in_name, "_hn.csv"), false},
+        {run.names.out_name_con0, readers::replaceExtension(run.in_name, "_c.csv"),
+         readers::replaceExtension(run.in_name, "_cn.csv"), true},
+    };
+    for (const Pass& pass : passes) {
+        text::RecordReader in(pass.source);
+        text::LineWriter oldOut(pass.oldForm);
+        text::LineWriter finalOut(pass.final, text::LineWriter::Mode::ReplaceWhenDone);
+        while (!in.atEnd()) {
+            ReducedRecord r = ReducedRecord::from(in.fields(ReducedRecord::kFields));
+            r.mode = pass.cardOrder ? modeOfCardPass(r.mode) : modeOfLogPass(r.mode, lastMode);
+            const std::string time_flag = text::contains(r.time6, "U") ? "8" : "0";
+            if (pass.cardOrder && !trim(r.q_name).empty()) {
+                ++run.counters.name_kazu;
+            }
+            r.qsl3 = text::replaceAll(r.qsl3, No_QSL_moji + run.QSL_S, No_QSL_moji + " ");
+            if (bureauByCode) {
+                const std::string flag = ctx.entities.dxcc_buro_by_code(r.dx_code);
+                if (!text::startsWith(r.qsl3, "M") && (flag == "-" || flag == "X")) {
+                    r.qsl3 = buro_QSL_moji;
+                    r.rmks1 += "no_Buro";
+                }
+            }
+            if (check16 && trim(r.band_or_freq) == "1.9") {
+                r.band_or_freq = "1.8";
+            }
+            oldOut.write(text::formatRecord({r.call_key, r.call_ext, r.date8, r.time6, r.q_rst_sent,
+                                             r.q_rst_rcvd, r.band_or_freq, r.mode, r.dx_code,
+                                             r.q_gl, r.qsl3, r.q_name, r.dx_name, r.rmks1,
+                                             r.rmks2}));
+            if (callsIn1 == 0) {
+                r.rmks1 = text::replaceAll(r.rmks1, "@" + r.q_call + " ", " ");
+            }
+            if (callsIn2 == 0) {
+                r.rmks2 = text::replaceAll(r.rmks2, "@" + r.q_call + " ", " ");
+            }
+            r.rmks1 = text::replaceAll(r.rmks1, "$DX", "");
+            finalOut.write(text::formatRecord({r.q_call, r.date8, r.time6, r.q_rst_sent,
+                                               r.q_rst_rcvd, r.band_or_freq, r.mode, r.dx_code,
+                                               r.q_gl, r.qsl3, r.q_name, r.dx_name, r.rmks1,
+                                               r.rmks2, time_flag}));
+        }
+        oldOut.close();
+        finalOut.close();
+    }
+    run.counters.calls_kazu = run.counters.fuku_kazu + run.counters.tan_kazu;
+}
+
+fs::path Out_Henkan_Result(RunContext& ctx)
+{
+    ctx.trace.line("Private sub Out_Henkan_Result()");
+    RunState& run = ctx.run;
+    const settings::Options& o = ctx.options;
+    std::error_code ec;
+    fs::create_directories(ctx.folder.Henkan_Result, ec);
+    const fs::path path = ctx.folder.Henkan_Result /
+                          ("Henkan_" + timeStamp("%Y%m%d") + "_" + timeStamp("%H%M%S") + ".txt");
+    text::LineWriter out(path);
+    auto copyFile = [&](const fs::path& file) {
+        if (fs::is_regular_file(file, ec)) {
+            for (const std::string& line : text::readLines(file)) {
+                out.write(line);
+            }
+        }
+    };
+
+    out.write("********  変換結果  ********");
+    out.write("");
+    out.write("======= Vornhale_cfg.ini ============");
+    copyFile(ctx.folder.strPath / "Vornhale_cfg.ini");
+    out.write("");
+    out.write("======= Vornhale_new.ini ============");
+    copyFile(ctx.folder.strPath / "Vornhale_new.ini");
+    out.write(std::string(32, '='));
+    out.write("");
+
+    const std::string inputCount = std::string(trim(text::replaceAll(run.Label37, "件", "")));
+    out.write("入力ファイル ：" + run.in_name);
+    out.write("入 力 件 数　：" + inputCount);
+    out.write("");
+
+    static const char* const kHistoryMarks[] = {"この機能は無視する", "Q S O   済みの局",
+                                                "QSL発行済みの局", "QSL受領済みの局"};
+    static const char* const kManagerOrder[] = {"WEB検索のみを使用する", "MNG ﾌｧｲﾙ 優先、WEB補完",
+                                                "WEB優先、MNG ﾌｧｲﾙ 補完"};
+    const int op04 = o.member("Option04");
+    const int op10 = o.member("Option10");
+    const std::string& hdb = o.value("hamlog_hdb_dir");
+    const std::string source =
+        hdb.empty() ? std::string("新 Hamlog.hdb")
+                    : text::Mid_sjis(fs::path(hdb).filename().string(), 1, 6) + ".hdb";
+    auto tickNumber = [&](const char* key) { return std::to_string(o.tick(key) ? 1 : 0); };
+    out.write(std::string("該当する局にはNo QSL 　： ") +
+              (op04 >= 0 && op04 < 4 ? kHistoryMarks[op04] : ""));
+    out.write("参照する入力ファイル 　： " + source);
+    out.write("同バンド　　　　　　 　： " + tickNumber("Check04"));
+    out.write("同モード 　　　　　　　： " + tickNumber("Check05"));
+    out.write("QSL MNG がいても　Ｎ　 ： " + tickNumber("Check9"));
+    out.write("フル ・ コールで処理　 ： " + tickNumber("Check14"));
+    out.write("N --> J  　　　　　　　： " + tickNumber("Check3"));
+    out.write("J --> N 　　　　　　 　： " + tickNumber("Check4"));
+    out.write("JA のクラブ局はNo QSL　： " + tickNumber("Check10"));
+    out.write("指定ctyはNo QSL　　　　： " + tickNumber("Check09"));
+    out.write("指定ctyはNo QSL ( cty )： " + o.value("No_qsl_cty"));
+    out.write("Web よりMng 取得をする ： " + tickNumber("Check18"));
+    out.write(std::string("優先順  　　　　　　　 ： ") +
+              (op10 >= 0 && op10 < 3 ? kManagerOrder[op10] : ""));
+    out.write("");
+
+    const Counters& c = run.counters;
+    out.write("今回の処理数は　：　" + inputCount);
+    out.write("複数の局の数は　：　" + std::to_string(c.fuku_kazu));
+    out.write("単数の局の数は　：　" + std::to_string(c.tan_kazu));
+    out.write("複 ・単の合計数 ：　" + std::to_string(c.calls_kazu));
+    out.write("No QSL 局の数　 ：　" + std::to_string(c.no_qsl_kazu));
+    out.write("転送先 Ｍ の数 ：　" + std::to_string(c.m_kazu));
+    out.write("Name 取得の数　 ：　" + std::to_string(c.name_kazu));
+    out.write("");
+    out.write("");
+
+    const std::vector<std::string> hamLines = text::readLines(run.names.out_name_ham_n);
+    out.write(std::string(10, '-') + "  " + run.names.out_name_ham_n + "  " + std::string(10, '-'));
+    for (const std::string& line : hamLines) {
+        // The listing keeps the widths of the old fifteen-field form, so its columns are
+        // shifted against the new form.
+        auto f = text::split(text::replaceAll(line, "\"", ""), ",");
+        f.resize(15);
+        out.write(pad(f[0], 14) + pad(text::replaceAll(f[2], "/", ""), 7) +
+                  pad(text::replaceAll(f[3], ":", ""), 6) + pad(f[6], 7) + pad(f[7], 4) +
+                  pad(f[10], 4) + " " + pad(f[13], 19) + pad(f[14], 19));
+    }
+    out.write("");
+    out.write("");
+    out.write(std::string(10, '=') + "  " + run.names.out_name_ham_n + "  " + std::string(10, '='));
+    for (const std::string& line : hamLines) {
+        out.write(line);
+    }
+    out.write(std::string(32, '='));
+    out.close();
+    return path;
+}
+
+} // namespace vornhale::engine

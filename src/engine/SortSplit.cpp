@@ -1,0 +1,262 @@
+#include "engine/SortSplit.h"
+
+#include "app/Failure.h"
+#include "engine/WorkingFiles.h"
+#include "text/ByteKeySort.h"
+#include "text/Chars.h"
+#include "text/LineFile.h"
+#include "text/Record.h"
+#include "text/SjisText.h"
+
+#include <filesystem>
+
+namespace vornhale::engine {
+namespace {
+
+namespace fs = std::filesystem;
+
+std::string time6Of(const std::string& q_time5)
+{
+    return text::left(q_time5, 2) + ":" + text::right(q_time5, 3);
+}
+
+// A keyed record: the final key in place of the manager field.
+std::vector<std::string> keyedFields(const SortRecord& r, const std::string& key)
+{
+    std::vector<std::string> f = r.fields();
+    f.erase(f.begin() + 17);
+    f.insert(f.begin(), key);
+    return f;
+}
+
+SortRecord fromKeyed(std::vector<std::string> f)
+{
+    f.resize(SortRecord::kFields);
+    f.erase(f.begin());
+    f.insert(f.begin() + 17, std::string());
+    return SortRecord::from(std::move(f));
+}
+
+// Keys the records of `in` (read at least once: the sentinel is always there) into `out`.
+void keyFile(RunContext& ctx, const fs::path& in, text::LineWriter& out)
+{
+    text::RecordReader reader(in);
+    const bool check17 = ctx.options.tick("Check17");
+    do {
+        const SortRecord r = SortRecord::from(reader.fields(SortRecord::kFields));
+        out.write(text::formatRecord(keyedFields(r, sortKey(r, ctx.run.sort_kind, check17))));
+    } while (!reader.atEnd());
+}
+
+// Turns a sorted keyed file into result records; the sentinel is dropped. `singles` says
+// whether a "J" route of the card mark takes the operator's bureau mark.
+void writeResults(RunContext& ctx, const fs::path& in, bool singles, text::LineWriter& out)
+{
+    const std::string& QSL_Q = ctx.run.QSL_Q;
+    text::RecordReader reader(in);
+    do {
+        const SortRecord r = fromKeyed(reader.fields(SortRecord::kFields));
+        if (r.call_key == "AAAAAA") {
+            continue;
+        }
+        std::string route = r.route;
+        if (route == QSL_Q || route == "J") {
+            route = QSL_Q.empty() ? " " : QSL_Q;
+        }
+        std::string qsl3 = route + "  ";
+        if (singles && text::startsWith(qsl3, "J")) {
+            qsl3 = QSL_Q + qsl3.substr(1);
+        }
+        ResultRecord o{r.call_key,     r.call_ext, date8Of(r.q_date6), time6Of(r.q_time5),
+                       r.q_rst_sent,   r.q_rst_rcvd, r.band_or_freq, r.mode, r.dx_code, r.q_gl,
+                       qsl3,           r.q_name,   r.dx_name,    r.rmks1,  r.rmks2,   r.rmks1_c,
+                       r.rmks2_c,      r.rmks1_nomng, r.rmks2_nomng, r.q_call};
+        out.write(text::formatRecord(o.fields()));
+    } while (!reader.atEnd());
+}
+
+// The split of sorted raw lines into runs of equal keys. `single` and `multiple` receive the
+// lines of stations worked once and more than once.
+template <typename Single, typename Multiple>
+void splitRuns(RunContext& ctx, Single single, Multiple multiple)
+{
+    Counters& c = ctx.run.counters;
+    text::LineReader in(ctx.work(working::sort_out));
+    std::string previous, previousKey;
+    bool havePrevious = false, inRun = false;
+    while (!in.atEnd()) {
+        const std::string_view line = in.nextRaw();
+        ++c.qso_kazu;
+        const std::string_view key = line.substr(0, line.find(','));
+        if (havePrevious && key == previousKey) {
+            multiple(previous);
+            ++c.fuku_kazu;
+            inRun = true;
+        } else if (inRun) {
+            multiple(previous);
+            ++c.fuku_kazu;
+            inRun = false;
+        } else if (havePrevious) {
+            single(previous);
+            ++c.tan_kazu;
+        }
+        previous = std::string(line);
+        previousKey = std::string(key);
+        havePrevious = true;
+    }
+    if (havePrevious) {
+        if (inRun) {
+            multiple(previous);
+            ++c.fuku_kazu;
+        } else {
+            single(previous);
+            ++c.tan_kazu;
+        }
+    }
+}
+
+} // namespace
+
+void sort_(RunContext& ctx, int start, int length, bool descending, const fs::path& in,
+           const fs::path& out)
+{
+    ctx.trace.line("Public Sub sort_()");
+    try {
+        text::sortLinesByKey(in, out, start, length, descending);
+    } catch (const app::Failure&) {
+        // The sort's result is not examined: it only leaves no output.
+        std::error_code ec;
+        fs::remove(out, ec);
+    }
+}
+
+std::string sortKey(const SortRecord& r, int sort_kind, bool check17)
+{
+    const std::string k_call = text::padRight(r.call_key, 14);
+    std::string band = r.band_or_freq;
+    if (!check17 && text::contains(band, ".")) {
+        band = text::left(band, 1);
+    }
+    const std::string k_band = text::right("00000000" + band, 9);
+    const std::string k_mode = text::left(r.mode + " ", 3);
+    const std::string& k_date = r.q_date6;
+    const std::string& k_time = r.q_time5;
+    const std::string seven = "       ";
+    const std::string k_mng =
+        !r.mng_pad.empty()
+            ? text::Mid_sjis(std::string(text::trim(text::mid(r.mng_pad, 2))) + seven, 1, 7)
+            : text::Mid_sjis(r.call_key + seven, 1, 7);
+    const std::string k_mng_call = k_mng + r.call_key;
+    switch (sort_kind) {
+    case 1:
+        return k_call + k_band + k_mode + k_date + k_time;
+    case 2:
+        return k_call + k_date + k_time + k_band + k_mode;
+    case 3:
+        return k_mng_call + k_band + k_mode + k_date + k_time;
+    case 4:
+        return k_mng_call + k_date + k_time + k_band + k_mode;
+    default:
+        return {};
+    }
+}
+
+void count_tan_fuku(RunContext& ctx)
+{
+    ctx.trace.line("Private sub count_tan_fuku()");
+    ctx.observer.status("　単／複　カウント中", app::Colour::Green);
+    splitRuns(ctx, [](const std::string&) {}, [](const std::string&) {});
+}
+
+void Henkan_out_name_con(RunContext& ctx)
+{
+    ctx.trace.line("Private sub Henkan_out_name_con()");
+    const RunState& run = ctx.run;
+    text::RecordReader in(ctx.work(working::sort_in));
+    text::LineWriter out(run.names.out_name_con0);
+    while (!in.atEnd()) {
+        SortRecord r = SortRecord::from(in.fields(SortRecord::kFields));
+        std::string qsl3;
+        if (r.route != "N") {
+            const bool manager = text::contains(r.rmks1, "@") || text::contains(r.rmks2, "@");
+            qsl3 = (manager ? std::string("M") : run.QSL_Q) + run.QSL_S + " ";
+        } else {
+            qsl3 = "N" + run.QSL_S + " ";
+            r.rmks1 = text::replaceAll(r.rmks1, r.mng_pad, "");
+            r.rmks2 = text::replaceAll(r.rmks2, r.mng_pad, "");
+        }
+        ResultRecord o{r.call_key,   r.call_ext,   date8Of(r.q_date6), time6Of(r.q_time5),
+                       r.q_rst_sent, r.q_rst_rcvd, r.band_or_freq, r.mode, r.dx_code, r.q_gl,
+                       qsl3,         r.q_name,     r.dx_name,    r.rmks1,  r.rmks2,   r.rmks1_c,
+                       r.rmks2_c,    r.rmks1_nomng, r.rmks2_nomng, r.q_call};
+        out.write(text::formatRecord(o.fields()));
+    }
+    out.close();
+}
+
+void temp_sep(RunContext& ctx)
+{
+    ctx.trace.line("Private sub temp_sep()");
+    ctx.observer.status("　単／複　ＱＳＯに分割中", app::Colour::Green);
+    {
+        text::LineWriter singles(ctx.work(working::semp_s));
+        text::LineWriter multiples(ctx.work(working::semp_d));
+        splitRuns(
+            ctx, [&](const std::string& line) { singles.writeRaw(line); },
+            [&](const std::string& line) { multiples.writeRaw(line); });
+        singles.write(kSentinel);
+        multiples.write(kSentinel);
+        singles.close();
+        multiples.close();
+    }
+    if (ctx.run.sort_wake == 1) {
+        sort_wakeru_c(ctx);
+    } else {
+        sort_wakenai_c(ctx);
+    }
+}
+
+void sort_wakeru_c(RunContext& ctx)
+{
+    ctx.trace.line("Private sub sort_wakeru_c()");
+    ctx.observer.status("　最　終　処　理　中", app::Colour::Green);
+    for (const auto& [semp, temp, uemp] : {std::tuple{working::semp_s, working::temp_s, working::uemp_s},
+                                          std::tuple{working::semp_d, working::temp_d, working::uemp_d}}) {
+        {
+            text::LineWriter out(ctx.work(temp));
+            keyFile(ctx, ctx.work(semp), out);
+            out.close();
+        }
+        sort_(ctx, 2, 37, false, ctx.work(temp), ctx.work(uemp));
+    }
+    temp_marge(ctx);
+}
+
+void sort_wakenai_c(RunContext& ctx)
+{
+    ctx.trace.line("Private sub sort_wakenai_c()");
+    ctx.observer.status("　最　終　処　理　中", app::Colour::Green);
+    {
+        text::LineWriter out(ctx.work(working::temp_s));
+        keyFile(ctx, ctx.work(working::semp_s), out);
+        keyFile(ctx, ctx.work(working::semp_d), out);
+        out.close();
+    }
+    sort_(ctx, 2, 37, false, ctx.work(working::temp_s), ctx.work(working::uemp_s));
+    text::LineWriter out(ctx.run.names.out_name_con0);
+    writeResults(ctx, ctx.work(working::uemp_s), true, out);
+    out.close();
+}
+
+void temp_marge(RunContext& ctx)
+{
+    ctx.trace.line("Private sub temp_marge()");
+    const std::string name = fs::path(ctx.run.names.out_name_con0).filename().string();
+    ctx.observer.status(name + "  に変換中", app::Colour::Green);
+    text::LineWriter out(ctx.run.names.out_name_con0);
+    writeResults(ctx, ctx.work(working::uemp_s), true, out);
+    writeResults(ctx, ctx.work(working::uemp_d), false, out);
+    out.close();
+}
+
+} // namespace vornhale::engine
