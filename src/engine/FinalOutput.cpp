@@ -1,5 +1,6 @@
 #include "engine/FinalOutput.h"
 
+#include "app/Failure.h"
 #include "engine/Records.h"
 #include "engine/RemarkLayout.h"
 #include "readers/OutputNames.h"
@@ -32,7 +33,7 @@ struct ReducedRecord
         return {f[0], f[1], f[2],  f[3],  f[4],  f[5],  f[6],  f[7],
                 f[8], f[9], f[10], f[11], f[12], f[13], f[14], f[15]};
     }
-    std::vector<std::string> fields() const
+    std::array<std::string_view, kFields> fields() const
     {
         return {call_key, call_ext, date8, time6,  q_rst_sent, q_rst_rcvd, band_or_freq, mode,
                 dx_code,  q_gl,     qsl3,  q_name, dx_name,    rmks1,      rmks2,        q_call};
@@ -73,17 +74,12 @@ void reduceFile(const fs::path& path, bool check23, bool anyWidth)
         }
         out.close();
     }
-    // Copied back line by line, then the copy goes.
-    {
-        text::LineReader in(copy);
-        text::LineWriter out(path);
-        while (!in.atEnd()) {
-            out.writeRaw(in.nextRaw());
-        }
-        out.close();
-    }
+    // The reduced copy takes the place of the file.
     std::error_code ec;
-    fs::remove(copy, ec);
+    fs::rename(copy, path, ec);
+    if (ec) {
+        throw app::Failure(app::failure::PathFileAccess, "パス名が無効です。 " + path.string());
+    }
 }
 
 std::string modeOfCardPass(const std::string& mode)

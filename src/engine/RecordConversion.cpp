@@ -142,7 +142,11 @@ void Henkan_txt(RunContext& ctx, const RemarkLayout& layout)
 
     const bool check1 = o.tick("Check1"), check5 = o.tick("Check5"), check6 = o.tick("Check6"),
                check9 = o.tick("Check9"), check12 = o.tick("Check12"), check15 = o.tick("Check15"),
-               check18 = o.tick("Check18"), check22 = o.tick("Check22"), check29 = o.tick("Check29");
+               check18 = o.tick("Check18"), check22 = o.tick("Check22"), check29 = o.tick("Check29"),
+               check09 = o.tick("Check09"), check10 = o.tick("Check10"), check25 = o.tick("Check25"),
+               check26 = o.tick("Check26"), check27 = o.tick("Check27"), check28 = o.tick("Check28");
+    const int option3 = o.member("Option3");
+    const bool provinceAlone = o.isOn("Option4", 2);
     const bool historyOn = o.member("Option04") != 0;
     const int option7 = o.member("Option7");
     const int option10 = o.member("Option10");
@@ -181,10 +185,10 @@ void Henkan_txt(RunContext& ctx, const RemarkLayout& layout)
             historyDone = look.historyDone(q_call, key);
         }
         std::string route = historyDone ? "N" : "";
-        if (o.tick("Check10") && look.clubStation(q_call)) {
+        if (check10 && look.clubStation(q_call)) {
             route = "N";
         }
-        if (o.tick("Check09") && look.noQslCountry(q_call)) {
+        if (check09 && look.noQslCountry(q_call)) {
             route = "N";
         }
         base_call = text::padRight(base_call, 6);
@@ -261,16 +265,16 @@ void Henkan_txt(RunContext& ctx, const RemarkLayout& layout)
             c = text::replaceAll(c, "/QRP", "");
             if (!text::contains(c, "/")) {
                 if (QthEntry qth = look.qthOf(base_call); qth.found) {
-                    if (o.tick("Check25")) {
+                    if (check25) {
                         dx_code = qth.code;
                     }
-                    if (o.tick("Check27")) {
+                    if (check27) {
                         q_name = qth.name;
                     }
-                    if (o.tick("Check26")) {
+                    if (check26) {
                         q_gl = qth.gl;
                     }
-                    if (o.tick("Check28")) {
+                    if (check28) {
                         dx_name = qth.qth;
                     }
                 }
@@ -345,10 +349,10 @@ void Henkan_txt(RunContext& ctx, const RemarkLayout& layout)
         if (!blank(e.q_rcvd) && check5) {
             const std::string province = look.provinceOf(e.q_rcvd);
             if (!province.empty()) {
-                const std::string add = o.isOn("Option4", 2) ? province : run.Prov_moji + province;
-                if (o.isOn("Option3", 0)) {
+                const std::string add = provinceAlone ? province : run.Prov_moji + province;
+                if (option3 == 0) {
                     rmks1 = trimmed(rmks1 + " " + add);
-                } else if (o.isOn("Option3", 1)) {
+                } else if (option3 == 1) {
                     rmks2 = trimmed(rmks2 + " " + add);
                 }
             }

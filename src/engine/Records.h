@@ -1,6 +1,8 @@
 #pragma once
 
 #include <algorithm>
+#include <array>
+#include <string_view>
 #include <string>
 #include <vector>
 
@@ -14,7 +16,7 @@ struct QsoLine
 
     static constexpr std::size_t kFields = 13;
 
-    std::vector<std::string> fields() const
+    std::array<std::string_view, kFields> fields() const
     {
         return {q_year, q_month,  q_day,   q_time, q_call, q_rst_sent, q_rst_rcvd,
                 q_band, q_mode,   q_op,    q_memo, q_freq, q_rcvd};
@@ -37,7 +39,7 @@ struct EnrichedLine
 
     static constexpr std::size_t kFields = 19;
 
-    std::vector<std::string> fields() const
+    std::array<std::string_view, kFields> fields() const
     {
         return {q_entity, q_date6,  q_time,  q_call,  q_rst_sent,   q_rst_rcvd, base_call,
                 call_ext, band_or_freq, q_mode, reserved, dx_mark, dx_code,  dx_name,
@@ -67,7 +69,7 @@ struct SortRecord
 
     static constexpr std::size_t kFields = 23;
 
-    std::vector<std::string> fields() const
+    std::array<std::string_view, kFields> fields() const
     {
         return {call_key,   call_ext,   dx_code,  reserved4,  band_or_freq, mode,       q_name,
                 route,      q_gl,       reserved10, q_date6,  q_time5,      q_rst_sent, q_rst_rcvd,
@@ -100,7 +102,7 @@ struct ResultRecord
 
     static constexpr std::size_t kFields = 20;
 
-    std::vector<std::string> fields() const
+    std::array<std::string_view, kFields> fields() const
     {
         return {call_key, call_ext, date8,   time6,   q_rst_sent, q_rst_rcvd,  band_or_freq,
                 mode,     dx_code,  q_gl,    qsl3,    q_name,     dx_name,     rmks1,

@@ -21,9 +21,10 @@ std::string time6Of(const std::string& q_time5)
 }
 
 // A keyed record: the final key in place of the manager field.
-std::vector<std::string> keyedFields(const SortRecord& r, const std::string& key)
+std::vector<std::string_view> keyedFields(const SortRecord& r, const std::string& key)
 {
-    std::vector<std::string> f = r.fields();
+    const auto all = r.fields();
+    std::vector<std::string_view> f(all.begin(), all.end());
     f.erase(f.begin() + 17);
     f.insert(f.begin(), key);
     return f;
@@ -44,7 +45,8 @@ void keyFile(RunContext& ctx, const fs::path& in, text::LineWriter& out)
     const bool check17 = ctx.options.tick("Check17");
     do {
         const SortRecord r = SortRecord::from(reader.fields(SortRecord::kFields));
-        out.write(text::formatRecord(keyedFields(r, sortKey(r, ctx.run.sort_kind, check17))));
+        const std::string key = sortKey(r, ctx.run.sort_kind, check17);
+        out.write(text::formatRecord(keyedFields(r, key)));
     } while (!reader.atEnd());
 }
 

@@ -37,6 +37,9 @@ bool Options::NoCase::operator()(std::string_view a, std::string_view b) const
 
 std::string_view Options::canonical(std::string_view name)
 {
+    if (name.size() < 3 || (name[0] != 't' && name[0] != 'T')) {
+        return name;
+    }
     for (const auto& [alias, key] : kAliases) {
         if (!NoCase{}(alias, name) && !NoCase{}(name, alias)) {
             return key;

@@ -173,7 +173,16 @@ void LineWriter::writeRaw(std::string_view bytes)
     std::fwrite("\r\n", 1, 2, m_file);
 }
 
-void LineWriter::write(std::string_view line) { writeRaw(encodeSjis(line)); }
+void LineWriter::write(std::string_view line)
+{
+    const bool ascii = std::all_of(line.begin(), line.end(),
+                                   [](char c) { return static_cast<unsigned char>(c) < 0x80; });
+    if (ascii) {
+        writeRaw(line);
+    } else {
+        writeRaw(encodeSjis(line));
+    }
+}
 
 void LineWriter::close()
 {

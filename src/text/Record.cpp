@@ -5,26 +5,9 @@
 #include "text/LineFile.h"
 #include "text/SjisCodec.h"
 
-namespace vornhale::text {
+#include <cstring>
 
-std::string formatRecord(const std::vector<std::string>& fields)
-{
-    std::string line;
-    std::size_t size = 0;
-    for (const auto& f : fields) {
-        size += f.size() + 3;
-    }
-    line.reserve(size);
-    for (std::size_t i = 0; i < fields.size(); ++i) {
-        if (i > 0) {
-            line.push_back(',');
-        }
-        line.push_back('"');
-        line.append(fields[i]);
-        line.push_back('"');
-    }
-    return line;
-}
+namespace vornhale::text {
 
 RecordReader::RecordReader(const std::filesystem::path& path)
     : m_text(decodeSjis(readFileBytes(path)))
@@ -43,44 +26,44 @@ std::string RecordReader::field()
     if (atEnd()) {
         throw app::Failure(app::failure::InputPastEnd, "ファイルの終わりを越えて入力しようとしました。");
     }
-    const std::string_view t(m_text);
-    auto isLineEnd = [&](std::size_t i) { return t[i] == '\r' || t[i] == '\n'; };
-    auto consumeSeparator = [&] {
-        if (m_pos >= t.size()) {
-            return;
+    const char* const begin = m_text.data();
+    const char* const end = begin + m_text.size();
+    const char* p = begin + m_pos;
+    auto toSeparator = [end](const char* q) {
+        while (q < end && *q != ',' && *q != '\r' && *q != '\n') {
+            ++q;
         }
-        if (t[m_pos] == ',') {
-            ++m_pos;
-        } else if (t[m_pos] == '\r') {
-            m_pos += (m_pos + 1 < t.size() && t[m_pos + 1] == '\n') ? 2 : 1;
-        } else if (t[m_pos] == '\n') {
-            ++m_pos;
+        return q;
+    };
+    auto consumeSeparator = [end](const char* q) {
+        if (q < end) {
+            if (*q == ',' || *q == '\n') {
+                ++q;
+            } else if (*q == '\r') {
+                q += (q + 1 < end && q[1] == '\n') ? 2 : 1;
+            }
         }
+        return q;
     };
 
-    while (m_pos < t.size() && t[m_pos] == ' ') {
-        ++m_pos;
+    while (p < end && *p == ' ') {
+        ++p;
     }
-    if (m_pos < t.size() && t[m_pos] == '"') {
-        const std::size_t begin = m_pos + 1;
-        std::size_t end = t.find('"', begin);
-        if (end == std::string_view::npos) {
-            end = t.size();
+    std::string value;
+    if (p < end && *p == '"') {
+        const char* open = p + 1;
+        const char* close = static_cast<const char*>(std::memchr(open, '"', static_cast<std::size_t>(end - open)));
+        if (close == nullptr) {
+            close = end;
         }
-        std::string value(t.substr(begin, end - begin));
-        m_pos = end < t.size() ? end + 1 : end;
-        while (m_pos < t.size() && t[m_pos] != ',' && !isLineEnd(m_pos)) {
-            ++m_pos;
-        }
-        consumeSeparator();
-        return value;
+        value.assign(open, close);
+        p = toSeparator(close < end ? close + 1 : end);
+    } else {
+        const char* stop = toSeparator(p);
+        value = std::string(trim(std::string_view(p, static_cast<std::size_t>(stop - p))));
+        p = stop;
     }
-    const std::size_t begin = m_pos;
-    while (m_pos < t.size() && t[m_pos] != ',' && !isLineEnd(m_pos)) {
-        ++m_pos;
-    }
-    std::string value(trim(t.substr(begin, m_pos - begin)));
-    consumeSeparator();
+    m_pos = static_cast<std::size_t>(consumeSeparator(p) - begin);
     return value;
 }
 

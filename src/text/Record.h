@@ -1,6 +1,7 @@
 #pragma once
 
 #include <filesystem>
+#include <initializer_list>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -9,7 +10,30 @@ namespace vornhale::text {
 
 /// One record line: every field in double quotes, separated by one comma, no blanks outside
 /// the quotes. There is no escape for a double quote inside a field.
-std::string formatRecord(const std::vector<std::string>& fields);
+template <typename Range>
+std::string formatRecord(const Range& fields)
+{
+    std::size_t size = 0;
+    for (const auto& f : fields) {
+        size += std::string_view(f).size() + 3;
+    }
+    std::string line;
+    line.reserve(size);
+    for (const auto& f : fields) {
+        if (!line.empty()) {
+            line.push_back(',');
+        }
+        line.push_back('"');
+        line.append(std::string_view(f));
+        line.push_back('"');
+    }
+    return line;
+}
+
+inline std::string formatRecord(std::initializer_list<std::string_view> fields)
+{
+    return formatRecord<std::initializer_list<std::string_view>>(fields);
+}
 
 /// Reads fields back by position, as records were always read by the program:
 /// a field begins at the first non-blank character after the previous separator; a double

@@ -4,6 +4,7 @@
 
 #include <iconv.h>
 
+#include <algorithm>
 #include <array>
 #include <cstdint>
 #include <cstring>
@@ -115,6 +116,13 @@ const Tables& tables()
 }
 
 } // namespace
+
+std::string decodeSjis(std::string&& bytes)
+{
+    const bool ascii = std::all_of(bytes.begin(), bytes.end(),
+                                   [](char c) { return static_cast<unsigned char>(c) < 0x80; });
+    return ascii ? std::move(bytes) : decodeSjis(std::string_view(bytes));
+}
 
 std::string decodeSjis(std::string_view bytes)
 {
