@@ -10,7 +10,7 @@
 namespace vornhale::text {
 
 RecordReader::RecordReader(const std::filesystem::path& path)
-    : m_text(decodeSjis(readFileBytes(path)))
+    : m_text(decodeSjisTaking(readFileBytes(path)))
 {
 }
 

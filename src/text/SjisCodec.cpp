@@ -104,6 +104,16 @@ struct Tables
                 }
             }
         }
+        // Text typed on other systems uses the JIS forms of a few characters that Windows
+        // keeps under other code points; they are written with the bytes Windows writes.
+        const std::pair<char32_t, std::uint16_t> jisForms[] = {
+            {0x301C, 0x8160}, {0x2016, 0x8161}, {0x2212, 0x817C}, {0x00A2, 0x8191},
+            {0x00A3, 0x8192}, {0x00AC, 0x81CA}, {0x2014, 0x815C}};
+        for (const auto& [cp, code] : jisForms) {
+            if (encode[cp] == 0) {
+                encode[cp] = code;
+            }
+        }
         iconv_close(toUnicode);
         iconv_close(fromUnicode);
     }
@@ -117,7 +127,7 @@ const Tables& tables()
 
 } // namespace
 
-std::string decodeSjis(std::string&& bytes)
+std::string decodeSjisTaking(std::string&& bytes)
 {
     const bool ascii = std::all_of(bytes.begin(), bytes.end(),
                                    [](char c) { return static_cast<unsigned char>(c) < 0x80; });

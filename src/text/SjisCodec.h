@@ -13,7 +13,7 @@ namespace vornhale::text {
 /// Encoding writes "?" for a character that CP932 cannot hold, as Windows does.
 std::string decodeSjis(std::string_view bytes);
 /// The same for bytes the caller gives up; pure ASCII is taken over without a copy.
-std::string decodeSjis(std::string&& bytes);
+std::string decodeSjisTaking(std::string&& bytes);
 std::string encodeSjis(std::string_view utf8);
 
 /// Number of CP932 bytes that `cp` takes when encoded: 1 for ASCII, half-width katakana,
