@@ -8,6 +8,7 @@
 #include "support/RecordingFrontEnd.h"
 #include "support/TestSupport.h"
 #include "text/Chars.h"
+#include "text/LineFile.h"
 #include "text/Record.h"
 
 #include <memory>
