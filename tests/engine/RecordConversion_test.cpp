@@ -1,0 +1,289 @@
+#include "engine/RecordConversion.h"
+#include "engine/RecordLookups.h"
+#include "engine/Records.h"
+#include "engine/RemarkLayout.h"
+#include "support/RunFixture.h"
+
+#include <gtest/gtest.h>
+
+#include <map>
+
+using namespace vornhale;
+using engine::EnrichedLine;
+
+namespace {
+
+EnrichedLine line(const std::string& call, const std::string& base, const std::string& ext = "",
+                  const std::string& rcvd = "13")
+{
+    EnrichedLine e;
+    e.q_date6 = "261122";
+    e.q_time = "0905";
+    e.q_call = call;
+    e.q_rst_sent = "599";
+    e.q_rst_rcvd = "5991";
+    e.base_call = base;
+    e.call_ext = ext;
+    e.band_or_freq = "14";
+    e.q_mode = "CW";
+    e.dx_code = "566A";
+    e.dx_name = "Taiwan";
+    e.q_call2 = call;
+    e.q_rcvd = rcvd;
+    return e;
+}
+
+struct Managers : engine::RecordLookups
+{
+    std::map<std::string, std::string> file;
+    std::set<std::string> done;
+    std::string managerFromFile(std::string_view call) override
+    {
+        const auto it = file.find(std::string(call));
+        return it == file.end() ? std::string() : it->second;
+    }
+    bool historyDone(std::string_view call, std::string_view) override
+    {
+        return done.count(std::string(call)) != 0;
+    }
+};
+
+struct Conversion : test::RunFixture
+{
+    settings::Options options = settings::Options::defaults();
+    Managers managers;
+    std::string inName = "CONTEST.ALL";
+    std::string f_type = "all";
+
+    // Runs Henkan_txt over the lines; returns the sort records and the result records.
+    std::pair<std::vector<std::vector<std::string>>, std::vector<std::vector<std::string>>>
+    run(const std::vector<EnrichedLine>& lines)
+    {
+        {
+            text::LineWriter w(work("zlog_2.txt"));
+            for (const auto& e : lines) {
+                w.write(text::formatRecord(e.fields()));
+            }
+            w.close();
+        }
+        engine::RunContext& c = context(options);
+        c.lookups = &managers;
+        c.run.in_name = (dir / inName).string();
+        c.run.f_type = f_type;
+        c.run.names = readers::OutputNames::of(c.run.in_name);
+        c.run.QSL_Q = std::string(text::trim(options.value("QSL_Q")));
+        c.run.QSL_S = options.value("QSL_S");
+        c.run.Zone_moji = "Z";
+        c.run.Rmks1_text = options.value("txtRmks1");
+        const auto layout = engine::RemarkLayout::fromOptions(options);
+        c.run.use = layout.use();
+        engine::Henkan_txt(c, layout);
+        return {records(work("Sort-in.csv"), 23), records(c.run.names.out_name_ham0, 20)};
+    }
+};
+
+enum Sort { SCall, SExt, SCode, SBand = 4, SMode, SName, SRoute, SDate = 10, STime, SRstR = 13, SQth,
+            SRmks1, SRmks2, SMngPad, SCall23 = 22 };
+enum Result { RCall, RExt, RDate, RTime, RRstS, RRstR, RBand, RMode, RCode, RGl, RQsl, RName, RQth,
+              RRmks1, RRmks2 };
+
+} // namespace
+
+TEST(Henkan_txt, ModesAreNormalised)
+{
+    EXPECT_EQ(engine::normaliseMode("RTY"), "RTTY");
+    EXPECT_EQ(engine::normaliseMode("RTT"), "RTTY");
+    EXPECT_EQ(engine::normaliseMode("SST"), "SSTV");
+    EXPECT_EQ(engine::normaliseMode("PS31"), "PSK31");
+    EXPECT_EQ(engine::normaliseMode("PSK6"), "PSK63");
+    EXPECT_EQ(engine::normaliseMode("PS6"), "PS6");
+    EXPECT_EQ(engine::normaliseMode("CW "), "CW ");
+}
+
+TEST(Henkan_txt, WritesOneSortAndOneResultRecordPerContact)
+{
+    Conversion c;
+    const auto [sorts, results] = c.run({line("JA1ABC", "JA1ABC"), line("K1XX/4", "K1XX", "4")});
+    ASSERT_EQ(sorts.size(), 2u);
+    ASSERT_EQ(results.size(), 2u);
+    EXPECT_EQ(sorts[1][SCall], "K1XX");
+    EXPECT_EQ(sorts[1][SExt], "4");
+    EXPECT_EQ(sorts[1][SCall23], "K1XX/4");
+    EXPECT_EQ(sorts[0][STime], "0905U");
+    EXPECT_EQ(sorts[0][SRstR], "599");
+    EXPECT_EQ(results[0][RDate], "26/11/22");
+    EXPECT_EQ(results[0][RTime], "09:05U");
+    EXPECT_EQ(results[0][RQsl], "J* ");
+    EXPECT_EQ(sorts[0][SRoute], "J");
+}
+
+TEST(Henkan_txt, ASevenCharacterCallGetsItsCallsTextAndASixCharacterOneDoesNot)
+{
+    Conversion c;
+    c.options.set("Rmks1_cfg", "Calls,,,,,,,,,,,,");
+    const auto [sorts, results] = c.run({line("JA1ABCD", "JA1ABCD"), line("JA1ABC", "JA1ABC"),
+                                         line("JA1ABC/1/P", "JA1ABC", "1")});
+    EXPECT_EQ(results[0][RRmks1], "JA1ABCD");
+    EXPECT_EQ(results[1][RRmks1], "");
+    EXPECT_EQ(results[2][RRmks1], "JA1ABC/1/P");
+}
+
+TEST(Henkan_txt, DirectLosesItsAtAndCountsAsAManager)
+{
+    Conversion c;
+    c.managers.file["K1XX"] = "DIRECT";
+    const auto [sorts, results] = c.run({line("K1XX", "K1XX")});
+    EXPECT_EQ(sorts[0][SRoute], "M");
+    EXPECT_EQ(results[0][RQsl], "M* ");
+    EXPECT_EQ(results[0][RRmks2], "DIRECT");
+}
+
+TEST(Henkan_txt, AManagerIsShownWithItsAtAndTheRouteBecomesM)
+{
+    Conversion c;
+    c.managers.file["VP2EAB"] = "@W1XX";
+    const auto [sorts, results] = c.run({line("VP2EAB", "VP2EAB")});
+    EXPECT_EQ(results[0][RQsl], "M* ");
+    EXPECT_EQ(results[0][RRmks2], "@W1XX");
+    EXPECT_EQ(sorts[0][SMngPad], "@W1XX ");
+}
+
+TEST(Henkan_txt, Check9SendsManagedStationsNoCard)
+{
+    Conversion c;
+    c.options.set("Check9", "1");
+    c.managers.file["VP2EAB"] = "W1XX";
+    const auto [sorts, results] = c.run({line("VP2EAB", "VP2EAB"), line("JA1ABC", "JA1ABC")});
+    EXPECT_EQ(results[0][RQsl], "N  ");
+    EXPECT_EQ(results[0][RRmks2], "");
+    // After a no-card contact the sent mark stays blank for the rest of the run.
+    EXPECT_EQ(results[1][RQsl], "J  ");
+}
+
+TEST(Henkan_txt, AStationThatIsItsOwnManagerGetsTheOrdinaryRoute)
+{
+    Conversion c;
+    c.managers.file["JA1ABC"] = "JA1ABC";
+    const auto [sorts, results] = c.run({line("JA1ABC", "JA1ABC")});
+    EXPECT_EQ(results[0][RQsl], "J* ");
+    EXPECT_EQ(results[0][RRmks2], "");
+}
+
+TEST(Henkan_txt, HistoryMarksAStationNoCard)
+{
+    Conversion c;
+    c.options.set("Option04", "1");
+    c.managers.done.insert("JA1ABC");
+    const auto [sorts, results] = c.run({line("JA1ABC", "JA1ABC"), line("JA2XYZ", "JA2XYZ")});
+    EXPECT_EQ(sorts[0][SRoute], "N");
+    EXPECT_EQ(results[0][RQsl], "N  ");
+    EXPECT_EQ(results[1][RQsl], "J  ");
+}
+
+TEST(Henkan_txt, MaritimeMobileLosesTheCodeAndShowsMmAsQth)
+{
+    Conversion c;
+    const auto [sorts, results] = c.run({line("JA6ZZZ/MM", "JA6ZZZ", "MM")});
+    EXPECT_EQ(results[0][RCode], "");
+    EXPECT_EQ(results[0][RQth], "MM");
+}
+
+TEST(Henkan_txt, ZoneRules)
+{
+    using engine::zoneText;
+    EXPECT_EQ(zoneText("", "all", 0, "Z"), "Z0");
+    EXPECT_EQ(zoneText("5", "all", 0, "Z"), "Z05");
+    EXPECT_EQ(zoneText("25", "all", 0, "Z"), "Z25");
+    EXPECT_EQ(zoneText("1A2", "all", 0, "Z"), "Z1A");
+    EXPECT_EQ(zoneText("123", "all", 0, "Z"), "");
+    EXPECT_EQ(zoneText("", "all", 1, "Z"), "");
+    EXPECT_EQ(zoneText("5", "all", 1, "CQ = "), "CQ = 05");
+    EXPECT_EQ(zoneText("ABC", "all", 1, "Z"), "ABC");
+    EXPECT_EQ(zoneText("", "zlo", 0, "Z"), "");
+    EXPECT_EQ(zoneText("5", "zlo", 0, "Z"), "Z05");
+    EXPECT_EQ(zoneText("ABC", "zlo", 0, "Z"), "ABC");
+    EXPECT_EQ(zoneText("5", "zlo", 1, "Z"), "ZZ0");
+    EXPECT_EQ(zoneText("25", "zlo", 1, "Z"), "ZZ2");
+    EXPECT_EQ(zoneText("ABC", "zlo", 1, "Z"), "ZAB");
+}
+
+TEST(Henkan_txt, AnEmptyExchangeGivesTheLabelAndZeroForTextLogs)
+{
+    Conversion c;
+    c.options.set("Rmks1_cfg", "Zone,,,,,,,,,,,,");
+    const auto [sorts, results] = c.run({line("JA1ABC", "JA1ABC", "", ""), line("JA1XYZ", "JA1XYZ", "", "25")});
+    EXPECT_EQ(results[0][RRmks1], "Z0");
+    EXPECT_EQ(results[1][RRmks1], "Z25");
+}
+
+TEST(Henkan_txt, WithCheck12OffAnAsiaFileLosesItsZone)
+{
+    for (const char* name : {"aSiA2026.ALL", "REF.ALL"}) {
+        Conversion c;
+        c.inName = name;
+        c.options.set("Rmks1_cfg", "Zone,,,,,,,,,,,,");
+        EXPECT_EQ(c.run({line("JA1ABC", "JA1ABC")}).second[0][RRmks1], "") << name;
+    }
+    Conversion keep;
+    keep.inName = "ASIA.ALL";
+    keep.options.set("Check12", "1");
+    keep.options.set("Rmks1_cfg", "Zone,,,,,,,,,,,,");
+    EXPECT_EQ(keep.run({line("JA1ABC", "JA1ABC")}).second[0][RRmks1], "Z13");
+}
+
+TEST(Henkan_txt, QtcNotesLeaveTheUpperCaseMemo)
+{
+    Conversion c;
+    c.options.set("Rmks1_cfg", "memo,,,,,,,,,,,,");
+    auto e = line("JA1ABC", "JA1ABC");
+    e.q_memo = "qsb [qtc 1/10] sent";
+    EXPECT_EQ(c.run({e}).second[0][RRmks1], "QSB  SENT");
+}
+
+TEST(Henkan_txt, AStarMarkIsWrittenWithBlanksAroundIt)
+{
+    Conversion c;
+    c.options.set("QSL_Q", " ");
+    const auto [sorts, results] = c.run({line("JA1ABC", "JA1ABC")});
+    EXPECT_EQ(results[0][RQsl], " * ");
+}
+
+TEST(Henkan_txt, IotaContestsFillTheIotaItem)
+{
+    Conversion c;
+    c.inName = "IOTA2026.ALL";
+    c.options.set("Rmks1_cfg", "IOTA,Rcvd,,,,,,,,,,,");
+    const auto [sorts, results] = c.run({line("JA1ABC", "JA1ABC", "", "001AS007")});
+    EXPECT_EQ(results[0][RRmks1], "AS-007 001AS007");
+}
+
+TEST(Henkan_txt, ManagerIsTakenOutOfTheRemarksWithoutIt)
+{
+    Conversion c;
+    c.options.set("Rmks1_cfg", "MNG,Rmks1,,,,,,,,,,,");
+    c.options.set("Rmks1_cfg_len", "6,0,0,0,0,0,0,0,0,0,0,0,");
+    c.options.set("Rmks2_cfg", "Rcvd,,,,,,,,,,,,");
+    c.options.set("txtRmks1", "TNX");
+    c.managers.file["VP2EAB"] = "W1XX";
+    const auto [sorts, results] = c.run({line("VP2EAB", "VP2EAB")});
+    // A fixed layout keeps its columns: the manager padded to six, a separator, the text.
+    EXPECT_EQ(results[0][RRmks1], "@W1XX  TNX  ");
+    EXPECT_EQ(sorts[0][SMngPad], "@W1XX  ");
+    EXPECT_EQ(results[0][15], "@W1XX  TNX ");
+    // Without the manager its columns are blank.
+    EXPECT_EQ(results[0][17], "       TNX ");
+}
+
+TEST(Henkan_txt, WithoutTheSeparatorThePaddedManagerIsNotFoundAndStays)
+{
+    Conversion c;
+    c.options.set("Rmks1_cfg", "MNG,Rmks1,,,,,,,,,,,");
+    c.options.set("Rmks1_cfg_len", "6,0,0,0,0,0,0,0,0,0,0,0,");
+    c.options.set("Rmks2_cfg", "Rcvd,,,,,,,,,,,,");
+    c.options.set("Check1", "0");
+    c.options.set("txtRmks1", "TNX");
+    c.managers.file["VP2EAB"] = "W1XX";
+    const auto [sorts, results] = c.run({line("VP2EAB", "VP2EAB")});
+    EXPECT_EQ(results[0][RRmks1], "@W1XX TNX ");
+    EXPECT_EQ(results[0][17], "@W1XX TNX");
+}
