@@ -27,8 +27,8 @@ entries = []
 order = list(range(len(stations))) + [0,1,2,3,13,14,16,17,18,19,20,21,24,25,27,4,5,6,7,10,11,12,15,0,13,14,17,1,2,16,18,19,0,13]
 for i, si in enumerate(order):
     call, exch = stations[si]
-    band = bands[(i*3 + si) % len(bands)]
-    mode = modes[(i + si) % len(modes)]
+    band = random.choice(bands)
+    mode = random.choice(modes)
     if band in ("1.9","3.5") and mode in ("FM",): mode = "CW"
     if band == "144" and mode in ("RTY","PSK31"): mode = "FM"
     t += random.randint(1,9)
