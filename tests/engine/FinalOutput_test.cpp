@@ -1,0 +1,175 @@
+#include "engine/FinalOutput.h"
+#include "engine/Records.h"
+#include "engine/RemarkLayout.h"
+#include "support/RunFixture.h"
+
+#include <gtest/gtest.h>
+
+using namespace vornhale;
+using engine::ResultRecord;
+
+namespace {
+
+ResultRecord result(const std::string& call, const std::string& qsl3 = "J* ")
+{
+    ResultRecord r;
+    r.call_key = call;
+    r.date8 = "26/11/22";
+    r.time6 = "09:05U";
+    r.q_rst_sent = "599";
+    r.q_rst_rcvd = "599";
+    r.band_or_freq = "14";
+    r.mode = "CW";
+    r.qsl3 = qsl3;
+    r.q_call = call;
+    return r;
+}
+
+struct Final : test::RunFixture
+{
+    settings::Options options = settings::Options::defaults();
+    engine::RunContext* c = nullptr;
+
+    void write(const std::string& path, const std::vector<ResultRecord>& records)
+    {
+        text::LineWriter w(path);
+        for (const auto& r : records) {
+            w.write(text::formatRecord(r.fields()));
+        }
+        w.close();
+    }
+    // Both result files hold the same records; returns (_hn.csv, _cn.csv) records.
+    std::pair<std::vector<std::vector<std::string>>, std::vector<std::vector<std::string>>>
+    run(const std::vector<ResultRecord>& ham, const std::vector<ResultRecord>& con)
+    {
+        c = &context(options);
+        c->run.in_name = (dir / "LOG.ALL").string();
+        c->run.names = readers::OutputNames::of(c->run.in_name);
+        c->run.QSL_Q = "J";
+        c->run.QSL_S = "*";
+        write(c->run.names.out_name_ham0, ham);
+        write(c->run.names.out_name_con0, con);
+        const auto layout = engine::RemarkLayout::fromOptions(options);
+        engine::count_No_QSL_MNG(*c, layout);
+        const std::string lastMode = engine::count_No_QSL_MNG_2(*c);
+        engine::makeFinalFiles(*c, layout, lastMode);
+        return {records(c->run.names.out_name_ham_n, 15), records(c->run.names.out_name_con_n, 15)};
+    }
+};
+
+enum { FCall, FDate, FTime, FHis, FMy, FFreq, FMode, FCode, FGl, FQsl, FName, FQth, FRmks1, FRmks2, FFlag };
+
+} // namespace
+
+TEST(FinalOutput, HamlogRecordsTakeTheFullCallAndTheTimeFlag)
+{
+    Final f;
+    auto a = result("K1XX");
+    a.q_call = "KH6/K1XX";
+    auto b = result("JA1ABC");
+    b.time6 = "18:05J";
+    const auto [hn, cn] = f.run({a, b}, {a, b});
+    EXPECT_EQ(hn[0][FCall], "KH6/K1XX");
+    EXPECT_EQ(hn[0][FFlag], "8");
+    EXPECT_EQ(hn[1][FFlag], "0");
+    EXPECT_EQ(hn[1][FCall], "JA1ABC");
+    EXPECT_TRUE(std::filesystem::exists(f.dir / "LOG_h.csv"));
+    EXPECT_TRUE(std::filesystem::exists(f.dir / "LOG_c.csv"));
+}
+
+TEST(FinalOutput, NoCardRecordsCarryNoManagerWithoutCheck23)
+{
+    Final f;
+    auto r = result("VP2EAB", "N  ");
+    r.rmks1 = "@W1XX TNX";
+    r.rmks1_c = "@W1XX TNX";
+    r.rmks1_nomng = "TNX";
+    const auto [hn, cn] = f.run({r}, {r});
+    EXPECT_EQ(hn[0][FRmks1], "TNX");
+    Final g;
+    g.options.set("Check23", "1");
+    EXPECT_EQ(g.run({r}, {r}).first[0][FRmks1], "@W1XX TNX");
+}
+
+TEST(FinalOutput, Check16MakesTheBand19Into18ButKeepsFrequencies)
+{
+    Final f;
+    auto band = result("JA1ABC");
+    band.band_or_freq = "1.9";
+    auto freq = result("JA1ABC");
+    freq.band_or_freq = "1.825";
+    auto [hn, cn] = f.run({band, freq}, {band});
+    EXPECT_EQ(hn[0][FFreq], "1.8");
+    EXPECT_EQ(hn[1][FFreq], "1.825");
+    Final off;
+    off.options.set("Check16", "0");
+    EXPECT_EQ(off.run({band}, {band}).first[0][FFreq], "1.9");
+}
+
+TEST(FinalOutput, TheLogPassRewritesModesByTheLastRecordLeftBehind)
+{
+    Final f;
+    auto cw = result("JA1ABC");
+    auto ps6 = result("K1XX");
+    ps6.mode = "PS6";
+    const auto [hn, cn] = f.run({cw, ps6}, {cw, ps6});
+    // The last mode of the log-order file was "PS6": every record of that pass says PSK63.
+    EXPECT_EQ(hn[0][FMode], "PSK63");
+    EXPECT_EQ(hn[1][FMode], "PSK63");
+    // The card-order pass looks at each record's own mode.
+    EXPECT_EQ(cn[0][FMode], "CW");
+    EXPECT_EQ(cn[1][FMode], "PSK63");
+}
+
+TEST(FinalOutput, TheNoQslMarkLosesTheSentMark)
+{
+    Final f;
+    f.options.set("No_QSL_moji", "N");
+    const auto [hn, cn] = f.run({result("JA1ABC", "N* ")}, {result("JA1ABC", "N* ")});
+    EXPECT_EQ(hn[0][FQsl], "N  ");
+}
+
+TEST(FinalOutput, DxMarkAndOwnCallAreTakenOutOfTheRemarks)
+{
+    Final f;
+    auto r = result("JA1ABC");
+    r.q_call = "JA1ABC/1";
+    r.rmks1_c = "@JA1ABC/1 X $DX";
+    r.rmks2_c = "@JA1ABC/1 Y";
+    const auto [hn, cn] = f.run({r}, {r});
+    // Without a "Calls" item, "@" + the call + a blank becomes one blank; "$DX" goes.
+    EXPECT_EQ(hn[0][FRmks1], " X ");
+    EXPECT_EQ(hn[0][FRmks2], " Y");
+    Final calls;
+    calls.options.set("Rmks1_cfg", "Calls,,,,,,,,,,,,");
+    EXPECT_EQ(calls.run({r}, {r}).first[0][FRmks1], "@JA1ABC/1 X ");
+}
+
+TEST(FinalOutput, CountsNoQslManagersAndNamesAndTheirSum)
+{
+    Final f;
+    auto named = result("JA1ABC");
+    named.q_name = "Taro";
+    const auto [hn, cn] = f.run({result("A1", "N  "), result("B1", "M* "), named},
+                                {result("A1", "N  "), result("B1", "M* "), named});
+    EXPECT_EQ(f.c->run.counters.no_qsl_kazu, 1);
+    EXPECT_EQ(f.c->run.counters.m_kazu, 1);
+    EXPECT_EQ(f.c->run.counters.name_kazu, 1);
+}
+
+TEST(FinalOutput, BureauFlagOfTheCodeMarksCardsWithoutBureau)
+{
+    struct NoBureau : reference::NoEntities
+    {
+        std::string dxcc_buro_by_code(std::string_view code) override { return code == "999A" ? "X" : ""; }
+    } entities;
+    Final f;
+    f.entities = &entities;
+    f.options.set("DXCC_mas_txt_55_use", "Yes");
+    f.options.set("buro_QSL_moji", "D");
+    auto r = result("P5AA");
+    r.dx_code = "999A";
+    const auto [hn, cn] = f.run({r}, {r});
+    EXPECT_EQ(hn[0][FQsl], "D");
+    EXPECT_EQ(hn[0][FRmks1], "no_Buro");
+}
