@@ -112,7 +112,9 @@ void readZlogText(engine::RunContext& ctx, Form form)
     const std::string year = ctx.options.value("txtYYYY");
 
     ctx.observer.status("  入力ファイル読み込み中", app::Colour::Green);
-    const long count = text::Count_lines(run.in_name);
+    // The driver has counted this file already; the count is only needed when a reader runs
+    // on its own.
+    const long count = run.line_count > 0 ? run.line_count : text::Count_lines(run.in_name);
     ctx.observer.progressRange(count + 2);
 
     text::LineReader in(run.in_name);

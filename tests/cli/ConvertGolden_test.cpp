@@ -47,6 +47,8 @@ const GoldenCase kCases[] = {
 
 std::string quote(const std::string& s) { return "'" + s + "'"; }
 
+void PrintTo(const GoldenCase& c, std::ostream* os) { *os << c.name; }
+
 } // namespace
 
 class ConvertGolden : public ::testing::TestWithParam<GoldenCase>
