@@ -153,12 +153,16 @@ LineWriter::LineWriter(const std::filesystem::path& path, Mode mode)
         throw app::Failure(app::failure::PathFileAccess,
                            "パス名が無効です。 " + m_path.string());
     }
-    std::setvbuf(m_file, nullptr, _IOFBF, 1 << 16);
+    m_buffer.reserve(1 << 16);
 }
 
 LineWriter::~LineWriter()
 {
     if (m_file != nullptr) {
+        // A replacing writer that was not closed is abandoned; any other keeps what it wrote.
+        if (!m_replace) {
+            flush();
+        }
         std::fclose(m_file);
         if (m_replace) {
             std::error_code ec;
@@ -169,8 +173,17 @@ LineWriter::~LineWriter()
 
 void LineWriter::writeRaw(std::string_view bytes)
 {
-    std::fwrite(bytes.data(), 1, bytes.size(), m_file);
-    std::fwrite("\r\n", 1, 2, m_file);
+    m_buffer.append(bytes);
+    m_buffer.append("\r\n");
+    if (m_buffer.size() >= (1 << 16)) {
+        flush();
+    }
+}
+
+void LineWriter::flush()
+{
+    std::fwrite(m_buffer.data(), 1, m_buffer.size(), m_file);
+    m_buffer.clear();
 }
 
 void LineWriter::write(std::string_view line)
@@ -189,6 +202,7 @@ void LineWriter::close()
     if (m_file == nullptr) {
         return;
     }
+    flush();
     const bool failed = std::ferror(m_file) != 0;
     const bool closeFailed = std::fclose(m_file) != 0;
     m_file = nullptr;

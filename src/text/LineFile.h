@@ -66,9 +66,12 @@ public:
     void close();
 
 private:
+    void flush();
+
     std::filesystem::path m_path;
     std::filesystem::path m_writePath;
     std::FILE* m_file = nullptr;
+    std::string m_buffer;
     bool m_replace = false;
 };
 
