@@ -1,0 +1,62 @@
+#include "readers/MemoNotes.h"
+
+#include "text/Chars.h"
+#include "text/SjisText.h"
+
+namespace vornhale::readers {
+
+void freq_from_memo(std::string& q_memo, std::string_view q_band, std::string& q_freq)
+{
+    const std::size_t open = text::instr(q_memo, "(");
+    const std::size_t close = open == 0 ? 0 : text::instr(q_memo, ")", open);
+    const std::string inner = open == 0 ? std::string()
+                              : close == 0 ? text::mid(q_memo, open + 1)
+                                           : text::mid(q_memo, open + 1, close - open - 1);
+    if (text::contains(q_memo, "(0)")) {
+        q_freq = std::string(q_band);
+    } else {
+        const std::string f(text::trim(text::replaceAll(inner, ")", "")));
+        const std::size_t n = text::charCount(f);
+        if (n >= 4 && n <= 7) {
+            const std::string blanks(n == 4 ? 6 : 5, ' ');
+            q_freq = text::replaceAll(blanks + text::left(f, n - 3) + "." + text::right(f, 3), "..", ".");
+        }
+    }
+    if (!inner.empty()) {
+        q_memo = text::replaceAll(q_memo, "(" + inner, "(");
+    }
+    q_memo = text::replaceAll(q_memo, "()", " ");
+}
+
+std::string op_from_memo(std::string_view line)
+{
+    const std::string_view l = text::Cut_nul(line);
+    const std::size_t p = text::instr(l, "%");
+    if (p == 0) {
+        return {};
+    }
+    const std::string rest = text::mid(l, p + 2);
+    const std::size_t end = text::instr(rest, "%");
+    return std::string(text::trim(end == 0 ? rest : text::left(rest, end - 1)));
+}
+
+std::string memo_from_line(std::string_view line, std::string_view file_letter)
+{
+    const std::string l = text::replaceAll(line, "-DUPE-", "");
+    const std::size_t fixed = file_letter == "A" ? 79 : 72;
+    const std::size_t n = text::charCount(l);
+    if (n <= fixed) {
+        return {};
+    }
+    std::string memo = text::mid(l, fixed + 1);
+    if (const std::size_t p = text::instrRev(memo, "%%"); p != 0) {
+        memo = std::string(text::trim(text::mid(memo, p + 2)));
+    }
+    if (const std::size_t open = text::instr(memo, "("); open != 0) {
+        const std::size_t close = text::instr(memo, ")");
+        memo = text::left(memo, open - 1) + " " + (close == 0 ? std::string() : text::mid(memo, close + 1));
+    }
+    return memo;
+}
+
+} // namespace vornhale::readers
