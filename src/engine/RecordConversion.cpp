@@ -419,27 +419,7 @@ void Henkan_txt(RunContext& ctx, const RemarkLayout& layout)
         s.q_call = q_call;
         sortOut.write(text::formatRecord(s.fields()));
 
-        ResultRecord r;
-        r.call_key = call_key;
-        r.call_ext = e.call_ext;
-        r.date8 = date8;
-        r.time6 = time6;
-        r.q_rst_sent = e.q_rst_sent;
-        r.q_rst_rcvd = q_rst_rcvd;
-        r.band_or_freq = e.band_or_freq;
-        r.mode = mode;
-        r.dx_code = dx_code;
-        r.q_gl = q_gl;
-        r.qsl3 = qsl3;
-        r.q_name = q_name;
-        r.dx_name = dx_name;
-        r.rmks1 = rmks1;
-        r.rmks2 = rmks2;
-        r.rmks1_c = rmks1_c;
-        r.rmks2_c = rmks2_c;
-        r.rmks1_nomng = rmks1_nomng;
-        r.rmks2_nomng = rmks2_nomng;
-        r.q_call = q_call;
+        const ResultRecord r = resultOf(s, date8, time6, qsl3);
         hamOut.write(text::formatRecord(r.fields()));
 
         ++done;

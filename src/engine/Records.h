@@ -123,6 +123,17 @@ struct ResultRecord
     }
 };
 
+/// The result record of a sort record, with the three values that the stages form for it.
+inline ResultRecord resultOf(const SortRecord& r, std::string date8, std::string time6,
+                             std::string qsl3)
+{
+    return ResultRecord{r.call_key,     r.call_ext,    std::move(date8), std::move(time6),
+                        r.q_rst_sent,   r.q_rst_rcvd,  r.band_or_freq,   r.mode,
+                        r.dx_code,      r.q_gl,        std::move(qsl3),  r.q_name,
+                        r.dx_name,      r.rmks1,       r.rmks2,          r.rmks1_c,
+                        r.rmks2_c,      r.rmks1_nomng, r.rmks2_nomng,    r.q_call};
+}
+
 /// "YY/MM/DD" from a six-digit date.
 inline std::string date8Of(const std::string& q_date6)
 {

@@ -69,11 +69,8 @@ void writeResults(RunContext& ctx, const fs::path& in, bool singles, text::LineW
         if (singles && text::startsWith(qsl3, "J")) {
             qsl3 = QSL_Q + qsl3.substr(1);
         }
-        ResultRecord o{r.call_key,     r.call_ext, date8Of(r.q_date6), time6Of(r.q_time5),
-                       r.q_rst_sent,   r.q_rst_rcvd, r.band_or_freq, r.mode, r.dx_code, r.q_gl,
-                       qsl3,           r.q_name,   r.dx_name,    r.rmks1,  r.rmks2,   r.rmks1_c,
-                       r.rmks2_c,      r.rmks1_nomng, r.rmks2_nomng, r.q_call};
-        out.write(text::formatRecord(o.fields()));
+        out.write(text::formatRecord(
+            resultOf(r, date8Of(r.q_date6), time6Of(r.q_time5), std::move(qsl3)).fields()));
     } while (!reader.atEnd());
 }
 
@@ -187,11 +184,8 @@ void Henkan_out_name_con(RunContext& ctx)
             r.rmks1 = text::replaceAll(r.rmks1, r.mng_pad, "");
             r.rmks2 = text::replaceAll(r.rmks2, r.mng_pad, "");
         }
-        ResultRecord o{r.call_key,   r.call_ext,   date8Of(r.q_date6), time6Of(r.q_time5),
-                       r.q_rst_sent, r.q_rst_rcvd, r.band_or_freq, r.mode, r.dx_code, r.q_gl,
-                       qsl3,         r.q_name,     r.dx_name,    r.rmks1,  r.rmks2,   r.rmks1_c,
-                       r.rmks2_c,    r.rmks1_nomng, r.rmks2_nomng, r.q_call};
-        out.write(text::formatRecord(o.fields()));
+        out.write(text::formatRecord(
+            resultOf(r, date8Of(r.q_date6), time6Of(r.q_time5), std::move(qsl3)).fields()));
     }
     out.close();
 }

@@ -15,24 +15,6 @@ std::string extensionOf(std::string_view in_name)
     return dot == std::string::npos ? std::string() : name.substr(dot + 1);
 }
 
-std::string replaceNoCase(std::string_view s, std::string_view from, std::string_view to)
-{
-    const std::string us = text::upper(s), uf = text::upper(from);
-    std::string out;
-    std::size_t pos = 0;
-    for (;;) {
-        const auto found = us.find(uf, pos);
-        if (found == std::string::npos || uf.empty()) {
-            break;
-        }
-        out.append(s.substr(pos, found - pos));
-        out.append(to);
-        pos = found + uf.size();
-    }
-    out.append(s.substr(pos));
-    return out;
-}
-
 } // namespace
 
 std::string replaceExtension(std::string_view in_name, std::string_view suffix)
@@ -41,7 +23,7 @@ std::string replaceExtension(std::string_view in_name, std::string_view suffix)
     const std::string dotExt = "." + ext;
     std::string out = text::replaceAll(in_name, dotExt, suffix);
     if (out == in_name) {
-        out = replaceNoCase(in_name, dotExt, suffix);
+        out = text::replaceAllNoCase(in_name, dotExt, suffix);
     }
     if (out == in_name) {
         throw app::Failure(app::failure::InvalidCall,

@@ -121,6 +121,24 @@ std::string replaceAll(std::string_view s, std::string_view from, std::string_vi
     return out;
 }
 
+std::string replaceAllNoCase(std::string_view s, std::string_view from, std::string_view to)
+{
+    // Upper-casing keeps byte positions: only ASCII and full-width Latin letters change,
+    // each into a letter of the same width.
+    const std::string us = upper(s), uf = upper(from);
+    if (uf.empty()) {
+        return std::string(s);
+    }
+    std::string out;
+    std::size_t pos = 0;
+    for (std::size_t found; (found = us.find(uf, pos)) != std::string::npos; pos = found + uf.size()) {
+        out.append(s.substr(pos, found - pos));
+        out.append(to);
+    }
+    out.append(s.substr(pos));
+    return out;
+}
+
 namespace {
 template <typename Map>
 std::string mapLetters(std::string_view s, Map map)
@@ -134,7 +152,13 @@ std::string mapLetters(std::string_view s, Map map)
             ++pos;
             continue;
         }
-        appendCodePoint(out, map(nextCodePoint(s, pos)));
+        const std::size_t start = pos;
+        const char32_t cp = nextCodePoint(s, pos);
+        if (pos - start == 1) {
+            out.push_back(s[start]); // a malformed byte stays as it is
+        } else {
+            appendCodePoint(out, map(cp));
+        }
     }
     return out;
 }

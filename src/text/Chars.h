@@ -37,6 +37,9 @@ bool endsWith(std::string_view s, std::string_view suffix);
 /// Every `from` replaced by `to`, left to right, in one pass.
 std::string replaceAll(std::string_view s, std::string_view from, std::string_view to);
 
+/// Every `from` replaced by `to`, compared without regard to case.
+std::string replaceAllNoCase(std::string_view s, std::string_view from, std::string_view to);
+
 /// Upper case of ASCII and full-width Latin letters; other characters unchanged.
 std::string upper(std::string_view s);
 /// Lower case of ASCII and full-width Latin letters.

@@ -53,3 +53,10 @@ TEST(Chars, ValReadsTheLeadingNumber)
     EXPECT_EQ(val("x"), 0);
     EXPECT_DOUBLE_EQ(val("14.025"), 14.025);
 }
+
+TEST(Chars, CaseBlindReplacementKeepsTheRestAsItIs)
+{
+    EXPECT_EQ(replaceAllNoCase("/logs/Test.ALL.all", ".all", "_hn.csv"), "/logs/Test_hn.csv_hn.csv");
+    EXPECT_EQ(replaceAllNoCase("\xE3x.ALL", ".all", "_x"), "\xE3x_x");
+    EXPECT_EQ(upper("\xE3a"), "\xE3A");
+}
