@@ -136,7 +136,6 @@ void cmd_henkan(RunContext& ctx, const RemarkLayout& layout)
     run.QSL_S = ctx.options.value("txtQSL_S");
     run.Rmks1_text = ctx.options.value("txtRmks1");
     run.Rmks2_text = ctx.options.value("txtRmks2");
-    run.YYYY = ctx.options.value("txtYYYY");
     if (run.QSL_S.empty()) {
         run.QSL_S = " ";
     }

@@ -51,7 +51,6 @@ struct RunState
     std::int32_t written_count = 0;
     long line_count = 0;
     std::string op_filter_name; ///< `txtOp_name`, copied before the readers run
-    std::string YYYY;           ///< year of a log without one (`txtYYYY`)
     std::string QSL_Q = " ";    ///< route mark of an ordinary bureau card
     std::string QSL_S = " ";    ///< the "sent" mark; one blank after a no-card record
     std::string Rmks1_text, Rmks2_text; ///< the fixed remark texts `txtRmks1`, `txtRmks2`
