@@ -1,0 +1,183 @@
+#include "settings/ProfileFile.h"
+
+#include "text/Chars.h"
+#include "text/LineFile.h"
+#include "text/SjisCodec.h"
+
+#include <fstream>
+#include <system_error>
+
+namespace vornhale::settings {
+namespace {
+
+constexpr std::size_t npos = static_cast<std::size_t>(-1);
+constexpr std::size_t kValueBytes = 127;
+
+// The section name of a header line, or nothing when the line is no header.
+bool headerName(std::string_view line, std::string& name)
+{
+    const std::string_view t = text::trim(line);
+    if (t.empty() || t.front() != '[') {
+        return false;
+    }
+    const auto close = t.find(']');
+    name = std::string(text::trim(t.substr(1, close == std::string_view::npos ? t.size() - 1 : close - 1)));
+    return true;
+}
+
+// The key of a "key=value" line, or nothing.
+bool keyOf(std::string_view line, std::string_view& key, std::string_view& value)
+{
+    const auto eq = line.find('=');
+    if (eq == std::string_view::npos) {
+        return false;
+    }
+    key = text::trim(line.substr(0, eq));
+    value = text::trim(line.substr(eq + 1));
+    return true;
+}
+
+} // namespace
+
+ProfileFile::ProfileFile(std::filesystem::path path) : m_path(std::move(path))
+{
+    std::error_code ec;
+    if (!std::filesystem::is_regular_file(m_path, ec)) {
+        return;
+    }
+    try {
+        m_lines = text::readLines(m_path);
+    } catch (...) {
+        m_lines.clear();
+    }
+}
+
+std::size_t ProfileFile::findSection(std::string_view section) const
+{
+    std::string name;
+    for (std::size_t i = 0; i < m_lines.size(); ++i) {
+        if (headerName(m_lines[i], name) && text::equalsNoCase(name, text::trim(section))) {
+            return i;
+        }
+    }
+    return npos;
+}
+
+std::size_t ProfileFile::sectionEnd(std::size_t header) const
+{
+    std::string name;
+    std::size_t i = header + 1;
+    while (i < m_lines.size() && !headerName(m_lines[i], name)) {
+        ++i;
+    }
+    return i;
+}
+
+std::string ProfileFile::read(std::string_view section, std::string_view key) const
+{
+    const std::size_t header = findSection(section);
+    if (header == npos) {
+        return {};
+    }
+    const std::size_t end = sectionEnd(header);
+    for (std::size_t i = header + 1; i < end; ++i) {
+        std::string_view k, v;
+        if (keyOf(m_lines[i], k, v) && text::equalsNoCase(k, text::trim(key))) {
+            if (v.size() >= 2 && (v.front() == '"' || v.front() == '\'') && v.back() == v.front()) {
+                v = v.substr(1, v.size() - 2);
+            }
+            // The value buffer holds 127 bytes of Shift-JIS and its terminating zero.
+            const std::string bytes = text::encodeSjis(v);
+            return bytes.size() <= kValueBytes ? std::string(v)
+                                               : text::decodeSjis(bytes.substr(0, kValueBytes));
+        }
+    }
+    return {};
+}
+
+void ProfileFile::write(std::string_view section, std::string_view key, std::string_view value)
+{
+    const std::string line = std::string(key) + "=" + std::string(value);
+    const std::size_t header = findSection(section);
+    if (header == npos) {
+        m_lines.push_back("[" + std::string(section) + "]");
+        m_lines.push_back(line);
+        return;
+    }
+    const std::size_t end = sectionEnd(header);
+    std::size_t last = header;
+    for (std::size_t i = header + 1; i < end; ++i) {
+        std::string_view k, v;
+        if (keyOf(m_lines[i], k, v) && text::equalsNoCase(k, text::trim(key))) {
+            m_lines[i] = line;
+            return;
+        }
+        if (!text::trim(m_lines[i]).empty()) {
+            last = i;
+        }
+    }
+    m_lines.insert(m_lines.begin() + static_cast<long>(last + 1), line);
+}
+
+void ProfileFile::writeSection(std::string_view section,
+                               const std::vector<std::pair<std::string, std::string>>& entries)
+{
+    std::size_t header = findSection(section);
+    if (header == npos) {
+        m_lines.push_back("[" + std::string(section) + "]");
+        header = m_lines.size() - 1;
+    }
+    const std::size_t end = sectionEnd(header);
+    m_lines.erase(m_lines.begin() + static_cast<long>(header + 1), m_lines.begin() + static_cast<long>(end));
+    std::vector<std::string> content;
+    for (const auto& [k, v] : entries) {
+        content.push_back(k + "=" + v);
+    }
+    m_lines.insert(m_lines.begin() + static_cast<long>(header + 1), content.begin(), content.end());
+}
+
+std::vector<std::string> ProfileFile::sectionNames() const
+{
+    std::vector<std::string> names;
+    std::string name;
+    for (const std::string& line : m_lines) {
+        if (headerName(line, name)) {
+            names.push_back(name);
+        }
+    }
+    return names;
+}
+
+std::vector<std::pair<std::string, std::string>> ProfileFile::entries(std::string_view section) const
+{
+    std::vector<std::pair<std::string, std::string>> out;
+    const std::size_t header = findSection(section);
+    if (header == npos) {
+        return out;
+    }
+    const std::size_t end = sectionEnd(header);
+    for (std::size_t i = header + 1; i < end; ++i) {
+        std::string_view k, v;
+        if (keyOf(m_lines[i], k, v) && !k.empty()) {
+            out.emplace_back(std::string(k), std::string(v));
+        }
+    }
+    return out;
+}
+
+bool ProfileFile::save() const
+{
+    std::string bytes;
+    for (const std::string& line : m_lines) {
+        bytes += text::encodeSjis(line);
+        bytes += "\r\n";
+    }
+    std::ofstream out(m_path, std::ios::binary | std::ios::trunc);
+    if (!out) {
+        return false;
+    }
+    out.write(bytes.data(), static_cast<std::streamsize>(bytes.size()));
+    return static_cast<bool>(out);
+}
+
+} // namespace vornhale::settings

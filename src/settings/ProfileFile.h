@@ -1,0 +1,53 @@
+#pragma once
+
+#include <filesystem>
+#include <string>
+#include <string_view>
+#include <utility>
+#include <vector>
+
+namespace vornhale::settings {
+
+/// A profile file ("[section]" lines and "key=value" lines, Shift-JIS) held in memory, read
+/// and written by the rules the settings files have always followed: sections and keys
+/// compare without regard to case; a key keeps the place of its first writing; an unknown
+/// key goes behind the last line of its section and an unknown section to the end of the
+/// file; every other line is left as it stands; a value read is cut at 127 bytes.
+class ProfileFile
+{
+public:
+    /// The file's lines; a missing or unreadable file is empty.
+    explicit ProfileFile(std::filesystem::path path);
+
+    /// The value of `key` in `section`, trimmed (and without enclosing quotes), cut at 127
+    /// Shift-JIS bytes; empty when the section or the key is absent.
+    std::string read(std::string_view section, std::string_view key) const;
+
+    /// Sets `key` in `section` (in memory; `save` writes the file).
+    void write(std::string_view section, std::string_view key, std::string_view value);
+
+    /// Replaces the whole content of `section` by `entries` (in memory).
+    void writeSection(std::string_view section,
+                      const std::vector<std::pair<std::string, std::string>>& entries);
+
+    /// The names of the sections, in file order.
+    std::vector<std::string> sectionNames() const;
+    /// The key/value entries of a section, in file order.
+    std::vector<std::pair<std::string, std::string>> entries(std::string_view section) const;
+
+    /// Writes the file with CR LF line ends. Returns false when it cannot be written.
+    bool save() const;
+
+    const std::vector<std::string>& lines() const { return m_lines; }
+
+private:
+    /// Index of the section header line, or npos.
+    std::size_t findSection(std::string_view section) const;
+    /// One past the last line of the section whose header is at `header`.
+    std::size_t sectionEnd(std::size_t header) const;
+
+    std::filesystem::path m_path;
+    std::vector<std::string> m_lines;
+};
+
+} // namespace vornhale::settings
