@@ -3,69 +3,88 @@
 #include "text/Chars.h"
 #include "text/SjisText.h"
 
+#include <optional>
+
 namespace vornhale::engine {
 namespace {
 
-bool blank(std::string_view s) { return text::trim(s).empty(); }
+bool isBlank(std::string_view s) { return text::trim(s).empty(); }
+
+// The value of an item by its working word; nothing for a word that is no item.
+std::optional<std::string> valueOf(std::string_view word, const RemarkValues& v,
+                                   const RemarkLayout& widths, bool check5)
+{
+    if (word == "MNG") {
+        return v.mng;
+    }
+    if (word == "$DX") {
+        return v.dx_mark;
+    }
+    if (word == "Calls") {
+        // With a width the item shows the field the conversion keeps blank.
+        return widths.widthOf("Calls") > 0 ? std::string() : v.calls_text;
+    }
+    if (word == "cont_name_h") {
+        return v.cont_name;
+    }
+    if (word == "memo") {
+        return v.q_memo;
+    }
+    if (word == "memo=") {
+        return isBlank(v.q_memo) ? std::string() : "memo=" + v.q_memo;
+    }
+    if (word == "OP") {
+        return v.q_op;
+    }
+    if (word == "OP %") {
+        return isBlank(v.q_op) ? std::string() : "%" + v.q_op + "%";
+    }
+    if (word == "IOTA") {
+        return v.iota_text;
+    }
+    if (word == "ZONE") {
+        return v.zone_text;
+    }
+    if (word == "s_name") {
+        return check5 ? std::string() : v.dx_state;
+    }
+    if (word == "Rcvd") {
+        return v.rcvd_text;
+    }
+    if (word == "rmk1") {
+        return v.rmk1;
+    }
+    if (word == "rmk2") {
+        return v.rmk2;
+    }
+    return std::nullopt;
+}
 
 } // namespace
 
-std::string RemarkComposer::compose_rmks(const std::vector<std::string>& layout,
-                                         const RemarkValues& v)
+std::string compose_rmks(const std::vector<std::string>& layout, const RemarkValues& values,
+                         const RemarkLayout& widths, bool check1, bool check5)
 {
-    const int total_width = m_layout.total_width();
+    const int total_width = widths.total_width();
     std::string rmks_out;
-    std::string part;
     for (const std::string& word : layout) {
-        // An unknown word leaves the previous part's text in place but adds nothing.
-        bool known = true;
-        std::string value;
-        if (word == "MNG") {
-            value = v.mng;
-        } else if (word == "$DX") {
-            value = v.dx_mark;
-        } else if (word == "Calls") {
-            value = m_layout.widthOf("Calls") > 0 ? std::string() : v.calls_text;
-        } else if (word == "cont_name_h") {
-            value = v.cont_name;
-        } else if (word == "memo") {
-            value = v.q_memo;
-        } else if (word == "memo=") {
-            value = blank(v.q_memo) ? std::string() : "memo=" + v.q_memo;
-        } else if (word == "OP") {
-            value = v.q_op;
-        } else if (word == "OP %") {
-            value = blank(v.q_op) ? std::string() : "%" + v.q_op + "%";
-        } else if (word == "IOTA") {
-            value = v.iota_text;
-        } else if (word == "ZONE") {
-            value = v.zone_text;
-        } else if (word == "s_name") {
-            value = m_check5 ? std::string() : v.dx_state;
-        } else if (word == "Rcvd") {
-            value = v.rcvd_text;
-        } else if (word == "rmk1") {
-            value = v.rmk1;
-        } else if (word == "rmk2") {
-            value = v.rmk2;
-        } else {
-            known = false;
+        std::string part;
+        if (const auto value = valueOf(word, values, widths, check5)) {
+            const int w = widths.widthOf(word);
+            if (w == 0) {
+                part = *value;
+            } else if (w > 0) {
+                part = text::padRight(*value, static_cast<std::size_t>(w));
+            }
         }
-        if (!known) {
-            continue;
-        }
-        if (const auto slot = m_layout.slotWidth(word)) {
-            m_lastWidth = *slot;
-        }
-        const int w = m_lastWidth;
-        part = w <= 0 ? value : text::padRight(value, static_cast<std::size_t>(w));
 
         if (total_width == 0) {
-            rmks_out = std::string(text::trim(rmks_out)) + (m_check1 ? " " : "") + part;
+            rmks_out = std::string(text::trim(rmks_out)) + (check1 ? " " : "") + part;
         } else {
+            // A fixed layout keeps its columns.
             rmks_out += part;
-            if (m_check1) {
-                rmks_out += " ";
+            if (check1) {
+                rmks_out += ' ';
             }
         }
     }
@@ -76,24 +95,27 @@ void iota_chk(std::string_view q_rcvd, std::string& iota_text, std::string& rcvd
               app::Trace& trace)
 {
     trace.line("Private sub iota_chk()");
+
     const std::string upper = text::upper(q_rcvd);
-    std::size_t p = 0;
-    for (const char* word : {"AN", "AS", "AF", "NA", "OC", "SA", "EU"}) {
-        p += text::instr(upper, word);
+    long p = 0;
+    for (const char* continent : {"AN", "AS", "AF", "NA", "OC", "SA", "EU"}) {
+        p += static_cast<long>(text::instr(upper, continent));
     }
     if (p == 0) {
         return;
     }
+
     long n = static_cast<long>(text::charCount(text::trim(q_rcvd)));
     if (p == 4) {
         n = 8;
         rcvd_text = text::left(q_rcvd, 8);
     }
-    const long length = n - static_cast<long>(p) + 1;
-    const std::string ref =
-        length > 0 ? std::string(text::trim(text::Mid_sjis(q_rcvd, static_cast<long>(p), length)))
-                   : std::string();
-    iota_text = text::left(ref, 2) + "-" + text::right("00" + text::mid(ref, 3), 3);
+    // Added positions can reach past the text; a negative count then takes nothing instead
+    // of stopping the conversion.
+    const long count = n - p + 1;
+    const std::string reference =
+        count > 0 ? std::string(text::trim(text::Mid_sjis(q_rcvd, p, count))) : std::string();
+    iota_text = text::left(reference, 2) + "-" + text::right("00" + text::mid(reference, 3), 3);
 }
 
 } // namespace vornhale::engine

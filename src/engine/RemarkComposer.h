@@ -12,7 +12,7 @@ namespace vornhale::engine {
 /// The values of one contact that the remark items show.
 struct RemarkValues
 {
-    std::string mng;        ///< manager text with its "@"
+    std::string mng; ///< manager text with its "@"
     std::string dx_mark;
     std::string calls_text;
     std::string cont_name;
@@ -26,8 +26,17 @@ struct RemarkValues
     std::string rmk2; ///< the fixed text of `txtRmks2`
 };
 
-/// Composes remark columns from a layout. Holds the width that was looked up last for the
-/// whole run: an item without a width slot ("memo=") takes that width.
+/// `compose_rmks`: the items of `layout` (working words, in order) joined into one remark.
+/// Each item's width comes from `widths`; a width of 0 takes the value as it is, a width above
+/// 0 pads it with blanks and cuts it to that many characters (characters, not bytes), and a
+/// width below 0 cuts it to nothing. When `widths` sets no width at all the text is trimmed
+/// before each item is appended; otherwise nothing is trimmed. `check1` puts one blank
+/// between items; `check5` empties the state item. A word that is no item adds an empty
+/// part. Never throws.
+std::string compose_rmks(const std::vector<std::string>& layout, const RemarkValues& values,
+                         const RemarkLayout& widths, bool check1, bool check5);
+
+/// `compose_rmks` bound to the layouts and the two ticks of a run.
 class RemarkComposer
 {
 public:
@@ -36,21 +45,25 @@ public:
     {
     }
 
-    /// `compose_rmks`: the items of `layout` (working words, in order) joined into one remark.
-    /// Widths count characters; with any width set the columns are kept, otherwise the text
-    /// is trimmed at each step.
-    std::string compose_rmks(const std::vector<std::string>& layout, const RemarkValues& values);
+    /// One remark from `layout` (a row of the bound layouts); see the free `compose_rmks`.
+    std::string compose_rmks(const std::vector<std::string>& layout,
+                             const RemarkValues& values) const
+    {
+        return engine::compose_rmks(layout, values, m_layout, m_check1, m_check5);
+    }
 
 private:
     const RemarkLayout& m_layout;
     bool m_check1;
     bool m_check5;
-    int m_lastWidth = 0;
 };
 
-/// `iota_chk`: the IOTA reference in a received exchange. Sets `iota_text` (continent, "-",
-/// three digits) and, when a three-character serial comes first, cuts `rcvd_text` to eight
-/// characters. Sets nothing when no continent word is in the exchange.
+/// `iota_chk`: the IOTA reference in a received exchange. Writes "Private sub iota_chk()" to
+/// `trace`. When one of the continent words stands in `q_rcvd` (case-blind), sets
+/// `iota_text` to two characters, "-" and three digits, and, when the words' positions add
+/// up to 4 (a three-character serial first), cuts `rcvd_text` to the first eight characters
+/// of `q_rcvd`. Sets nothing when no continent word stands there. The positions of several
+/// continent words are added, which gives a cut that fits none of them. Never throws.
 void iota_chk(std::string_view q_rcvd, std::string& iota_text, std::string& rcvd_text,
               app::Trace& trace);
 

@@ -1,12 +1,20 @@
-#include "engine/RemarkComposer.h"
 #include "engine/RemarkLayout.h"
 
 #include <gtest/gtest.h>
 
+#include <string>
+#include <vector>
+
 using namespace vornhale;
 using engine::RemarkLayout;
+using Words = std::vector<std::string>;
+using Widths = std::vector<int>;
 
 namespace {
+
+const std::string kZeros = "0,0,0,0,0,0,0,0,0,0,0,0,";
+const std::string kEmptyRow = ",,,,,,,,,,,,";
+
 RemarkLayout layoutOf(const std::string& r1, const std::string& r2, const std::string& l1,
                       const std::string& l2)
 {
@@ -17,217 +25,254 @@ RemarkLayout layoutOf(const std::string& r1, const std::string& r2, const std::s
     o.set("Rmks2_cfg_len", l2);
     return RemarkLayout::fromOptions(o);
 }
-const std::string kZeros = "0,0,0,0,0,0,0,0,0,0,0,0,";
+
 } // namespace
 
 TEST(RemarkLayout, FirstStartDefaultsGiveTheContestItemAndTheManagerRow)
 {
     const auto l = RemarkLayout::fromOptions(settings::Options::defaults());
-    EXPECT_EQ(l.row1(), (std::vector<std::string>{"cont_name_h"}));
-    EXPECT_EQ(l.row2(), (std::vector<std::string>{"MNG", "$DX"}));
+    EXPECT_EQ(l.row1(), (Words{"cont_name_h"}));
+    EXPECT_EQ(l.row2(), (Words{"MNG", "$DX"}));
+    EXPECT_EQ(l.cellWidths1(), (Widths{0}));
+    EXPECT_EQ(l.cellWidths2(), (Widths{0, 0}));
     EXPECT_EQ(l.total_width(), 0);
-    EXPECT_FALSE(l.use().memo);
+    EXPECT_FALSE(l.anyWidth());
+    const auto u = l.use();
+    EXPECT_FALSE(u.memo || u.memo_eq || u.op || u.op_pct || u.iota || u.zone || u.state ||
+                 u.calls);
+    EXPECT_EQ(l.callsInRow1(), 0);
+    EXPECT_EQ(l.callsInRow2(), 0);
 }
 
-TEST(RemarkLayout, EmptyKeysResetToTheDefaultLayout)
+TEST(RemarkLayout, MapsEachDisplayWordToItsWorkingWord)
 {
-    const auto l = layoutOf("", "x", "", "");
-    EXPECT_EQ(l.row1(), (std::vector<std::string>{"MNG", "$DX", "rmk1", "ZONE", "IOTA"}));
-    EXPECT_EQ(l.row2(), (std::vector<std::string>{"Rcvd", "memo="}));
-    EXPECT_EQ(l.Rmks1_cfg(), "MNG,$DX,Rmks1,Zone,IOTA,,,,,,,,");
-    EXPECT_EQ(l.Rmks1_cfg_len(), kZeros);
-    EXPECT_TRUE(l.use().zone);
-    EXPECT_TRUE(l.use().iota);
-    EXPECT_TRUE(l.use().memo_eq);
-    EXPECT_FALSE(l.use().memo);
+    const std::vector<std::pair<std::string, std::string>> table = {
+        {"MNG", "MNG"},        {"$DX", "$DX"},   {"Calls", "Calls"}, {"ｺﾝﾃｽﾄ", "cont_name_h"},
+        {"memo", "memo"},      {"memo=", "memo="}, {"OP", "OP"},     {"OP %", "OP %"},
+        {"IOTA", "IOTA"},      {"Zone", "ZONE"}, {"州名", "s_name"},  {"Rcvd", "Rcvd"},
+        {"Rmks1", "rmk1"},     {"Rmks2", "rmk2"}, {"zone", "zone"},  {"xyz", "xyz"},
+        {"", ""},
+    };
+    for (const auto& [display, working] : table) {
+        EXPECT_EQ(RemarkLayout::workingWord(display), working) << display;
+    }
 }
 
-TEST(RemarkLayout, PackingRemovesGapsAndKeepsOrderAndWidths)
+TEST(RemarkLayout, AnyEmptyLayoutKeyButTheSecondWidthsResetsToTheDefaultLayout)
 {
-    const auto l = layoutOf(",MNG,,Rcvd,,,,,,,,,", "OP %,,memo,,,,,,,,,,", "0,6,0,4,0,0,0,0,0,0,0,0,",
-                            "3,0,0,0,0,0,0,0,0,0,0,0,");
-    EXPECT_EQ(l.row1(), (std::vector<std::string>{"MNG", "Rcvd"}));
-    EXPECT_EQ(l.Rmks1_cfg(), "MNG,Rcvd,,,,,,,,,,,");
-    EXPECT_EQ(l.Rmks1_cfg_len(), "6,4,0,0,0,0,0,0,0,0,0,0,");
+    const std::vector<std::array<std::string, 4>> emptied = {
+        {"", "Rcvd,,,,,,,,,,,,", "3,0,0,0,0,0,0,0,0,0,0,0,", kZeros},
+        {"OP,,,,,,,,,,,,", "", "3,0,0,0,0,0,0,0,0,0,0,0,", kZeros},
+        {"OP,,,,,,,,,,,,", "Rcvd,,,,,,,,,,,,", "", "3,0,0,0,0,0,0,0,0,0,0,0,"},
+    };
+    for (const auto& keys : emptied) {
+        const auto l = layoutOf(keys[0], keys[1], keys[2], keys[3]);
+        EXPECT_EQ(l.row1(), (Words{"MNG", "$DX", "rmk1", "ZONE", "IOTA"}));
+        EXPECT_EQ(l.row2(), (Words{"Rcvd", "memo="}));
+        EXPECT_EQ(l.Rmks1_cfg(), "MNG,$DX,Rmks1,Zone,IOTA,,,,,,,,");
+        EXPECT_EQ(l.Rmks2_cfg(), "Rcvd,memo=,,,,,,,,,,,");
+        EXPECT_EQ(l.Rmks1_cfg_len(), kZeros);
+        EXPECT_EQ(l.Rmks2_cfg_len(), kZeros);
+        EXPECT_EQ(l.total_width(), 0);
+        EXPECT_TRUE(l.use().zone);
+        EXPECT_TRUE(l.use().iota);
+        EXPECT_TRUE(l.use().memo_eq);
+        EXPECT_FALSE(l.use().memo);
+    }
+
+    // An empty second widths list alone keeps the layout; its items read width 0.
+    const auto kept =
+        layoutOf("OP,,,,,,,,,,,,", "Rcvd,,,,,,,,,,,,", "3,0,0,0,0,0,0,0,0,0,0,0,", "");
+    EXPECT_EQ(kept.row1(), (Words{"OP"}));
+    EXPECT_EQ(kept.row2(), (Words{"Rcvd"}));
+    EXPECT_EQ(kept.widthOf("OP"), 3);
+    EXPECT_EQ(kept.widthOf("Rcvd"), 0);
+    EXPECT_EQ(kept.total_width(), 3);
+}
+
+TEST(RemarkLayout, PackingRemovesEmptyPlacesAndKeepsTheOrder)
+{
+    const auto l = layoutOf(",MNG,,Rcvd,,Zone,,,,,,,", ",,,,,,,,,,,州名,",
+                            "0,6,0,4,0,2,0,0,0,0,0,0,", "0,0,0,0,0,0,0,0,0,0,0,5,");
+    EXPECT_EQ(l.row1(), (Words{"MNG", "Rcvd", "ZONE"}));
+    EXPECT_EQ(l.row2(), (Words{"s_name"}));
+    EXPECT_EQ(l.Rmks1_cfg(), "MNG,Rcvd,Zone,,,,,,,,,,");
+    EXPECT_EQ(l.Rmks2_cfg(), "州名,,,,,,,,,,,,");
+    EXPECT_EQ(l.Rmks1_cfg_len(), "6,4,2,0,0,0,0,0,0,0,0,0,");
+    EXPECT_EQ(l.Rmks2_cfg_len(), "5,0,0,0,0,0,0,0,0,0,0,0,");
+    EXPECT_EQ(l.cellWidths1(), (Widths{6, 4, 2}));
+    EXPECT_EQ(l.cellWidths2(), (Widths{5}));
+}
+
+TEST(RemarkLayout, TheWidthFollowsTheItemNotThePlace)
+{
+    const auto l = layoutOf(",,,MNG,,,,,,,,,", "OP,,,,,,,,,,,,", "9,9,9,6,9,9,9,9,9,9,9,9,",
+                            "3,7,7,7,7,7,7,7,7,7,7,7,");
     EXPECT_EQ(l.widthOf("MNG"), 6);
-    EXPECT_EQ(l.widthOf("OP %"), 3);
-    EXPECT_EQ(l.total_width(), 13);
-    EXPECT_TRUE(l.use().op_pct);
-    EXPECT_FALSE(l.use().op);
+    EXPECT_EQ(l.widthOf("OP"), 3);
+    EXPECT_EQ(l.slotWidth("MNG"), 6);
+    // Widths of empty cells belong to no item.
+    EXPECT_EQ(l.total_width(), 9);
+    EXPECT_EQ(l.Rmks1_cfg_len(), "6,0,0,0,0,0,0,0,0,0,0,0,");
+}
+
+TEST(RemarkLayout, CaptionsAndWidthsAreTrimmed)
+{
+    const auto l = layoutOf(" MNG ,  OP % ,,,,,,,,,,,", kEmptyRow, " 4 , 2,0,0,0,0,0,0,0,0,0,0,",
+                            kZeros);
+    EXPECT_EQ(l.row1(), (Words{"MNG", "OP %"}));
+    EXPECT_EQ(l.widthOf("MNG"), 4);
+    EXPECT_EQ(l.widthOf("OP %"), 2);
+    EXPECT_EQ(l.Rmks1_cfg(), "MNG,OP %,,,,,,,,,,,");
 }
 
 TEST(RemarkLayout, AnEmptyRowPacksToTwelveEmptyCells)
 {
-    // The commas of the empty cells keep the key from being blank.
-    const auto l = layoutOf("MNG,,,,,,,,,,,,", ",,,,,,,,,,,,", kZeros, kZeros);
+    // The commas of the empty cells keep the name key from being blank.
+    const auto l = layoutOf("MNG,,,,,,,,,,,,", kEmptyRow, kZeros, kZeros);
     EXPECT_EQ(l.Rmks2_cfg(), ",,,,,,,,,,,,");
+    EXPECT_EQ(l.Rmks2_cfg_len(), kZeros);
     EXPECT_TRUE(l.row2().empty());
 }
 
-TEST(RemarkLayout, MemoEqualsHasNoWidthSlotAndWritesTheWidthLookedUpLast)
+TEST(RemarkLayout, MemoEqualsGetsNoWidthSlotWhenDrawn)
 {
-    const auto l = layoutOf("Rcvd,memo=,,,,,,,,,,,", "MNG,,,,,,,,,,,,", "5,9,0,0,0,0,0,0,0,0,0,0,",
-                            kZeros);
+    const auto l = layoutOf("memo=,,,,,,,,,,,,", kEmptyRow, "9,0,0,0,0,0,0,0,0,0,0,0,", kZeros);
     EXPECT_FALSE(l.slotWidth("memo=").has_value());
-    EXPECT_EQ(l.Rmks1_cfg_len(), "5,5,0,0,0,0,0,0,0,0,0,0,");
-    EXPECT_EQ(l.total_width(), 5);
+    // Its own width is dropped; as the first item looked up it takes the starting width.
+    EXPECT_EQ(l.total_width(), 0);
+    EXPECT_EQ(l.widthOf("memo="), 0);
+    EXPECT_EQ(l.Rmks1_cfg_len(), kZeros);
+}
+
+TEST(RemarkLayout, MemoEqualsTakesTheWidthLookedUpLast)
+{
+    const auto l = layoutOf("Rcvd,memo=,OP,,,,,,,,,,", kEmptyRow, "5,9,2,0,0,0,0,0,0,0,0,0,",
+                            kZeros);
+    EXPECT_EQ(l.Rmks1_cfg_len(), "5,5,2,0,0,0,0,0,0,0,0,0,");
+    EXPECT_EQ(l.cellWidths1(), (Widths{5, 5, 2}));
+    EXPECT_EQ(l.widthOf("memo="), 5);
+    // The sum counts the slots only: Rcvd and OP.
+    EXPECT_EQ(l.total_width(), 7);
+}
+
+TEST(RemarkLayout, MemoEqualsFirstInTheSecondRowTakesTheLastWidthOfTheFirstRow)
+{
+    const auto l = layoutOf("MNG,Zone,,,,,,,,,,,", "memo=,Rcvd,,,,,,,,,,,",
+                            "6,3,0,0,0,0,0,0,0,0,0,0,", "8,1,0,0,0,0,0,0,0,0,0,0,");
+    EXPECT_EQ(l.Rmks2_cfg_len(), "3,1,0,0,0,0,0,0,0,0,0,0,");
+    EXPECT_EQ(l.widthOf("memo="), 3);
+    EXPECT_EQ(l.total_width(), 10);
+}
+
+TEST(RemarkLayout, TotalWidthSumsTheSlotsOnce)
+{
+    // An item standing in both rows has one slot, which its last cell sets.
+    const auto l = layoutOf("MNG,OP,,,,,,,,,,,", "MNG,,,,,,,,,,,,", "6,2,0,0,0,0,0,0,0,0,0,0,",
+                            "4,0,0,0,0,0,0,0,0,0,0,0,");
+    EXPECT_EQ(l.widthOf("MNG"), 4);
+    EXPECT_EQ(l.total_width(), 6);
+    EXPECT_TRUE(l.anyWidth());
+    EXPECT_EQ(l.Rmks1_cfg_len(), "4,2,0,0,0,0,0,0,0,0,0,0,");
+}
+
+TEST(RemarkLayout, AnItemIsUsedWhenItsCaptionStandsInEitherRow)
+{
+    struct Case
+    {
+        std::string caption;
+        bool engine::LayoutUse::*flag;
+    };
+    const std::vector<Case> cases = {
+        {"memo", &engine::LayoutUse::memo},   {"memo=", &engine::LayoutUse::memo_eq},
+        {"OP", &engine::LayoutUse::op},       {"OP %", &engine::LayoutUse::op_pct},
+        {"IOTA", &engine::LayoutUse::iota},   {"Zone", &engine::LayoutUse::zone},
+        {"州名", &engine::LayoutUse::state},   {"Calls", &engine::LayoutUse::calls},
+    };
+    const std::vector<bool engine::LayoutUse::*> all = {
+        &engine::LayoutUse::memo, &engine::LayoutUse::memo_eq, &engine::LayoutUse::op,
+        &engine::LayoutUse::op_pct, &engine::LayoutUse::iota, &engine::LayoutUse::zone,
+        &engine::LayoutUse::state, &engine::LayoutUse::calls};
+    for (const Case& c : cases) {
+        for (int row = 0; row < 2; ++row) {
+            const std::string cells = "MNG,,," + c.caption + ",,,,,,,,,";
+            const auto l = row == 0 ? layoutOf(cells, "Rcvd,,,,,,,,,,,,", kZeros, kZeros)
+                                    : layoutOf("Rcvd,,,,,,,,,,,,", cells, kZeros, kZeros);
+            const auto u = l.use();
+            for (const auto flag : all) {
+                EXPECT_EQ(u.*flag, flag == c.flag) << c.caption << " in row " << row + 1;
+            }
+        }
+    }
+}
+
+TEST(RemarkLayout, OpPercentDoesNotTurnOnOpNorMemoEqualsMemo)
+{
+    const auto l = layoutOf("OP %,memo=,,,,,,,,,,,", kEmptyRow, kZeros, kZeros);
+    EXPECT_TRUE(l.use().op_pct);
+    EXPECT_FALSE(l.use().op);
+    EXPECT_TRUE(l.use().memo_eq);
+    EXPECT_FALSE(l.use().memo);
+}
+
+TEST(RemarkLayout, CaptionsCompareExactlyAndOnlyTwelveCellsCount)
+{
+    const auto l = layoutOf("zone,iota,,,,,,,,,,,IOTA", "ZONE,,,,,,,,,,,,", kZeros, kZeros);
+    EXPECT_FALSE(l.use().zone);
+    EXPECT_FALSE(l.use().iota);
+    EXPECT_EQ(l.row1(), (Words{"zone", "iota"}));
+    // "ZONE" is a working word, not a caption: it stays an unknown word.
+    EXPECT_EQ(l.row2(), (Words{"ZONE"}));
 }
 
 TEST(RemarkLayout, CountsCallsCellsPerRow)
 {
-    const auto l = layoutOf("Calls,MNG,,,,,,,,,,,", "Rcvd,,,,,,,,,,,,", kZeros, kZeros);
-    EXPECT_EQ(l.callsInRow1(), 1);
+    const auto l = layoutOf("Calls,MNG,Calls,,,,,,,,,,", "Rcvd,,,,,,,,,,,,", kZeros, kZeros);
+    EXPECT_EQ(l.callsInRow1(), 2);
     EXPECT_EQ(l.callsInRow2(), 0);
     EXPECT_TRUE(l.use().calls);
+    const auto second = layoutOf("Rcvd,,,,,,,,,,,,", ",,Calls,,,,,,,,,,", kZeros, kZeros);
+    EXPECT_EQ(second.callsInRow1(), 0);
+    EXPECT_EQ(second.callsInRow2(), 1);
+}
+
+TEST(RemarkLayout, AnUnknownCaptionStaysAndWritesTheWidthLookedUpLast)
+{
+    const auto l = layoutOf("OP,xyz,,,,,,,,,,,", kEmptyRow, "4,9,0,0,0,0,0,0,0,0,0,0,", kZeros);
+    EXPECT_EQ(l.row1(), (Words{"OP", "xyz"}));
+    EXPECT_FALSE(l.slotWidth("xyz").has_value());
+    EXPECT_EQ(l.widthOf("xyz"), 4);
+    EXPECT_EQ(l.widthOf("absent"), 0);
+    EXPECT_EQ(l.total_width(), 4);
 }
 
 TEST(RemarkLayout, GarbageKeysNeverCrash)
 {
     const auto l = layoutOf(",,,,,,,,,,,,,,,,,,,,,,,,,,,,,,,,xyz,MNG", "州名", "a,b", "-5");
     EXPECT_TRUE(l.row1().empty());
-    EXPECT_EQ(l.row2(), (std::vector<std::string>{"s_name"}));
+    EXPECT_EQ(l.row2(), (Words{"s_name"}));
     EXPECT_EQ(l.widthOf("s_name"), -5);
-}
+    EXPECT_EQ(l.total_width(), -5);
+    EXPECT_EQ(l.Rmks1_cfg(), kEmptyRow);
 
-namespace {
-struct Composed
-{
-    RemarkLayout layout;
-    engine::RemarkComposer composer;
-    Composed(const std::string& r1, const std::string& l1, bool check1, bool check5 = false)
-        : layout(layoutOf(r1, ",,,,,,,,,,,,", l1, kZeros)), composer(layout, check1, check5)
-    {
-    }
-    std::string row1(const engine::RemarkValues& v) { return composer.compose_rmks(layout.row1(), v); }
-};
-} // namespace
+    // Fewer widths than items: the items without one read 0.
+    const auto shortWidths = layoutOf("MNG,OP,Rcvd,IOTA,Zone,$DX,memo,Calls,Rmks1,Rmks2,州名,ｺﾝﾃｽﾄ",
+                                      "OP %", "3", "");
+    EXPECT_EQ(shortWidths.row1().size(), 12u);
+    EXPECT_EQ(shortWidths.widthOf("MNG"), 3);
+    EXPECT_EQ(shortWidths.widthOf("OP"), 0);
+    EXPECT_EQ(shortWidths.total_width(), 3);
 
-TEST(RemarkComposer, AShortManagerIsPaddedAndTheFixedTextFollowsDirectly)
-{
-    Composed c("MNG,Rmks1,,,,,,,,,,,", "6,0,0,0,0,0,0,0,0,0,0,0,", false);
-    engine::RemarkValues v;
-    v.mng = "@K1XX";
-    v.rmk1 = "TNX";
-    EXPECT_EQ(c.row1(v), "@K1XX TNX");
-}
+    // Widths beyond a 16-bit integer are held at its limit; fractions round half to even.
+    const auto huge = layoutOf("MNG,OP,Rcvd,,,,,,,,,,", kEmptyRow,
+                               "99999999999999999999999,2.5,3.5,0,0,0,0,0,0,0,0,0,", kZeros);
+    EXPECT_EQ(huge.widthOf("MNG"), 32767);
+    EXPECT_EQ(huge.widthOf("OP"), 2);
+    EXPECT_EQ(huge.widthOf("Rcvd"), 4);
+    EXPECT_EQ(huge.total_width(), 32767);
 
-TEST(RemarkComposer, AllWidthsZeroTrimsAtEachStepAndKeepsOneBlankBetweenItems)
-{
-    Composed c("Rcvd,memo,OP,Rmks1,,,,,,,,,", kZeros, true);
-    engine::RemarkValues v;
-    v.rcvd_text = "13";
-    v.q_op = "JA1";
-    v.rmk1 = "TNX";
-    EXPECT_EQ(c.row1(v), "13 JA1 TNX");
-    Composed d("Rcvd,memo,OP,,,,,,,,,,", kZeros, false);
-    EXPECT_EQ(d.row1(v), "13JA1");
-    v.q_op.clear();
-    v.rmk1.clear();
-    // Only the first item has a value: one blank follows it.
-    EXPECT_EQ(c.row1(v), "13 ");
-}
-
-TEST(RemarkComposer, AWidthAboveZeroAddsBlanksForAnEmptyItem)
-{
-    Composed c("Rcvd,OP,Rmks1,,,,,,,,,,", "0,4,0,0,0,0,0,0,0,0,0,0,", false);
-    engine::RemarkValues v;
-    v.rcvd_text = "13";
-    v.rmk1 = "TNX";
-    EXPECT_EQ(c.row1(v), "13    TNX");
-}
-
-TEST(RemarkComposer, MemoEqualsGivesNothingForABlankMemo)
-{
-    engine::RemarkValues blank;
-    blank.q_memo = "  ";
-    Composed c("memo=,,,,,,,,,,,,", kZeros, false);
-    EXPECT_EQ(c.row1(blank), "");
-    engine::RemarkValues memo;
-    memo.q_memo = "QSB";
-    EXPECT_EQ(c.row1(memo), "memo=QSB");
-    // With a width set and Check1 on: blanks of the width looked up last, and one separator.
-    Composed d("Rcvd,memo=,,,,,,,,,,,", "3,0,0,0,0,0,0,0,0,0,0,0,", true);
-    engine::RemarkValues r;
-    r.rcvd_text = "13";
-    EXPECT_EQ(d.row1(r), "13      ");
-}
-
-TEST(RemarkComposer, Check5EmptiesTheStateItemWhateverTheWidth)
-{
-    engine::RemarkValues v;
-    v.dx_state = "CA";
-    Composed off("州名,,,,,,,,,,,,", "4,0,0,0,0,0,0,0,0,0,0,0,", false, false);
-    Composed on("州名,,,,,,,,,,,,", "4,0,0,0,0,0,0,0,0,0,0,0,", false, true);
-    EXPECT_EQ(off.row1(v), "CA  ");
-    EXPECT_EQ(on.row1(v), "    ");
-}
-
-TEST(RemarkComposer, CallsWithAWidthIsAlwaysBlank)
-{
-    engine::RemarkValues v;
-    v.calls_text = "JA1ABC/1/P";
-    Composed wide("Calls,,,,,,,,,,,,", "5,0,0,0,0,0,0,0,0,0,0,0,", false);
-    Composed free("Calls,,,,,,,,,,,,", kZeros, false);
-    EXPECT_EQ(wide.row1(v), "     ");
-    EXPECT_EQ(free.row1(v), "JA1ABC/1/P");
-}
-
-TEST(RemarkComposer, WidthsCountCharactersNotBytes)
-{
-    engine::RemarkValues v;
-    v.rmk1 = "東京都新宿区";
-    Composed c("Rmks1,,,,,,,,,,,,", "4,0,0,0,0,0,0,0,0,0,0,0,", false);
-    EXPECT_EQ(c.row1(v), "東京都新");
-}
-
-TEST(RemarkComposer, ItemsWithMarks)
-{
-    engine::RemarkValues v;
-    v.q_op = "JA1";
-    Composed c("OP %,ｺﾝﾃｽﾄ,Zone,IOTA,$DX,,,,,,,,", kZeros, true);
-    v.cont_name = "ALLJA1";
-    v.zone_text = "Z25";
-    v.iota_text = "AS-007";
-    v.dx_mark = "$DX";
-    EXPECT_EQ(c.row1(v), "%JA1% ALLJA1 Z25 AS-007 $DX");
-    engine::RemarkValues none;
-    EXPECT_EQ(c.row1(none), " ");
-}
-
-TEST(iota_chk, FormsTheContinentAndThreeDigits)
-{
-    vornhale::app::Trace trace;
-    std::string iota, rcvd = "untouched";
-    engine::iota_chk("OC7", iota, rcvd, trace);
-    EXPECT_EQ(iota, "OC-007");
-    EXPECT_EQ(rcvd, "untouched");
-    engine::iota_chk("as-123", iota, rcvd, trace);
-    EXPECT_EQ(iota, "as-123");
-}
-
-TEST(iota_chk, ASerialFirstCutsTheReceivedTextToEightCharacters)
-{
-    vornhale::app::Trace trace;
-    std::string iota, rcvd;
-    engine::iota_chk("001EU005XYZ", iota, rcvd, trace);
-    EXPECT_EQ(rcvd, "001EU005");
-    EXPECT_EQ(iota, "EU-005");
-}
-
-TEST(iota_chk, NoContinentSetsNothing)
-{
-    vornhale::app::Trace trace;
-    std::string iota = "keep", rcvd = "keep";
-    engine::iota_chk("599013", iota, rcvd, trace);
-    EXPECT_EQ(iota, "keep");
-    EXPECT_EQ(rcvd, "keep");
-}
-
-TEST(iota_chk, TwoContinentWordsAddTheirPositionsIntoAWrongCut)
-{
-    vornhale::app::Trace trace;
-    std::string iota, rcvd;
-    // "NA" at 1 and "AS" at 2 add up to 3.
-    engine::iota_chk("NAS12", iota, rcvd, trace);
-    EXPECT_EQ(iota, "S1-002");
+    const auto commas = layoutOf(",", ",", ",", ",");
+    EXPECT_TRUE(commas.row1().empty());
+    EXPECT_TRUE(commas.row2().empty());
+    EXPECT_EQ(commas.total_width(), 0);
 }
