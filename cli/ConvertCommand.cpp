@@ -1,6 +1,7 @@
 #include "ConvertCommand.h"
 
 #include "ConsoleFrontEnd.h"
+#include "ProgramSession.h"
 #include "app/FailurePath.h"
 #include "app/ProgramFolder.h"
 #include "app/Trace.h"
@@ -40,34 +41,45 @@ int runConvert(const ConvertRequest& request)
         std::cerr << "unknown --type: " << request.type << "\n";
         return 2;
     }
-    settings::Options options = settings::Options::defaults();
+    std::vector<std::pair<std::string, std::string>> overrides;
     for (const std::string& set : request.sets) {
         const auto eq = set.find('=');
         if (eq == std::string::npos || eq == 0) {
             std::cerr << "--set needs KEY=VALUE: " << set << "\n";
             return 2;
         }
-        options.set(set.substr(0, eq), set.substr(eq + 1));
+        overrides.emplace_back(set.substr(0, eq), set.substr(eq + 1));
     }
     if (!request.year.empty()) {
-        options.set("txtYYYY", request.year);
+        overrides.emplace_back("txtYYYY", request.year);
     }
 
-    ConsoleDialogs dialogs;
-    const app::ProgramFolder folder = app::ProgramFolder::resolve(request.home);
-    std::unique_ptr<app::Trace> trace;
+    std::unique_ptr<ProgramSession> session;
     try {
-        folder.makeFolders();
-        trace = std::make_unique<app::Trace>(folder.Error_Log);
+        session = std::make_unique<ProgramSession>(request.home);
     } catch (const app::Failure& f) {
         std::cerr << "エラー内容 ：　" << f.number() << "  " << f.description() << "\n";
         return 1;
     }
+    if (!session->start().Main2_bas_1() || !session->start().Main2_bas_2()) {
+        return 1;
+    }
 
+    // The run takes the values as the main window holds them after its load; a value given
+    // on the command line replaces one for this run only.
+    settings::Options options = session->stored();
+    for (auto& [key, value] : overrides) {
+        options.set(key, std::move(value));
+    }
+
+    const app::ProgramFolder& folder = session->folder();
+    app::Trace* trace = &session->trace();
+    ConsoleDialogs& dialogs = session->dialogs();
     ConsoleObserver observer;
     engine::ProgramState program;
     reference::NoEntities entities;
     engine::RunContext ctx{options, folder, *trace, observer, dialogs, program, entities, {}};
+    ctx.settings = &session->files();
 
     try {
         std::error_code ec;
@@ -87,6 +99,7 @@ int runConvert(const ConvertRequest& request)
         engine::cmdStart_Click(ctx);
     } catch (const app::Failure& f) {
         app::error_exit(f, *trace, dialogs);
+        session->reportWriteFailures();
         return 1;
     }
 
@@ -107,6 +120,8 @@ int runConvert(const ConvertRequest& request)
     } else {
         removeWorkingFiles(folder);
     }
+    session->end(!request.keepWork);
+    session->reportWriteFailures();
     std::cout << "トレース     ：" << trace->path().string() << "\n";
     return 0;
 }

@@ -1,4 +1,5 @@
 #include "ConvertCommand.h"
+#include "SettingsCommand.h"
 
 #include <CLI/CLI.hpp>
 
@@ -18,6 +19,16 @@ int main(int argc, char** argv)
     conv->add_flag("--keep-work", convert.keepWork, "Leave the working files in the working folder");
     conv->add_option("LOG", convert.log, "The contest log")->required();
 
+    vornhale::cli::SettingsRequest settingsRequest;
+    std::string settingsHome;
+    auto* settingsCmd =
+        app.add_subcommand("settings", "Show, read or change the settings files of the program folder");
+    settingsCmd->add_option("--home", settingsHome, "Program folder (default: $VORNHALE_HOME or XDG data home)");
+    settingsCmd->add_option("ACTION", settingsRequest.action, "show, init, get KEY or set KEY=VALUE")
+        ->required()
+        ->check(CLI::IsMember({"show", "init", "get", "set"}));
+    settingsCmd->add_option("ARGUMENT", settingsRequest.argument, "KEY for get, KEY=VALUE for set");
+
     try {
         app.parse(argc, argv);
     } catch (const CLI::ParseError& e) {
@@ -26,6 +37,12 @@ int main(int argc, char** argv)
     }
     if (!home.empty()) {
         convert.home = home;
+    }
+    if (settingsCmd->parsed()) {
+        if (!settingsHome.empty()) {
+            settingsRequest.home = settingsHome;
+        }
+        return vornhale::cli::runSettings(settingsRequest);
     }
     if (conv->parsed()) {
         return vornhale::cli::runConvert(convert);

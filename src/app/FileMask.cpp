@@ -62,4 +62,25 @@ int deleteByMask(const std::filesystem::path& folder, std::string_view mask,
     return deleted;
 }
 
+std::filesystem::path findFileNoCase(const std::filesystem::path& folder, std::string_view name)
+{
+    std::error_code ec;
+    const std::filesystem::path exact = folder / std::filesystem::path(name);
+    if (std::filesystem::is_regular_file(exact, ec)) {
+        return exact;
+    }
+    std::filesystem::directory_iterator it(folder, ec);
+    if (ec) {
+        return {};
+    }
+    for (const auto& entry : it) {
+        const std::string candidate = entry.path().filename().string();
+        if (text::equalsNoCase(candidate, name) &&
+            entry.is_regular_file(ec)) {
+            return entry.path();
+        }
+    }
+    return {};
+}
+
 } // namespace vornhale::app

@@ -15,4 +15,8 @@ bool matchesMask(std::string_view name, std::string_view mask);
 int deleteByMask(const std::filesystem::path& folder, std::string_view mask,
                  const std::function<void(const std::filesystem::path&)>& before = {});
 
+/// The file `name` in `folder`, its name compared without regard to case as the operator's
+/// system compares it; an exact match wins. Empty when there is none.
+std::filesystem::path findFileNoCase(const std::filesystem::path& folder, std::string_view name);
+
 } // namespace vornhale::app

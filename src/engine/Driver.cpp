@@ -2,6 +2,7 @@
 
 #include "app/Failure.h"
 #include "app/FileMask.h"
+#include "app/startup/ProgramStart.h"
 #include "engine/CallSplit.h"
 #include "engine/FinalOutput.h"
 #include "engine/RecordConversion.h"
@@ -24,6 +25,16 @@ void removeIfExists(const fs::path& path)
 {
     std::error_code ec;
     fs::remove(path, ec);
+}
+
+// Stores the settings through `write` when the run has settings files.
+void storeSettings(RunContext& ctx, void (settings::SettingsFiles::*write)())
+{
+    if (ctx.settings == nullptr) {
+        return;
+    }
+    (ctx.settings->*write)();
+    startup::traceWriteFailures(*ctx.settings, ctx.trace);
 }
 
 void traceSettingsFile(RunContext& ctx, const char* name, const char* banner)
@@ -85,18 +96,7 @@ std::string settleProvMoji(const settings::Options& o)
 
 void tmp_file_Del(RunContext& ctx)
 {
-    ctx.trace.line("Public Sub tmp_file_Del()");
-    ctx.trace.line("     drive_path : " + ctx.folder.drive_path.string());
-    ctx.trace.line("     strpath : " + ctx.folder.strPath.string());
-    auto traced = [&](const fs::path& p) { ctx.trace.line("     " + p.string()); };
-    for (const char* mask : {"temp_s.csv", "temp_d.csv", "semp_s.csv", "semp_d.csv", "uemp_s.csv",
-                             "uemp_d.csv", "bak_?.txt", "bak_??.txt", "zlog_?.txt", "*.hdx"}) {
-        app::deleteByMask(ctx.folder.drive_path, mask, traced);
-    }
-    app::deleteByMask(ctx.folder.Temp_Files, "*.hdx", traced);
-    for (const char* mask : {"bak_chk_?.txt", "hdb_chk_?.txt", "*.hdx"}) {
-        app::deleteByMask(ctx.folder.strPath, mask, traced);
-    }
+    startup::tmp_file_Del(ctx.folder, ctx.trace, ctx.settings, ctx.dialogs);
 }
 
 void sort_set_(RunContext& ctx)
@@ -173,6 +173,7 @@ void cmdStart_Click(RunContext& ctx)
 {
     RunState& run = ctx.run;
     ctx.trace.line("Private sub cmdStart_Click()");
+    storeSettings(ctx, &settings::SettingsFiles::ini_write_old);
 
     tmp_file_Del(ctx);
     removeIfExists(run.names.out_name_con);
@@ -199,10 +200,12 @@ void cmdStart_Click(RunContext& ctx)
 
     const RemarkLayout layout = RemarkLayout::fromOptions(ctx.options);
     run.use = layout.use();
+    storeSettings(ctx, &settings::SettingsFiles::ini_write_new);
 
     ctx.observer.status("  処 理 開 始", app::Colour::Green);
     run.Zone_moji = settleZoneMoji(ctx.options);
     run.Prov_moji = settleProvMoji(ctx.options);
+    storeSettings(ctx, &settings::SettingsFiles::ini_write_new);
 
     cmd_henkan(ctx, layout);
 
@@ -220,6 +223,7 @@ void cmdStart_Click(RunContext& ctx)
                                     run.names.out_name_con, run.names.out_name_ham}) {
         removeIfExists(name);
     }
+    storeSettings(ctx, &settings::SettingsFiles::ini_write_old);
     ctx.trace.line("正常終了");
 }
 

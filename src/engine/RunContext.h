@@ -6,6 +6,7 @@
 #include "app/Trace.h"
 #include "readers/OutputNames.h"
 #include "settings/Options.h"
+#include "settings/SettingsFiles.h"
 
 #include <cstdint>
 #include <filesystem>
@@ -84,6 +85,9 @@ struct RunContext
     /// Per-contact lookups of the record conversion; none (every answer "not found") when
     /// null.
     RecordLookups* lookups = nullptr;
+    /// The settings files that the run writes at its fixed moments; nothing is written when
+    /// null. They hold the stored values, so a value changed for this run only stays out.
+    settings::SettingsFiles* settings = nullptr;
 
     std::filesystem::path work(const char* name) const { return folder.drive_path / name; }
 };

@@ -39,6 +39,7 @@ public:
     bool save() const;
 
     const std::vector<std::string>& lines() const { return m_lines; }
+    const std::filesystem::path& path() const { return m_path; }
 
 private:
     /// Index of the section header line, or npos.

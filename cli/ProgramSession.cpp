@@ -1,0 +1,36 @@
+#include "ProgramSession.h"
+
+#include <iostream>
+
+namespace vornhale::cli {
+
+ProgramSession::ProgramSession(const std::optional<std::filesystem::path>& home)
+    : m_folder(app::ProgramFolder::resolve(home))
+{
+    m_folder.makeFolders();
+    m_trace = std::make_unique<app::Trace>(m_folder.Error_Log);
+    m_files = std::make_unique<settings::SettingsFiles>(m_folder.strPath, m_stored);
+    m_start = std::make_unique<startup::ProgramStart>(m_folder, *m_files, *m_trace, m_dialogs);
+    m_decision = m_start->Main(startup::bundledDataFolder());
+    if (m_decision.environmentFirst) {
+        // The window would open the environment settings here; the command line takes them
+        // as they stand, as if that window were closed with OK, so that the next start finds
+        // them.
+        std::cerr << "環境設定: 未設定のフォルダ・ファイル " << m_decision.emptyFolderSettings
+                  << " 件 (vornhale-cli settings show で確認できます)\n";
+        m_files->ini_write_cfg();
+        m_files->ini_read_new();
+    }
+    reportWriteFailures();
+}
+
+bool ProgramSession::reportWriteFailures()
+{
+    const auto failed = startup::traceWriteFailures(*m_files, *m_trace);
+    for (const auto& path : failed) {
+        std::cerr << "設定ファイルに書き込みできません: " << path.string() << "\n";
+    }
+    return failed.empty();
+}
+
+} // namespace vornhale::cli

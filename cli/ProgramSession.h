@@ -1,0 +1,50 @@
+#pragma once
+
+#include "ConsoleFrontEnd.h"
+#include "app/ProgramFolder.h"
+#include "app/Trace.h"
+#include "app/startup/ProgramStart.h"
+#include "settings/Options.h"
+#include "settings/SettingsFiles.h"
+
+#include <filesystem>
+#include <memory>
+#include <optional>
+
+namespace vornhale::cli {
+
+/// One start of the program from the command line: the program folder, the trace and the
+/// settings as the start-up leaves them. The command line has no environment window: where
+/// the window would open it first, a note goes to stderr and the command goes on.
+class ProgramSession
+{
+public:
+    /// Starts the program in `home` (or the default program folder). Throws app::Failure
+    /// when the folder or the trace cannot be made.
+    explicit ProgramSession(const std::optional<std::filesystem::path>& home);
+
+    const app::ProgramFolder& folder() const { return m_folder; }
+    app::Trace& trace() { return *m_trace; }
+    ConsoleDialogs& dialogs() { return m_dialogs; }
+    settings::Options& stored() { return m_stored; }
+    settings::SettingsFiles& files() { return *m_files; }
+    const startup::StartDecision& decision() const { return m_decision; }
+    startup::ProgramStart& start() { return *m_start; }
+
+    /// The orderly end of the program; see `ProgramStart::End_Shori`.
+    void end(bool deleteWorkingFiles) { m_start->End_Shori(deleteWorkingFiles); }
+
+    /// Prints the settings files whose writing failed since the last call; true when none.
+    bool reportWriteFailures();
+
+private:
+    app::ProgramFolder m_folder;
+    std::unique_ptr<app::Trace> m_trace;
+    ConsoleDialogs m_dialogs;
+    settings::Options m_stored;
+    std::unique_ptr<settings::SettingsFiles> m_files;
+    std::unique_ptr<startup::ProgramStart> m_start;
+    startup::StartDecision m_decision;
+};
+
+} // namespace vornhale::cli
