@@ -2,6 +2,7 @@
 
 #include "app/FileMask.h"
 #include "settings/Options.h"
+#include "settings/WindowPositions.h"
 #include "text/Chars.h"
 #include "text/LineFile.h"
 
@@ -138,13 +139,14 @@ StartDecision ProgramStart::startSettings()
         }
     }
 
-    if (m_files.exists("Vornhale_posi.ini") &&
-        std::trunc(versionValue(m_files.lastVersion()) * 100) < 530) {
-        removeIfExists(m_files.file("Vornhale_posi.ini"));
-        writeFreshPositionFile();
-    }
-    if (!m_files.exists("Vornhale_posi.ini")) {
-        writeFreshPositionFile();
+    // The position file of a version below 5.30 is written anew, a missing one created.
+    try {
+        std::string version = text::replaceAll(m_files.lastVersion(), "t", "");
+        version = text::replaceAll(version, "k", "");
+        settings::maintainPositionFile(m_files.file("Vornhale_posi.ini"), version,
+                                       settings::kProgramVersion);
+    } catch (const std::exception&) {
+        m_trace.line("書き込みできません : " + m_files.file("Vornhale_posi.ini").string());
     }
 
     for (const char* key : kFolderSettings) {
@@ -253,17 +255,6 @@ void ProgramStart::rewriteWithoutOldDates(std::string_view name)
     std::error_code ec;
     fs::copy_file(scratch, file, fs::copy_options::overwrite_existing, ec);
     removeIfExists(scratch);
-}
-
-void ProgramStart::writeFreshPositionFile()
-{
-    const std::string content =
-        "[Config]\r\nversion=" + std::string(settings::kProgramVersion) + "\r\n\r\n";
-    try {
-        text::writeFileSjis(m_files.file("Vornhale_posi.ini"), content);
-    } catch (const std::exception&) {
-        m_trace.line("書き込みできません : " + m_files.file("Vornhale_posi.ini").string());
-    }
 }
 
 bool ProgramStart::requiredFile(const fs::path& folder, std::string_view name,

@@ -78,7 +78,6 @@ public:
 private:
     void traceSettingsFiles();
     void rewriteWithoutOldDates(std::string_view name);
-    void writeFreshPositionFile();
     bool requiredFile(const std::filesystem::path& folderValue, std::string_view name,
                       std::string_view title, const std::vector<std::string_view>& text);
 
