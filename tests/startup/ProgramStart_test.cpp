@@ -29,7 +29,12 @@ struct Start
     std::unique_ptr<settings::SettingsFiles> files;
     std::unique_ptr<startup::ProgramStart> start;
 
-    Start() { reset(); }
+    Start()
+    {
+        // No prefix list of the system unless a test gives one.
+        ::setenv("VORNHALE_CTY_DAT", "", 1);
+        reset();
+    }
 
     // A new run of the program: fresh memory, the same folder.
     void reset()
@@ -369,4 +374,25 @@ TEST(ProgramStart, AProgramFolderWhoseFilesCannotBeWrittenStillStarts)
     EXPECT_TRUE(d.environmentFirst);
     const auto failed = startup::traceWriteFailures(*s.files, s.trace);
     EXPECT_FALSE(failed.empty());
+}
+
+TEST(ProgramStart, ANewProgramFolderGetsTheSystemPrefixListButKeepsItsOwn)
+{
+    test::TempDir system;
+    test::writeBytes(system / "cty.dat", "system list");
+    {
+        Start s;
+        ::setenv("VORNHALE_CTY_DAT", (system / "cty.dat").c_str(), 1);
+        s.main();
+        EXPECT_EQ(test::readBytes(s.file("cty.dat")), "system list");
+    }
+    {
+        Start s;
+        ::setenv("VORNHALE_CTY_DAT", (system / "cty.dat").c_str(), 1);
+        fs::create_directories(s.folder.strPath);
+        test::writeBytes(s.file("cty.dat"), "my own list");
+        s.main();
+        EXPECT_EQ(test::readBytes(s.file("cty.dat")), "my own list");
+    }
+    ::unsetenv("VORNHALE_CTY_DAT");
 }

@@ -103,6 +103,13 @@ StartDecision ProgramStart::Main(const fs::path& seedFrom)
     for (const fs::path& seeded : seedProgramFolder(m_folder.strPath, seedFrom)) {
         m_trace.line("     seed : " + seeded.string());
     }
+    // The prefix list comes from the system's own copy, kept current by its package.
+    const fs::path systemCty = systemCtyDat();
+    std::error_code ec2;
+    if (!systemCty.empty() && !fs::exists(m_folder.strPath / "cty.dat", ec2) &&
+        fs::copy_file(systemCty, m_folder.strPath / "cty.dat", ec2)) {
+        m_trace.line("     seed : " + systemCty.string());
+    }
     traceSettingsFiles();
     m_trace.line("Public Sub Main()");
     return startSettings();
@@ -422,6 +429,15 @@ std::vector<fs::path> seedProgramFolder(const fs::path& strPath, const fs::path&
         }
     }
     return copied;
+}
+
+fs::path systemCtyDat()
+{
+    if (const char* env = std::getenv("VORNHALE_CTY_DAT"); env != nullptr) {
+        return env;
+    }
+    const fs::path debian = "/usr/share/hamradio-files/cty.dat";
+    return isFile(debian) ? debian : fs::path();
 }
 
 fs::path bundledDataFolder()

@@ -95,6 +95,10 @@ double versionValue(std::string_view version);
 std::vector<std::filesystem::path> seedProgramFolder(const std::filesystem::path& strPath,
                                                      const std::filesystem::path& seedFrom);
 
+/// The `cty.dat` a new program folder gets: `$VORNHALE_CTY_DAT` when set (empty for none),
+/// else the one of the system's hamradio-files package when installed.
+std::filesystem::path systemCtyDat();
+
 /// The bundled default files: `$VORNHALE_DATA_DIR` when set, else the folder the build
 /// knows.
 std::filesystem::path bundledDataFolder();
