@@ -21,8 +21,8 @@ namespace {
 
 namespace fs = std::filesystem;
 
-const std::string_view kKinds[] = {"all", "txt", "zlo", "log", "log_v4", "log_v430",
-                              "cbr", "adi", "mdb", "lg8"};
+const std::string_view kKinds[] = {"all",      "txt", "zlo", "log", "log_v4",
+                                   "log_v430", "cbr", "adi", "mdb", "lg8"};
 
 void removeWorkingFiles(const app::ProgramFolder& folder)
 {
@@ -64,6 +64,7 @@ int runConvert(const ConvertRequest& request)
     if (!session->start().Main2_bas_1() || !session->start().Main2_bas_2()) {
         return 1;
     }
+    session->loadMainWindow();
 
     // The run takes the values as the main window holds them after its load; a value given
     // on the command line replaces one for this run only.
@@ -85,7 +86,8 @@ int runConvert(const ConvertRequest& request)
         std::error_code ec;
         const fs::path log = fs::absolute(request.log, ec);
         if (!fs::is_regular_file(log, ec)) {
-            throw app::Failure(app::failure::FileNotFound, "ファイルが見つかりません。 " + log.string());
+            throw app::Failure(app::failure::FileNotFound,
+                               "ファイルが見つかりません。 " + log.string());
         }
         if (!readers::openInput(ctx.run, *trace, log, request.type)) {
             std::cerr << ctx.run.lblIn_name << "\n";
@@ -93,7 +95,8 @@ int runConvert(const ConvertRequest& request)
         }
         ctx.run.keep_work = request.keepWork;
         if (ctx.run.f_type.empty()) {
-            std::cerr << "入力ファイルの種類が判りません。--type で指定して下さい: " << log.string() << "\n";
+            std::cerr << "入力ファイルの種類が判りません。--type で指定して下さい: " << log.string()
+                      << "\n";
             return 1;
         }
         engine::cmdStart_Click(ctx);

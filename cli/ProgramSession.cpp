@@ -10,6 +10,10 @@ ProgramSession::ProgramSession(const std::optional<std::filesystem::path>& home)
     m_folder.makeFolders();
     m_trace = std::make_unique<app::Trace>(m_folder.Error_Log);
     m_files = std::make_unique<settings::SettingsFiles>(m_folder.strPath, m_stored);
+    m_files->setWriteFailureHandler([this](const std::filesystem::path& path) {
+        m_trace->line("設定ファイルに書き込みできません : " + path.string());
+        std::cerr << "設定ファイルに書き込みできません: " << path.string() << "\n";
+    });
     m_start = std::make_unique<startup::ProgramStart>(m_folder, *m_files, *m_trace, m_dialogs);
     m_decision = m_start->Main(startup::bundledDataFolder());
     if (m_decision.environmentFirst) {
@@ -24,13 +28,21 @@ ProgramSession::ProgramSession(const std::optional<std::filesystem::path>& home)
     reportWriteFailures();
 }
 
+settings::OptionModel& ProgramSession::loadMainWindow()
+{
+    settings::OptionFacts facts;
+    facts.strPath = m_folder.strPath;
+    facts.drive_path = m_folder.drive_path;
+    facts.dialogs = &m_dialogs;
+    m_model = std::make_unique<settings::OptionModel>(m_stored, m_files.get(), std::move(facts));
+    m_model->Form_Load();
+    return *m_model;
+}
+
 bool ProgramSession::reportWriteFailures()
 {
-    const auto failed = startup::traceWriteFailures(*m_files, *m_trace);
-    for (const auto& path : failed) {
-        std::cerr << "設定ファイルに書き込みできません: " << path.string() << "\n";
-    }
-    return failed.empty();
+    // Each failure was traced and printed as it happened.
+    return m_files->takeWriteFailures().empty();
 }
 
 } // namespace vornhale::cli

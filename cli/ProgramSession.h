@@ -4,6 +4,7 @@
 #include "app/ProgramFolder.h"
 #include "app/Trace.h"
 #include "app/startup/ProgramStart.h"
+#include "settings/OptionModel.h"
 #include "settings/Options.h"
 #include "settings/SettingsFiles.h"
 
@@ -31,10 +32,14 @@ public:
     const startup::StartDecision& decision() const { return m_decision; }
     startup::ProgramStart& start() { return *m_start; }
 
+    /// The main window's load without a window: the options as the window would hold them,
+    /// with every load rule applied (an empty `Check16` turns on, for one).
+    settings::OptionModel& loadMainWindow();
+
     /// The orderly end of the program; see `ProgramStart::End_Shori`.
     void end(bool deleteWorkingFiles) { m_start->End_Shori(deleteWorkingFiles); }
 
-    /// Prints the settings files whose writing failed since the last call; true when none.
+    /// Whether every settings file could be written since the last call.
     bool reportWriteFailures();
 
 private:
@@ -45,6 +50,7 @@ private:
     std::unique_ptr<settings::SettingsFiles> m_files;
     std::unique_ptr<startup::ProgramStart> m_start;
     startup::StartDecision m_decision;
+    std::unique_ptr<settings::OptionModel> m_model;
 };
 
 } // namespace vornhale::cli

@@ -12,9 +12,9 @@ namespace {
 
 namespace fs = std::filesystem;
 
-constexpr const char* kSettingsFiles[] = {"Vornhale_cfg.ini", "Vornhale_new.ini", "Vornhale.ini",
-                                          "Vornhale_fdt.ini", "Vornhale_Zone_moji.ini",
-                                          "Vornhale_posi.ini"};
+constexpr const char* kSettingsFiles[] = {"Vornhale_cfg.ini",       "Vornhale_new.ini",
+                                          "Vornhale.ini",           "Vornhale_fdt.ini",
+                                          "Vornhale_Zone_moji.ini", "Vornhale_posi.ini"};
 
 void show(ProgramSession& session)
 {
@@ -81,8 +81,8 @@ int runSettings(const SettingsRequest& request)
 
     if (request.action == "init") {
         std::cout << "プログラムフォルダ ：" << session->folder().strPath.string() << "\n";
-        std::cout << "環境設定を先に開く ：" << (session->decision().environmentFirst ? "はい" : "いいえ")
-                  << "\n";
+        std::cout << "環境設定を先に開く ："
+                  << (session->decision().environmentFirst ? "はい" : "いいえ") << "\n";
     } else if (request.action == "show") {
         show(*session);
     } else if (request.action == "get") {

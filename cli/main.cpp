@@ -14,17 +14,21 @@ int main(int argc, char** argv)
     conv->add_option("--home", home, "Program folder (default: $VORNHALE_HOME or XDG data home)");
     conv->add_option("--set", convert.sets, "Override an option for this run: KEY=VALUE")
         ->allow_extra_args(false);
-    conv->add_option("--type", convert.type, "Input kind: all, txt, zlo, log, log_v4, log_v430, cbr, adi, mdb, lg8");
+    conv->add_option("--type", convert.type,
+                     "Input kind: all, txt, zlo, log, log_v4, log_v430, cbr, adi, mdb, lg8");
     conv->add_option("--year", convert.year, "Year of a log that carries none (txtYYYY)");
-    conv->add_flag("--keep-work", convert.keepWork, "Leave the working files in the working folder");
+    conv->add_flag("--keep-work", convert.keepWork,
+                   "Leave the working files in the working folder");
     conv->add_option("LOG", convert.log, "The contest log")->required();
 
     vornhale::cli::SettingsRequest settingsRequest;
     std::string settingsHome;
-    auto* settingsCmd =
-        app.add_subcommand("settings", "Show, read or change the settings files of the program folder");
-    settingsCmd->add_option("--home", settingsHome, "Program folder (default: $VORNHALE_HOME or XDG data home)");
-    settingsCmd->add_option("ACTION", settingsRequest.action, "show, init, get KEY or set KEY=VALUE")
+    auto* settingsCmd = app.add_subcommand(
+        "settings", "Show, read or change the settings files of the program folder");
+    settingsCmd->add_option("--home", settingsHome,
+                            "Program folder (default: $VORNHALE_HOME or XDG data home)");
+    settingsCmd
+        ->add_option("ACTION", settingsRequest.action, "show, init, get KEY or set KEY=VALUE")
         ->required()
         ->check(CLI::IsMember({"show", "init", "get", "set"}));
     settingsCmd->add_option("ARGUMENT", settingsRequest.argument, "KEY for get, KEY=VALUE for set");

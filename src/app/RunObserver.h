@@ -6,7 +6,7 @@
 namespace vornhale::app {
 
 /// Colours of the status texts and captions.
-enum class Colour { Black, Green, Red, Blue, BrightBlue };
+enum class Colour { Black, Green, Red, Blue, BrightBlue, DarkRed };
 
 /// What a front end sees of a running conversion. Every call has an empty default, so an
 /// observer implements only what it shows.

@@ -33,8 +33,9 @@ void storeSettings(RunContext& ctx, void (settings::SettingsFiles::*write)())
     if (ctx.settings == nullptr) {
         return;
     }
+    // A settings file that cannot be written does not stop the run; the front end hears of
+    // it through the settings' own failure handler.
     (ctx.settings->*write)();
-    startup::traceWriteFailures(*ctx.settings, ctx.trace);
 }
 
 void traceSettingsFile(RunContext& ctx, const char* name, const char* banner)

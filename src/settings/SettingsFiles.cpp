@@ -34,22 +34,24 @@ const std::vector<OptionKey>& optionKeys()
     static const std::vector<OptionKey> keys = [] {
         std::vector<OptionKey> k;
         for (const char* name :
-             {"version", "restart", "Option2", "QSL_Q", "QSL_S", "YYYY", "Check06", "Option04",
-              "Check04", "Check05", "Check10", "Check16", "Check17", "Check18", "Option08",
-              "Option02", "Check02", "Check09", "No_qsl_cty", "Check15", "Option05", "Option5",
-              "Option7", "Check1", "Option1", "Rmks1_cfg", "Rmks2_cfg", "Start_date", "End_date",
-              "use_system_date_flag", "Check2", "Check3", "Check4", "Check5", "Check12",
-              "Check14", "Check19", "Check20", "Check21", "Check22", "Check23", "Check25",
-              "Check26", "Check27", "Check28", "Check29", "Option3", "Option4", "Option6",
-              "Zone_moji", "Check6", "disp_top_SSTab", "Prov_moji", "Option10", "Make_a2t",
-              "Make_t2a", "GetMng_Interval"}) {
+             {"version",   "restart",        "Option2",    "QSL_Q",      "QSL_S",
+              "YYYY",      "Check06",        "Option04",   "Check04",    "Check05",
+              "Check10",   "Check16",        "Check17",    "Check18",    "Option08",
+              "Option02",  "Check02",        "Check09",    "No_qsl_cty", "Check15",
+              "Option05",  "Option5",        "Option7",    "Check1",     "Option1",
+              "Rmks1_cfg", "Rmks2_cfg",      "Start_date", "End_date",   "use_system_date_flag",
+              "Check2",    "Check3",         "Check4",     "Check5",     "Check12",
+              "Check14",   "Check19",        "Check20",    "Check21",    "Check22",
+              "Check23",   "Check25",        "Check26",    "Check27",    "Check28",
+              "Check29",   "Option3",        "Option4",    "Option6",    "Zone_moji",
+              "Check6",    "disp_top_SSTab", "Prov_moji",  "Option10",   "Make_a2t",
+              "Make_t2a",  "GetMng_Interval"}) {
             k.push_back({name});
         }
         k.push_back({"mng_search_url", Place::SetKnName});
-        for (const char* name :
-             {"get_ColWidth_Grid1", "get_ColWidth_Grid2", "get_ColWidth_Grid4",
-              "get_ColWidth_Grid5", "Grid1_Check1", "Grid2_Check1", "Grid4_Check1",
-              "Grid5_Check1"}) {
+        for (const char* name : {"get_ColWidth_Grid1", "get_ColWidth_Grid2", "get_ColWidth_Grid4",
+                                 "get_ColWidth_Grid5", "Grid1_Check1", "Grid2_Check1",
+                                 "Grid4_Check1", "Grid5_Check1"}) {
             k.push_back({name, Place::ColWidth});
         }
         k.push_back({"exe_rec", Place::Main});
@@ -67,10 +69,22 @@ constexpr const char* kModeSuffixes[] = {"_0_txt", "_1_txt", "_chk"};
 
 // The environment keys in the order of writing.
 constexpr const char* kEnvironmentKeys[] = {
-    "version",         "zlog_dat_dir",     "name_mas_dir",       "qth_mas_dir",
-    "mng_z_full_txt_dir", "hamlog_hdb_dir", "hamlog_hdb_2_dir",  "zlo_dir",
-    "all_dir",         "log_dir",          "Prov_mas_dat_dir",   "No_QSL_moji",
-    "No_QSL_moji_set_flag", "buro_QSL_moji", "inet_flag",        "mng_search_url",
+    "version",
+    "zlog_dat_dir",
+    "name_mas_dir",
+    "qth_mas_dir",
+    "mng_z_full_txt_dir",
+    "hamlog_hdb_dir",
+    "hamlog_hdb_2_dir",
+    "zlo_dir",
+    "all_dir",
+    "log_dir",
+    "Prov_mas_dat_dir",
+    "No_QSL_moji",
+    "No_QSL_moji_set_flag",
+    "buro_QSL_moji",
+    "inet_flag",
+    "mng_search_url",
     "DXCC_mas_txt_55_use",
 };
 
@@ -125,9 +139,15 @@ SettingsFiles::SettingsFiles(fs::path strPath, Options& options)
 {
 }
 
-fs::path SettingsFiles::file(std::string_view name) const { return m_strPath / fs::path(name); }
+fs::path SettingsFiles::file(std::string_view name) const
+{
+    return m_strPath / fs::path(name);
+}
 
-bool SettingsFiles::exists(std::string_view name) const { return isFile(file(name)); }
+bool SettingsFiles::exists(std::string_view name) const
+{
+    return isFile(file(name));
+}
 
 std::string SettingsFiles::today() const
 {
@@ -142,13 +162,24 @@ std::string SettingsFiles::today() const
     return buf;
 }
 
-void SettingsFiles::selectFile(std::string_view name) { m_currentFile = std::string(name); }
+void SettingsFiles::selectFile(std::string_view name)
+{
+    m_currentFile = std::string(name);
+}
 
 void SettingsFiles::saveProfile(ProfileFile& profile)
 {
     if (!profile.save()) {
-        m_writeFailures.push_back(profile.path());
+        noteWriteFailure(profile.path());
     }
+}
+
+void SettingsFiles::noteWriteFailure(fs::path file)
+{
+    if (m_onWriteFailure) {
+        m_onWriteFailure(file);
+    }
+    m_writeFailures.push_back(std::move(file));
 }
 
 std::vector<fs::path> SettingsFiles::takeWriteFailures()
@@ -270,9 +301,9 @@ void SettingsFiles::readOptionKeys()
             break;
         case Place::ColWidth:
             // The grid ticks are read under names that no writer produces.
-            value = profile.read("ColWidth_Grid",
-                                 text::startsWith(name, "Grid") ? std::string(name) + "_"
-                                                               : std::string(name));
+            value = profile.read("ColWidth_Grid", text::startsWith(name, "Grid")
+                                                      ? std::string(name) + "_"
+                                                      : std::string(name));
             break;
         case Place::Main:
             value = profile.read("Main", name);
@@ -494,35 +525,78 @@ void SettingsFiles::make_Vornhale_new_ini()
     const std::string now = today();
     Options& o = m_options;
     const std::pair<const char*, std::string> defaults[] = {
-        {"Option2", "0"},        {"QSL_Q", "J"},          {"QSL_S", "*"},
+        {"Option2", "0"},
+        {"QSL_Q", "J"},
+        {"QSL_S", "*"},
         {"YYYY", now.substr(0, 4)},
-        {"Check06", "0"},        {"Option04", "0"},       {"Check04", "1"},
-        {"Check05", "1"},        {"Check10", "0"},        {"Check17", "0"},
-        {"Check18", "0"},        {"Option08", "0"},       {"Option02", "0"},
-        {"Check02", "0"},        {"Check09", "0"},        {"No_qsl_cty", ""},
-        {"Check15", "0"},        {"Option05", "0"},       {"Option5", "0"},
-        {"Option7", "0"},        {"Check1", "1"},         {"Option1", "0"},
-        {"Rmks1_cfg", "ｺﾝﾃｽﾄ,,,,,,,,,,,,"},               {"Rmks2_cfg", "MNG,$DX,,,,,,,,,,,"},
-        {"Start_date", "19600101"}, {"End_date", now},   {"use_system_date_flag", "1"},
-        {"Check2", "1"},         {"Check3", "0"},         {"Check4", "0"},
-        {"Check5", "0"},         {"Check12", "0"},        {"Check14", "1"},
-        {"Check19", "0"},        {"Check20", "0"},        {"Check21", "0"},
-        {"Check22", "0"},        {"Check23", "0"},        {"Check25", "0"},
-        {"Check26", "0"},        {"Check27", "0"},        {"Check28", "0"},
-        {"Check29", "0"},        {"Option3", "0"},        {"Option4", "2"},
-        {"Option6", "0"},        {"Zone_moji", ""},       {"Check6", "1"},
-        {"disp_top_SSTab", "0"}, {"Prov_moji", ""},       {"Option10", "0"},
-        {"Make_a2t", "0"},       {"Make_t2a", "0"},       {"GetMng_Interval", "2"},
-        {"mng_search_url", "Dalmuir"}, {"exe_rec", "0"},
-        {"Rmks1_cfg_len", kZeroWidths}, {"Rmks2_cfg_len", kZeroWidths},
-        {"get_ColWidth_Grid1", kGridWidths12}, {"get_ColWidth_Grid2", kGridWidths12},
-        {"get_ColWidth_Grid4", kGridWidths45}, {"get_ColWidth_Grid5", kGridWidths45},
-        {"Grid1_Check1", "0"},   {"Grid2_Check1", "0"},   {"Grid4_Check1", "0"},
+        {"Check06", "0"},
+        {"Option04", "0"},
+        {"Check04", "1"},
+        {"Check05", "1"},
+        {"Check10", "0"},
+        {"Check17", "0"},
+        {"Check18", "0"},
+        {"Option08", "0"},
+        {"Option02", "0"},
+        {"Check02", "0"},
+        {"Check09", "0"},
+        {"No_qsl_cty", ""},
+        {"Check15", "0"},
+        {"Option05", "0"},
+        {"Option5", "0"},
+        {"Option7", "0"},
+        {"Check1", "1"},
+        {"Option1", "0"},
+        {"Rmks1_cfg", "ｺﾝﾃｽﾄ,,,,,,,,,,,,"},
+        {"Rmks2_cfg", "MNG,$DX,,,,,,,,,,,"},
+        {"Start_date", "19600101"},
+        {"End_date", now},
+        {"use_system_date_flag", "1"},
+        {"Check2", "1"},
+        {"Check3", "0"},
+        {"Check4", "0"},
+        {"Check5", "0"},
+        {"Check12", "0"},
+        {"Check14", "1"},
+        {"Check19", "0"},
+        {"Check20", "0"},
+        {"Check21", "0"},
+        {"Check22", "0"},
+        {"Check23", "0"},
+        {"Check25", "0"},
+        {"Check26", "0"},
+        {"Check27", "0"},
+        {"Check28", "0"},
+        {"Check29", "0"},
+        {"Option3", "0"},
+        {"Option4", "2"},
+        {"Option6", "0"},
+        {"Zone_moji", ""},
+        {"Check6", "1"},
+        {"disp_top_SSTab", "0"},
+        {"Prov_moji", ""},
+        {"Option10", "0"},
+        {"Make_a2t", "0"},
+        {"Make_t2a", "0"},
+        {"GetMng_Interval", "2"},
+        {"mng_search_url", "Dalmuir"},
+        {"exe_rec", "0"},
+        {"Rmks1_cfg_len", kZeroWidths},
+        {"Rmks2_cfg_len", kZeroWidths},
+        {"get_ColWidth_Grid1", kGridWidths12},
+        {"get_ColWidth_Grid2", kGridWidths12},
+        {"get_ColWidth_Grid4", kGridWidths45},
+        {"get_ColWidth_Grid5", kGridWidths45},
+        {"Grid1_Check1", "0"},
+        {"Grid2_Check1", "0"},
+        {"Grid4_Check1", "0"},
         {"Grid5_Check1", "0"},
         // No key: the tick lives until the program ends.
         {"Check13", "1"},
         // Environment values that win over the environment defaults on a first start.
-        {"No_QSL_moji", "N"},    {"No_QSL_moji_set_flag", "2"}, {"inet_flag", "NO"},
+        {"No_QSL_moji", "N"},
+        {"No_QSL_moji_set_flag", "2"},
+        {"inet_flag", "NO"},
     };
     for (const auto& [key, value] : defaults) {
         o.set(key, value);

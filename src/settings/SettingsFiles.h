@@ -3,6 +3,7 @@
 #include "settings/Options.h"
 
 #include <filesystem>
+#include <functional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -94,6 +95,13 @@ public:
 
     /// The files whose writing failed since the last call, in order.
     std::vector<std::filesystem::path> takeWriteFailures();
+    /// Called at each failed write, as it happens, besides the record above.
+    void setWriteFailureHandler(std::function<void(const std::filesystem::path&)> handler)
+    {
+        m_onWriteFailure = std::move(handler);
+    }
+    /// Records a failed write of a settings file made outside these writers (a migration).
+    void noteWriteFailure(std::filesystem::path file);
 
     /// Which file holds a key, by its bare name ("Vornhale_new.ini", "Vornhale_cfg.ini",
     /// "Vornhale_fdt.ini", "Vornhale_Zone_moji.ini"); empty for a name that no settings file
@@ -124,6 +132,7 @@ private:
     std::filesystem::path m_provFolder;
     std::filesystem::path m_dxccPath;
     std::vector<std::filesystem::path> m_writeFailures;
+    std::function<void(const std::filesystem::path&)> m_onWriteFailure;
     std::string m_today;
     std::filesystem::path m_driveRoot;
 };

@@ -2,9 +2,8 @@
 #include "settings/SettingsFiles.h"
 #include "support/TestSupport.h"
 
-#include <gtest/gtest.h>
-
 #include <filesystem>
+#include <gtest/gtest.h>
 
 using namespace vornhale;
 using settings::Options;
@@ -74,7 +73,8 @@ TEST(SettingsFiles, TheSearchLabelIsWrittenToItsSectionButReadFromTheOptionSecti
     Folder f;
     f.options.set("mng_search_url", "Dalmuir");
     f.files.ini_write_new();
-    EXPECT_EQ(ProfileFile(f.dir / "Vornhale_new.ini").read("sSetKnName", "mng_search_url"), "Dalmuir");
+    EXPECT_EQ(ProfileFile(f.dir / "Vornhale_new.ini").read("sSetKnName", "mng_search_url"),
+              "Dalmuir");
     f.files.ini_read_new();
     EXPECT_EQ(f.options.value("mng_search_url"), "");
 }
@@ -103,8 +103,9 @@ TEST(SettingsFiles, TheModeTableIsReadFromTheEnvironmentSection)
     // A file that carries the keys in the environment section gives them back.
     test::writeBytes(f.dir / "Vornhale_cfg.ini", "[Vornhale_cfg.ini]\r\nversion=5.44\r\n");
     f.files.ini_read_cfg();
-    test::writeBytes(f.dir / "Vornhale_new.ini",
-                     "[Vornhale_new.ini]\r\nmode_1_0_txt=A\r\n[Vornhale_cfg.ini]\r\nmode_1_0_txt=RTTY\r\n");
+    test::writeBytes(
+        f.dir / "Vornhale_new.ini",
+        "[Vornhale_new.ini]\r\nmode_1_0_txt=A\r\n[Vornhale_cfg.ini]\r\nmode_1_0_txt=RTTY\r\n");
     f.files.ini_read_new();
     EXPECT_EQ(f.options.value("mode_1_0_txt"), "RTTY");
 }
@@ -161,7 +162,8 @@ TEST(SettingsFiles, SmallIntegersReadAsNumbers)
 TEST(SettingsFiles, GarbageAndOtherEncodingsNeverStopARead)
 {
     Folder f;
-    std::string garbage = std::string(1, '\0') + "\xff\xfe[Vornhale_new.ini\r\n=\r\n==\r\nCheck06=1\r\n\x81\r\n";
+    std::string garbage =
+        std::string(1, '\0') + "\xff\xfe[Vornhale_new.ini\r\n=\r\n==\r\nCheck06=1\r\n\x81\r\n";
     garbage += std::string(100000, '\x82');
     test::writeBytes(f.dir / "Vornhale_new.ini", garbage);
     f.files.ini_read_new();

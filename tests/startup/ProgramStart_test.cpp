@@ -4,9 +4,8 @@
 #include "support/TestSupport.h"
 #include "text/Chars.h"
 
-#include <gtest/gtest.h>
-
 #include <filesystem>
+#include <gtest/gtest.h>
 #include <memory>
 
 using namespace vornhale;
@@ -75,10 +74,16 @@ TEST(ProgramStart, AFirstStartWritesTheDefaultSettingsAndOpensTheEnvironmentFirs
     EXPECT_FALSE(fs::exists(s.file("Vornhale_cfg.ini")));
     EXPECT_FALSE(fs::exists(s.file("Vornhale_fdt.ini")));
     EXPECT_TRUE(fs::is_directory(s.folder.Henkan_Result));
-    EXPECT_EQ(test::compareGolden(golden("first_start/Vornhale_new.ini"), s.portable("Vornhale_new.ini")), "");
-    EXPECT_EQ(test::compareGolden(golden("first_start/Vornhale_posi.ini"), s.portable("Vornhale_posi.ini")), "");
+    EXPECT_EQ(
+        test::compareGolden(golden("first_start/Vornhale_new.ini"), s.portable("Vornhale_new.ini")),
+        "");
+    EXPECT_EQ(test::compareGolden(golden("first_start/Vornhale_posi.ini"),
+                                  s.portable("Vornhale_posi.ini")),
+              "");
     s.files->ini_write_cfg();
-    EXPECT_EQ(test::compareGolden(golden("first_start/Vornhale_cfg.ini"), s.portable("Vornhale_cfg.ini")), "");
+    EXPECT_EQ(
+        test::compareGolden(golden("first_start/Vornhale_cfg.ini"), s.portable("Vornhale_cfg.ini")),
+        "");
 }
 
 TEST(ProgramStart, ALaterStartWithEveryFolderSetGoesStraightToTheMainWindow)
@@ -128,7 +133,8 @@ TEST(ProgramStart, SettingsOlderThan527CountAsAnUpgradeAndLoseTheirPositions)
     fs::create_directories(s.folder.strPath);
     test::writeBytes(s.file("Vornhale_cfg.ini"),
                      "[Vornhale_cfg.ini]\r\nversion=5.20\r\nzlog_dat_dir=/z/\r\n");
-    test::writeBytes(s.file("Vornhale_new.ini"), "[Vornhale_new.ini]\r\nversion=5.20\r\nrestart=restart\r\nCheck06=1\r\n");
+    test::writeBytes(s.file("Vornhale_new.ini"),
+                     "[Vornhale_new.ini]\r\nversion=5.20\r\nrestart=restart\r\nCheck06=1\r\n");
     test::writeBytes(s.file("Vornhale_fdt.ini"), "[Vornhale_fdt.ini]\r\nversion=5.20\r\n");
     test::writeBytes(s.file("Vornhale_posi.ini"), "[Position_Vornhale]\r\nLeft=100\r\n");
     const auto d = s.main();
@@ -182,8 +188,10 @@ TEST(ProgramStart, DatesOfTheOldFormMoveIntoTheirOwnFile)
                      "mng_z_full_txt_dir_FileDateTime=2021/02/03 04:05:06\r\n");
     s.main();
     const ProfileFile fdt(s.file("Vornhale_fdt.ini"));
-    EXPECT_EQ(fdt.read("Sansyou_files QSO", "hamlog_hdb_dir_FileDateTime_QSO"), "2020/01/02 03:04:05");
-    EXPECT_EQ(fdt.read("Sansyou_files_MNG", "mng_z_full_txt_dir_FileDateTime"), "2021/02/03 04:05:06");
+    EXPECT_EQ(fdt.read("Sansyou_files QSO", "hamlog_hdb_dir_FileDateTime_QSO"),
+              "2020/01/02 03:04:05");
+    EXPECT_EQ(fdt.read("Sansyou_files_MNG", "mng_z_full_txt_dir_FileDateTime"),
+              "2021/02/03 04:05:06");
     const std::string rewritten = test::readBytes(s.file("Vornhale_new.ini"));
     EXPECT_EQ(rewritten.find("Sansyou_files]"), std::string::npos);
     EXPECT_EQ(rewritten.find("FileDateTime="), std::string::npos);
@@ -200,7 +208,8 @@ TEST(ProgramStart, SettingsBelow325LoseTheirOldDateLines)
     const std::string old = "[Vornhale_new.ini]\r\nversion=3.10\r\nCheck06=1\r\n[Sansyou_files]\r\n"
                             "hamlog_hdb_dir_FileDateTime=x\r\nkeep=1\r\n";
     test::writeBytes(s.file("Vornhale_new.ini"), old);
-    test::writeBytes(s.file("Vornhale.ini"), "[Vornhale.ini]\r\nmng_z_full_txt_dir_FileDateTime=y\r\nCheck06=1\r\n");
+    test::writeBytes(s.file("Vornhale.ini"),
+                     "[Vornhale.ini]\r\nmng_z_full_txt_dir_FileDateTime=y\r\nCheck06=1\r\n");
     s.main();
     EXPECT_EQ(test::readBytes(s.file("Vornhale_new.ini")).find("FileDateTime="), std::string::npos);
     EXPECT_EQ(test::readBytes(s.file("Vornhale.ini")), "[Vornhale.ini]\r\nCheck06=1\r\n");
@@ -215,7 +224,8 @@ TEST(ProgramStart, TheAbandonedFileIsDeletedAndTheZoneMarkIsRead)
     Start s;
     fs::create_directories(s.folder.strPath);
     test::writeBytes(s.file("Vornhale.ini2"), "old");
-    test::writeSjisLines(s.file("Vornhale_Zone_moji.ini"), {"[Zone_moji]", "Zone_moji_save=ゾーン"});
+    test::writeSjisLines(s.file("Vornhale_Zone_moji.ini"),
+                         {"[Zone_moji]", "Zone_moji_save=ゾーン"});
     s.main();
     EXPECT_FALSE(fs::exists(s.file("Vornhale.ini2")));
     EXPECT_EQ(s.options.value("Zone_moji_save"), "ゾーン");
@@ -317,7 +327,9 @@ TEST(ProgramStart, MissingZlogDataFilesAreListedInOneDialog)
     EXPECT_EQ(missing, (std::vector<std::string>{"cty.dat", "arrl10.dat"}));
     ASSERT_EQ(s.dialogs.shown.size(), 1u);
     EXPECT_EQ(s.dialogs.shown[0].title, "　　下記の必要なファイルがありません！");
-    EXPECT_EQ(s.dialogs.shown[0].text.rfind("cty ．dat が有りません。\narrl10 ．dat が有りません。\n", 0), 0u);
+    EXPECT_EQ(
+        s.dialogs.shown[0].text.rfind("cty ．dat が有りません。\narrl10 ．dat が有りません。\n", 0),
+        0u);
 }
 
 TEST(ProgramStart, TheEndDateFollowsTheClockOnlyWithTheSystemDateFlag)

@@ -54,8 +54,9 @@ std::string crLfText(const std::vector<std::string>& lines)
 
 // The nine folder and file settings whose emptiness keeps the environment settings first.
 constexpr const char* kFolderSettings[] = {
-    "zlog_dat_dir", "name_mas_dir", "mng_z_full_txt_dir", "hamlog_hdb_dir", "hamlog_hdb_2_dir",
-    "zlo_dir",      "all_dir",      "log_dir",            "Prov_mas_dat_dir",
+    "zlog_dat_dir",   "name_mas_dir",     "mng_z_full_txt_dir",
+    "hamlog_hdb_dir", "hamlog_hdb_2_dir", "zlo_dir",
+    "all_dir",        "log_dir",          "Prov_mas_dat_dir",
 };
 
 } // namespace
@@ -98,15 +99,19 @@ StartDecision ProgramStart::Main(const fs::path& seedFrom)
     fs::create_directories(m_folder.Henkan_Result, ec);
 
     m_trace.line("strPath : " + m_folder.strPath.string());
-    // A new program folder gets the sample files that come with the program before any
-    // setting or required file is looked at.
-    for (const fs::path& seeded : seedProgramFolder(m_folder.strPath, seedFrom)) {
+    // A new program folder (one that has no settings yet) gets the sample files that come
+    // with the program before any setting or required file is looked at. Later a missing
+    // file is the operator's to restore, as the required-file dialogs tell.
+    const bool newFolder =
+        !m_files.exists("Vornhale_cfg.ini") && !m_files.exists("Vornhale_new.ini");
+    for (const fs::path& seeded :
+         newFolder ? seedProgramFolder(m_folder.strPath, seedFrom) : std::vector<fs::path>()) {
         m_trace.line("     seed : " + seeded.string());
     }
     // The prefix list comes from the system's own copy, kept current by its package.
     const fs::path systemCty = systemCtyDat();
     std::error_code ec2;
-    if (!systemCty.empty() && !fs::exists(m_folder.strPath / "cty.dat", ec2) &&
+    if (newFolder && !systemCty.empty() && !fs::exists(m_folder.strPath / "cty.dat", ec2) &&
         fs::copy_file(systemCty, m_folder.strPath / "cty.dat", ec2)) {
         m_trace.line("     seed : " + systemCty.string());
     }
@@ -179,7 +184,7 @@ StartDecision ProgramStart::startSettings()
 
 void ProgramStart::Check_ver()
 {
-    settings::Options& o = m_files.options();
+
     if (!m_files.exists("Vornhale_cfg.ini")) {
         // First start.
         m_files.make_Vornhale_cfg_ini();
@@ -210,36 +215,7 @@ void ProgramStart::Check_ver()
             // The stored dates are still inside the option file, in their old form.
             m_files.ini_read_new();
             m_files.clearRestartMarker();
-            const fs::path file = m_files.file("Vornhale_new.ini");
-            const fs::path scratch = m_files.file("Vornhale_new.ini_2");
-            std::vector<std::string> kept;
-            for (const std::string& line : text::readLines(file)) {
-                const auto history = line.find("hamlog_hdb_dir_FileDateTime=");
-                const auto manager = line.find("mng_z_full_txt_dir_FileDateTime=");
-                if (text::instr(line, "[Sansyou_files]") > 0) {
-                    continue;
-                }
-                if (history != std::string::npos) {
-                    o.set("hamlog_hdb_dir_FileDateTime_QSO",
-                          line.substr(history + std::strlen("hamlog_hdb_dir_FileDateTime=")));
-                    continue;
-                }
-                if (manager != std::string::npos) {
-                    o.set("mng_z_full_txt_dir_FileDateTime",
-                          line.substr(manager + std::strlen("mng_z_full_txt_dir_FileDateTime=")));
-                    continue;
-                }
-                if (text::instr(line, "version=") > 0) {
-                    kept.push_back("version=" + std::string(settings::kProgramVersion));
-                    continue;
-                }
-                kept.push_back(line);
-            }
-            text::writeFileSjis(scratch, crLfText(kept));
-            m_files.ini_write_fdt();
-            std::error_code ec;
-            fs::copy_file(scratch, file, fs::copy_options::overwrite_existing, ec);
-            removeIfExists(scratch);
+            moveOldDates();
         }
     }
     if (m_files.lastVersion().empty()) {
@@ -247,21 +223,66 @@ void ProgramStart::Check_ver()
     }
 }
 
+void ProgramStart::moveOldDates()
+{
+    settings::Options& o = m_files.options();
+    try {
+        const fs::path file = m_files.file("Vornhale_new.ini");
+        const fs::path scratch = m_files.file("Vornhale_new.ini_2");
+        std::vector<std::string> kept;
+        for (const std::string& line : text::readLines(file)) {
+            const auto history = line.find("hamlog_hdb_dir_FileDateTime=");
+            const auto manager = line.find("mng_z_full_txt_dir_FileDateTime=");
+            if (text::instr(line, "[Sansyou_files]") > 0) {
+                continue;
+            }
+            if (history != std::string::npos) {
+                o.set("hamlog_hdb_dir_FileDateTime_QSO",
+                      line.substr(history + std::strlen("hamlog_hdb_dir_FileDateTime=")));
+                continue;
+            }
+            if (manager != std::string::npos) {
+                o.set("mng_z_full_txt_dir_FileDateTime",
+                      line.substr(manager + std::strlen("mng_z_full_txt_dir_FileDateTime=")));
+                continue;
+            }
+            if (text::instr(line, "version=") > 0) {
+                kept.push_back("version=" + std::string(settings::kProgramVersion));
+                continue;
+            }
+            kept.push_back(line);
+        }
+        text::writeFileSjis(scratch, crLfText(kept));
+        m_files.ini_write_fdt();
+        std::error_code ec;
+        fs::copy_file(scratch, file, fs::copy_options::overwrite_existing, ec);
+        removeIfExists(scratch);
+    } catch (const std::exception&) {
+        // An option file that cannot be read or rewritten keeps its old lines.
+        m_files.noteWriteFailure(m_files.file("Vornhale_new.ini"));
+    }
+}
+
 void ProgramStart::rewriteWithoutOldDates(std::string_view name)
 {
     const fs::path file = m_files.file(name);
     const fs::path scratch = m_files.file(std::string(name) + "_2");
-    std::vector<std::string> kept;
-    for (const std::string& line : text::readLines(file)) {
-        if (text::instr(line, "[Sansyou_files]") > 0 || text::instr(line, "_FileDateTime=") > 0) {
-            continue;
+    try {
+        std::vector<std::string> kept;
+        for (const std::string& line : text::readLines(file)) {
+            if (text::instr(line, "[Sansyou_files]") > 0 ||
+                text::instr(line, "_FileDateTime=") > 0) {
+                continue;
+            }
+            kept.push_back(line);
         }
-        kept.push_back(line);
+        text::writeFileSjis(scratch, crLfText(kept));
+        std::error_code ec;
+        fs::copy_file(scratch, file, fs::copy_options::overwrite_existing, ec);
+        removeIfExists(scratch);
+    } catch (const std::exception&) {
+        m_files.noteWriteFailure(file);
     }
-    text::writeFileSjis(scratch, crLfText(kept));
-    std::error_code ec;
-    fs::copy_file(scratch, file, fs::copy_options::overwrite_existing, ec);
-    removeIfExists(scratch);
 }
 
 bool ProgramStart::requiredFile(const fs::path& folder, std::string_view name,
@@ -340,9 +361,10 @@ bool ProgramStart::file_Chk_con_name()
         const std::string line1 = "[  " + std::string(name) + "  ]  がありません。";
         const std::string line2 = folderText + "　に ｃｏｐｙ して下さい。";
         m_trace.line(line1);
-        m_dialogs.message("　　エラー　：　必要ファイルがありません。",
-                          joinLines({line1, line2, "必要なら所在を［ 環境設定 ］にて変更して下さい。"}),
-                          app::Dialogs::Icon::Stop);
+        m_dialogs.message(
+            "　　エラー　：　必要ファイルがありません。",
+            joinLines({line1, line2, "必要なら所在を［ 環境設定 ］にて変更して下さい。"}),
+            app::Dialogs::Icon::Stop);
         return false;
     }
     return true;
@@ -353,10 +375,9 @@ std::vector<std::string> ProgramStart::get_need_files1()
     const fs::path folder = m_files.options().value("zlog_dat_dir");
     std::vector<std::string> missing;
     std::vector<std::string_view> lines;
-    for (const auto& [name, line] :
-         {std::pair{"cty.dat", "cty ．dat が有りません。"},
-          std::pair{"ardx.dat", "ardx ．dat が有りません。"},
-          std::pair{"arrl10.dat", "arrl10 ．dat が有りません。"}}) {
+    for (const auto& [name, line] : {std::pair{"cty.dat", "cty ．dat が有りません。"},
+                                     std::pair{"ardx.dat", "ardx ．dat が有りません。"},
+                                     std::pair{"arrl10.dat", "arrl10 ．dat が有りません。"}}) {
         if (app::findFileNoCase(folder, name).empty()) {
             missing.push_back(name);
             lines.push_back(line);
@@ -366,12 +387,11 @@ std::vector<std::string> ProgramStart::get_need_files1()
         return missing;
     }
     // The download itself is offered by the window; here the operator learns what to fetch.
-    lines.insert(lines.end(),
-                 {"後で自分で入手してから必要フォルダにコピー下さい。",
-                  "常時接続しているインターネット環境があるようでしたら",
-                  "Ｖｏｒｎｈａｌｅ．ｅｘｅを再起動して、「環境設定」画面にて",
-                  "「ＭＮＧ検索する為の常時接続しているインターネット環境がある」を",
-                  "クリックしてレ点を付けて下さい。"});
+    lines.insert(lines.end(), {"後で自分で入手してから必要フォルダにコピー下さい。",
+                               "常時接続しているインターネット環境があるようでしたら",
+                               "Ｖｏｒｎｈａｌｅ．ｅｘｅを再起動して、「環境設定」画面にて",
+                               "「ＭＮＧ検索する為の常時接続しているインターネット環境がある」を",
+                               "クリックしてレ点を付けて下さい。"});
     m_dialogs.message("　　下記の必要なファイルがありません！", joinLines(lines),
                       app::Dialogs::Icon::Exclamation);
     return missing;
@@ -394,7 +414,8 @@ void ProgramStart::End_Shori(bool deleteWorkingFiles)
         if (!zlogFolder.empty()) {
             app::deleteByMask(zlogFolder, "ardx_dat.*");
         }
-        for (const char* mask : {"dx_mast?.*", "dxcc_?.txt", "dxcc_mas.hdx", "*.dx?", "rtcl_tmp.txt"}) {
+        for (const char* mask :
+             {"dx_mast?.*", "dxcc_?.txt", "dxcc_mas.hdx", "*.dx?", "rtcl_tmp.txt"}) {
             app::deleteByMask(m_folder.drive_path, mask);
         }
     } catch (const std::exception&) {
@@ -456,9 +477,9 @@ void tmp_file_Del(const app::ProgramFolder& folder, app::Trace& trace,
     trace.line("     strpath : " + folder.strPath.string());
     auto traced = [&](const fs::path& p) { trace.line("     " + p.string()); };
     if (deleteFiles) {
-        for (const char* mask : {"temp_s.csv", "temp_d.csv", "semp_s.csv", "semp_d.csv",
-                                 "uemp_s.csv", "uemp_d.csv", "bak_?.txt", "bak_??.txt",
-                                 "zlog_?.txt", "*.hdx"}) {
+        for (const char* mask :
+             {"temp_s.csv", "temp_d.csv", "semp_s.csv", "semp_d.csv", "uemp_s.csv", "uemp_d.csv",
+              "bak_?.txt", "bak_??.txt", "zlog_?.txt", "*.hdx"}) {
             app::deleteByMask(folder.drive_path, mask, traced);
         }
         app::deleteByMask(folder.Temp_Files, "*.hdx", traced);
@@ -480,7 +501,6 @@ void tmp_file_Del(const app::ProgramFolder& folder, app::Trace& trace,
     }
     o.set("exe_rec", std::to_string(runs));
     files->ini_write_new();
-    traceWriteFailures(*files, trace);
 }
 
 std::vector<fs::path> traceWriteFailures(settings::SettingsFiles& files, app::Trace& trace)

@@ -78,6 +78,7 @@ public:
 private:
     void traceSettingsFiles();
     void rewriteWithoutOldDates(std::string_view name);
+    void moveOldDates();
     bool requiredFile(const std::filesystem::path& folderValue, std::string_view name,
                       std::string_view title, const std::vector<std::string_view>& text);
 
