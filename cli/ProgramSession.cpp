@@ -34,7 +34,9 @@ settings::OptionModel& ProgramSession::loadMainWindow()
     facts.strPath = m_folder.strPath;
     facts.drive_path = m_folder.drive_path;
     facts.dialogs = &m_dialogs;
-    m_model = std::make_unique<settings::OptionModel>(m_stored, m_files.get(), std::move(facts));
+    m_layout = std::make_unique<settings::LayoutModel>(m_stored, m_files.get());
+    m_model = std::make_unique<settings::OptionModel>(m_stored, m_files.get(), std::move(facts),
+                                                      m_layout.get());
     m_model->Form_Load();
     return *m_model;
 }

@@ -4,6 +4,7 @@
 #include "app/ProgramFolder.h"
 #include "app/Trace.h"
 #include "app/startup/ProgramStart.h"
+#include "settings/LayoutModel.h"
 #include "settings/OptionModel.h"
 #include "settings/Options.h"
 #include "settings/SettingsFiles.h"
@@ -50,6 +51,7 @@ private:
     std::unique_ptr<settings::SettingsFiles> m_files;
     std::unique_ptr<startup::ProgramStart> m_start;
     startup::StartDecision m_decision;
+    std::unique_ptr<settings::LayoutModel> m_layout;
     std::unique_ptr<settings::OptionModel> m_model;
 };
 

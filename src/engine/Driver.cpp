@@ -10,6 +10,7 @@
 #include "engine/ResultGrid.h"
 #include "engine/WorkingFiles.h"
 #include "readers/ZlogTextReader.h"
+#include "settings/RemarkHistory.h"
 #include "text/Chars.h"
 #include "text/LineFile.h"
 
@@ -168,6 +169,12 @@ void cmd_henkan(RunContext& ctx, const RemarkLayout& layout)
         }
     }
     run.written_count = 0;
+    // The comments of this run join their histories, kept with the program's settings.
+    if (ctx.settings != nullptr) {
+        settings::RemarkHistory::save_rmks2(ctx.folder.strPath, ctx.options.value("txtRmks1"),
+                                            ctx.options.value("txtRmks2"), false, ctx.dialogs,
+                                            &ctx.trace);
+    }
 }
 
 void cmdStart_Click(RunContext& ctx)

@@ -112,6 +112,19 @@ void LayoutModel::setCell(int row, std::size_t index, std::string caption)
     m_cells[r][index] = std::move(caption);
 }
 
+void LayoutModel::refreshCellColours()
+{
+    lblRmks1_use_name_Check();
+    lblRmks2_use_name_Check();
+}
+
+void LayoutModel::markCellRed(int row, int index)
+{
+    if ((row == 1 || row == 2) && index >= 0 && static_cast<std::size_t>(index) < kCells) {
+        m_red[rowIndex(row)][static_cast<std::size_t>(index)] = true;
+    }
+}
+
 bool LayoutModel::highlighted(std::size_t item) const
 {
     if (item + 1 >= kItems) {

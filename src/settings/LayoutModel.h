@@ -1,5 +1,6 @@
 #pragma once
 
+#include "settings/LayoutHooks.h"
 #include "settings/Options.h"
 
 #include <array>
@@ -25,7 +26,7 @@ class SettingsFiles;
 ///
 /// Nothing here throws on odd keys: a key with too few entries leaves the cells behind them
 /// empty, entries past the twelfth are ignored.
-class LayoutModel
+class LayoutModel : public LayoutHooks
 {
 public:
     static constexpr std::size_t kItems = 14;
@@ -107,7 +108,13 @@ public:
     /// `Disp_Rmks_cfg_bas`: an empty `Rmks1_cfg_len` becomes twelve zeros; each row's cells
     /// take the trimmed captions of its key, each trimmed width goes to the slot of its item;
     /// then the use checks run.
-    void Disp_Rmks_cfg_bas();
+    void Disp_Rmks_cfg_bas() override;
+
+    /// The colour refresh of the option rules: the use checks run again.
+    void refreshCellColours() override;
+    /// The "州名" clash found by the option rules: the cell is shown red.
+    void markCellRed(int row, int index) override;
+    bool rowSorted(int row) const override { return sorted(row); }
 
     /// `lblRmks1_flag_Clear`, `lblRmks2_flag_Clear`: zero a row's use flags.
     void lblRmks1_flag_Clear();
@@ -147,7 +154,7 @@ public:
     /// `Set_Rmks_Len`: an empty `Rmks1_cfg`, `Rmks2_cfg` or `Rmks1_cfg_len` resets all four
     /// keys to the default layout with zero widths; then the per-cell tables take the trimmed
     /// entries of the keys.
-    void Set_Rmks_Len();
+    void Set_Rmks_Len() override;
     /// The same reset, with "6,0,0,…" as the first widths; then the width of `dragCaption`:
     /// the first cell of row 1, then row 2, holding it gives the position in that row's
     /// widths key. The width found becomes the last width looked up and is returned; "" when

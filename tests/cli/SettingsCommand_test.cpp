@@ -3,6 +3,7 @@
 #include "settings/ProfileFile.h"
 #include "support/TestSupport.h"
 
+#include <algorithm>
 #include <filesystem>
 #include <gtest/gtest.h>
 
@@ -149,4 +150,16 @@ TEST(ConvertSettings, AConversionGoesOnWhenTheSettingsCannotBeWritten)
     EXPECT_EQ(cli.convert(""), 0) << cli.output;
     EXPECT_NE(cli.output.find("設定ファイルに書き込みできません"), std::string::npos);
     EXPECT_TRUE(fs::exists(cli.dir / "TEST_hn.csv"));
+}
+
+TEST(ConvertSettings, TheCommentsOfARunJoinTheirHistories)
+{
+    Cli cli;
+    ASSERT_EQ(cli.convert("--set 'txtRmks1=TNX FB QSO' --set txtRmks2=CQ"), 0) << cli.output;
+    const auto rmk1 = test::readSjisLines(cli.home / "Vornhale.rmk1");
+    const auto rmk2 = test::readSjisLines(cli.home / "Vornhale.rmk2");
+    EXPECT_NE(std::find(rmk1.begin(), rmk1.end(), "TNX FB QSO"), rmk1.end());
+    EXPECT_NE(std::find(rmk2.begin(), rmk2.end(), "CQ"), rmk2.end());
+    // Each comment stands once, whatever the bundled history held.
+    EXPECT_EQ(std::count(rmk1.begin(), rmk1.end(), "TNX FB QSO"), 1);
 }

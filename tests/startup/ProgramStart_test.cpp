@@ -367,6 +367,9 @@ TEST(ProgramStart, TheOrderlyEndStoresTheWorkingCopyAndClearsScratchFiles)
     Start s;
     s.main();
     s.options.set("Check06", "1");
+    s.options.set("txtRmks1", "TNX QSO");
+    test::writeSjisLines(s.file("Vornhale.rmk1"), {"Vornhale.rmk1  for Vornhale.exe  ver 5.44"});
+    test::writeSjisLines(s.file("Vornhale.rmk2"), {"Vornhale.rmk2  for Vornhale.exe  ver 5.44"});
     test::writeBytes(s.file("Vornhale.001"), "x");
     fs::create_directories(s.folder.drive_path);
     test::writeBytes(s.folder.drive_path / "dxcc_1.txt", "x");
@@ -375,6 +378,19 @@ TEST(ProgramStart, TheOrderlyEndStoresTheWorkingCopyAndClearsScratchFiles)
     EXPECT_EQ(ProfileFile(s.file("Vornhale_new.ini")).read("Vornhale_new.ini", "Check06"), "1");
     EXPECT_FALSE(fs::exists(s.file("Vornhale.001")));
     EXPECT_FALSE(fs::exists(s.folder.drive_path / "dxcc_1.txt"));
+    EXPECT_EQ(test::readSjisLines(s.file("Vornhale.rmk1")),
+              (std::vector<std::string>{"Vornhale.rmk1  for Vornhale.exe  ver 5.44", "TNX QSO"}));
+}
+
+TEST(ProgramStart, AnOrderlyEndWithoutTheCommentHistoriesTellsTheOperatorAndStillStores)
+{
+    Start s;
+    s.main();
+    s.options.set("Check06", "1");
+    s.start->End_Shori();
+    ASSERT_EQ(s.dialogs.shown.size(), 1u);
+    EXPECT_EQ(s.dialogs.shown[0].text.rfind("Vornhale.rmk1 がありません", 0), 0u);
+    EXPECT_EQ(ProfileFile(s.file("Vornhale.ini")).read("Vornhale.ini", "Check06"), "1");
 }
 
 TEST(ProgramStart, AProgramFolderWhoseFilesCannotBeWrittenStillStarts)

@@ -2,6 +2,7 @@
 
 #include "app/FileMask.h"
 #include "settings/Options.h"
+#include "settings/RemarkHistory.h"
 #include "settings/WindowPositions.h"
 #include "text/Chars.h"
 #include "text/LineFile.h"
@@ -403,6 +404,9 @@ void ProgramStart::End_Shori(bool deleteWorkingFiles)
     m_files.ini_write_old();
     m_trace.line("Public Sub End_Shori()");
     try {
+        const settings::Options& o = m_files.options();
+        settings::RemarkHistory::save_rmks2(m_folder.strPath, o.value("txtRmks1"),
+                                            o.value("txtRmks2"), false, m_dialogs, &m_trace);
         tmp_file_Del(m_folder, m_trace, &m_files, m_dialogs, deleteWorkingFiles);
         if (!deleteWorkingFiles) {
             return;
