@@ -62,9 +62,9 @@ constexpr OptionEntry kEntries[] = {
      "", kTabInput},
     {"txtRmks2", -1, K::Text, "", " Rmks2 のｺﾒﾝﾄ", "Rmks2 に転記する ｺﾒﾝﾄ を指定する", D::Value, "",
      "", kTabInput},
-    {"Check21", -1, K::Tick, "変換結果保存", "", "", D::Value, "0", "Check21", kTabInput},
 
     // Tab "Sort/Zone"
+    {"Check21", -1, K::Tick, "変換結果保存", "", "", D::Value, "0", "Check21", kTabSort},
     {"Option02", 0, K::GroupMember, "Call > Band > Mode > Date > Time", kFrameOption02,
      kTipOption02, D::Value, "0", "Option02", kTabSort},
     {"Option02", 1, K::GroupMember, "Call > Date > Time > Band > Mode", kFrameOption02,
