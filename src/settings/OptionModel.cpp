@@ -1,5 +1,7 @@
 #include "settings/OptionModel.h"
 
+#include "settings/PeriodModel.h"
+
 #include "settings/SettingsFiles.h"
 #include "text/Chars.h"
 #include "text/Utf8.h"
@@ -52,17 +54,6 @@ bool hasSeparator(std::string_view path)
 bool isStartTabTick(std::string_view name)
 {
     return name == "Check7" || name == "Check8" || name == "Check11";
-}
-
-std::string withoutSeparators(std::string_view date)
-{
-    std::string out;
-    for (char c : date) {
-        if (c != '/' && c != '-') {
-            out += c;
-        }
-    }
-    return out;
 }
 
 // Folders compare as normal paths, a trailing separator or none.
@@ -1181,15 +1172,10 @@ void OptionModel::buildPeriodAndTitle()
 {
     const std::string& start = m_options.value("Start_date");
     const std::string& end = m_options.value("End_date");
-    setToolTip("cmdDate", "Start Date : " + start + " ，End Date : " + end);
-    auto ymd = [](std::string_view date, const char* tail) {
-        const std::string d = withoutSeparators(date);
-        return text::mid(d, 1, 4) + " 年 " + text::mid(d, 5, 2) + " 月 " + text::mid(d, 7, 2) +
-               tail;
-    };
-    const std::string period = ymd(start, " 日　～  ") + ymd(end, " 日");
+    setToolTip("cmdDate", periodToolTip(start, end));
+    const std::string period = periodText(start, end);
     setCaption("periodText", period);
-    m_title = "  Vornhale  " + std::string(kProgramVersion) + period + "     @Tolmer";
+    m_title = mainWindowTitle(kProgramVersion, period);
     setCaption("Vornhale", m_title);
 }
 

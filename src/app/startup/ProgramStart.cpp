@@ -2,6 +2,7 @@
 
 #include "app/FileMask.h"
 #include "settings/Options.h"
+#include "settings/PeriodModel.h"
 #include "settings/RemarkHistory.h"
 #include "settings/WindowPositions.h"
 #include "text/Chars.h"
@@ -328,14 +329,17 @@ bool ProgramStart::Main2_bas_1()
 
 void ProgramStart::start_Get_Date()
 {
-    if (text::val(m_files.options().value("use_system_date_flag")) == 1) {
-        m_files.options().set("End_date", m_files.today());
-    }
+    const std::string today = m_files.today();
+    const settings::CalendarDate date{static_cast<int>(text::val(today.substr(0, 4))),
+                                      static_cast<int>(text::val(today.substr(4, 2))),
+                                      static_cast<int>(text::val(today.substr(6, 2)))};
+    settings::start_Get_Date(m_files.options(), date, settings::kProgramVersion);
 }
 
 bool ProgramStart::Main2_bas_2()
 {
     m_trace.line("Public Sub Main2_bas_2()");
+    m_files.ini_read_new();
     start_Get_Date();
     if (!file_Chk_con_name()) {
         return false;
@@ -373,6 +377,7 @@ bool ProgramStart::file_Chk_con_name()
 
 std::vector<std::string> ProgramStart::get_need_files1()
 {
+    m_files.ini_write_cfg();
     const fs::path folder = m_files.options().value("zlog_dat_dir");
     std::vector<std::string> missing;
     std::vector<std::string_view> lines;
