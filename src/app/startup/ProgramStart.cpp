@@ -112,9 +112,8 @@ StartDecision ProgramStart::Main(const fs::path& seedFrom)
     }
     // The prefix list comes from the system's own copy, kept current by its package.
     const fs::path systemCty = systemCtyDat();
-    std::error_code ec2;
-    if (newFolder && !systemCty.empty() && !fs::exists(m_folder.strPath / "cty.dat", ec2) &&
-        fs::copy_file(systemCty, m_folder.strPath / "cty.dat", ec2)) {
+    if (newFolder && !systemCty.empty() && !fs::exists(m_folder.strPath / "cty.dat", ec) &&
+        fs::copy_file(systemCty, m_folder.strPath / "cty.dat", ec)) {
         m_trace.line("     seed : " + systemCty.string());
     }
     traceSettingsFiles();
@@ -186,7 +185,6 @@ StartDecision ProgramStart::startSettings()
 
 void ProgramStart::Check_ver()
 {
-
     if (!m_files.exists("Vornhale_cfg.ini")) {
         // First start.
         m_files.make_Vornhale_cfg_ini();
