@@ -1,6 +1,7 @@
 #!/usr/bin/env bash
 # Times vornhale-cli convert on generated zLog .ALL logs of growing size and prints the
-# wall time and the peak memory of each run. Usage: bench/run.sh BUILD_DIR
+# wall time and the peak memory of each run, then times the entity import and lookup.
+# Usage: bench/run.sh BUILD_DIR
 set -euo pipefail
 build=${1:-build}
 cli="$build/cli/vornhale-cli"
@@ -21,3 +22,28 @@ for n in 1000 10000 100000; do
     awk -v n="$n" -v s="$secs" -v kb="$kb" \
         'BEGIN { printf "%-10d %10.2f %12.1f %14.2f\n", n, s, kb / 1024, s * 1e6 / n }'
 done
+
+# The cty.dat import and the entity lookup, apart from the whole run.
+echo
+if [ -f /usr/share/hamradio-files/cty.dat ]; then
+    "$build/bench/EntityBench"
+else
+    echo "EntityBench skipped: /usr/share/hamradio-files/cty.dat is not installed"
+fi
+
+# The history scan of a HAMLOG log of a million QSOs (database and CSV export) into the
+# history master, and the lookups of a 10,000-contact log against that master.
+hist="$build/bench/HistoryBench"
+hwork="$work/history"
+"$hist" generate 1000000 "$hwork" "$calls"
+echo
+printf '%-28s %10s %12s\n' "history (1,000,000 QSOs)" seconds "peak MB"
+for source in Hamlog.hdb export.csv; do
+    /usr/bin/time -f '%M' -o "$hwork/time-$source" "$hist" scan "$hwork/$source" "$hwork/home-$source" > "$hwork/secs-$source"
+    awk -v what="scan of $source" -v s="$(cat "$hwork/secs-$source")" -v kb="$(cat "$hwork/time-$source")" \
+        'BEGIN { printf "%-28s %10.2f %12.1f\n", what, s, kb / 1024 }'
+done
+/usr/bin/time -f '%M' -o "$hwork/time-lookup" "$hist" lookup "$hwork/home-Hamlog.hdb" 10000 "$calls" > "$hwork/lookup"
+read -r load secs hits entries < "$hwork/lookup"
+awk -v l="$load" -v s="$secs" -v kb="$(cat "$hwork/time-lookup")" -v h="$hits" -v e="$entries" \
+    'BEGIN { printf "%-28s %10.3f %12.1f   (load %.3f s, %d calls in the master, %d hits)\n", "lookup of 10,000 contacts", s, kb / 1024, l, e, h }'

@@ -6,11 +6,14 @@
 #include "app/ProgramFolder.h"
 #include "app/Trace.h"
 #include "engine/Driver.h"
+#include "engine/ReferenceData.h"
 #include "engine/ResultGrid.h"
 #include "engine/WorkingFiles.h"
 #include "readers/InputSelection.h"
-#include "reference/EntityLookup.h"
+#include "reference/ProvinceMaster.h"
+#include "settings/OptionModel.h"
 #include "settings/Options.h"
+#include "text/Chars.h"
 
 #include <algorithm>
 #include <iostream>
@@ -27,9 +30,54 @@ const std::string_view kKinds[] = {"all",      "txt", "zlo", "log", "log_v4",
 void removeWorkingFiles(const app::ProgramFolder& folder)
 {
     std::error_code ec;
-    for (const char* name : {engine::working::zlog_1, engine::working::zlog_2}) {
+    // The masters' working copies go too; the next start makes them again.
+    for (const char* name : {engine::working::zlog_1, engine::working::zlog_2, "cty_dat0.txt",
+                             "cty_dat1.txt", "cty_dat3.txt", "ardx_dat.001", "ardx_dat.002"}) {
         fs::remove(folder.drive_path / name, ec);
     }
+}
+
+// The province master of a run with `Check5`: the one given, else the one that the contest
+// named by the input suggests, as the window's open guesses it. Without a master, or with the
+// state item in a layout, the window keeps its start disabled; so does this.
+bool chooseProvinceMaster(engine::RunContext& ctx, const std::string& given,
+                          settings::SettingsFiles& files, engine::ReferenceData& reference)
+{
+    const settings::Options& o = ctx.options;
+    if (!o.tick("Check5")) {
+        return true;
+    }
+    std::string master = given;
+    if (master.empty()) {
+        std::string contest = ctx.run.cont_name;
+        if (const auto fromName = settings::contestOfFileName(ctx.run.in_name); !fromName.empty()) {
+            contest = std::string(fromName);
+        }
+        const fs::path provFolder = files.provinceMasterFolder().empty()
+                                        ? ctx.folder.strPath / "Prov" / ""
+                                        : files.provinceMasterFolder();
+        const auto choice = reference::read_cont_name_zlo(
+            contest, ctx.folder.strPath, provFolder.string(), o.value("Prov_mas_dat_dir"), "");
+        if (choice.Prov_auto_found) {
+            master = choice.mas_dat_name;
+        }
+    }
+    std::error_code ec;
+    if (master.empty() || !fs::is_regular_file(master, ec)) {
+        std::cerr << "Province の Master File の指定をして下さい。"
+                  << (master.empty() ? std::string() : " " + master) << "\n";
+        return false;
+    }
+    for (const char* key : {"Rmks1_cfg", "Rmks2_cfg"}) {
+        for (const auto& cell : text::split(o.value(key), ",")) {
+            if (text::trim(cell) == "州名") {
+                std::cerr << "州名 又は Province のどちらかにして下さい。\n";
+                return false;
+            }
+        }
+    }
+    reference.setProvinceMaster(master);
+    return true;
 }
 
 } // namespace
@@ -78,9 +126,11 @@ int runConvert(const ConvertRequest& request)
     ConsoleDialogs& dialogs = session->dialogs();
     ConsoleObserver observer;
     engine::ProgramState program;
-    reference::NoEntities entities;
-    engine::RunContext ctx{options, folder, *trace, observer, dialogs, program, entities, {}};
+    engine::ReferenceData reference;
+    engine::RunContext ctx{
+        options, folder, *trace, observer, dialogs, program, reference.entities(), {}};
     ctx.settings = &session->files();
+    ctx.lookups = &reference;
 
     try {
         std::error_code ec;
@@ -97,6 +147,9 @@ int runConvert(const ConvertRequest& request)
         if (ctx.run.f_type.empty()) {
             std::cerr << "入力ファイルの種類が判りません。--type で指定して下さい: " << log.string()
                       << "\n";
+            return 1;
+        }
+        if (!chooseProvinceMaster(ctx, request.provinceMaster, session->files(), reference)) {
             return 1;
         }
         engine::cmdStart_Click(ctx);

@@ -14,6 +14,7 @@ struct ConvertRequest
     std::string type;
     std::string year;
     bool keepWork = false;
+    std::string provinceMaster; ///< the province master for `Check5`, chosen by hand
     std::filesystem::path log;
 };
 

@@ -17,6 +17,8 @@ int main(int argc, char** argv)
     conv->add_option("--type", convert.type,
                      "Input kind: all, txt, zlo, log, log_v4, log_v430, cbr, adi, mdb, lg8");
     conv->add_option("--year", convert.year, "Year of a log that carries none (txtYYYY)");
+    conv->add_option("--province-master", convert.provinceMaster,
+                     "Province master (*.mas or zLog *.dat) for Check5; default: guessed from the contest");
     conv->add_flag("--keep-work", convert.keepWork,
                    "Leave the working files in the working folder");
     conv->add_option("LOG", convert.log, "The contest log")->required();

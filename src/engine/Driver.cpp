@@ -6,6 +6,7 @@
 #include "engine/CallSplit.h"
 #include "engine/FinalOutput.h"
 #include "engine/RecordConversion.h"
+#include "engine/RecordLookups.h"
 #include "engine/RemarkLayout.h"
 #include "engine/ResultGrid.h"
 #include "engine/WorkingFiles.h"
@@ -159,6 +160,9 @@ void cmd_henkan(RunContext& ctx, const RemarkLayout& layout)
     }
 
     bak_sep1(ctx);
+    if (layout.use().state && ctx.lookups != nullptr) {
+        ctx.lookups->ensureStateMaster(ctx);
+    }
     henkan_conv(ctx, layout);
 
     if (!run.keep_work) {
@@ -182,6 +186,10 @@ void cmdStart_Click(RunContext& ctx)
     RunState& run = ctx.run;
     ctx.trace.line("Private sub cmdStart_Click()");
     storeSettings(ctx, &settings::SettingsFiles::ini_write_old);
+    if (!ctx.program.masters_ready && ctx.lookups != nullptr) {
+        ctx.lookups->prepareMasters(ctx);
+        ctx.program.masters_ready = true;
+    }
 
     tmp_file_Del(ctx);
     removeIfExists(run.names.out_name_con);

@@ -133,6 +133,7 @@ void Henkan_txt(RunContext& ctx, const RemarkLayout& layout)
     const std::string hamName = std::filesystem::path(run.names.out_name_ham_n).filename().string();
     ctx.observer.status(hamName + "  に変換中", app::Colour::Green);
 
+    look.beforeFirstRecord(ctx);
     const long count = text::Count_lines(ctx.work(working::zlog_2));
     text::RecordReader in(ctx.work(working::zlog_2));
     text::LineWriter sortOut(ctx.work(working::sort_in));

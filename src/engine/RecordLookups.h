@@ -5,6 +5,8 @@
 
 namespace vornhale::engine {
 
+struct RunContext;
+
 /// A row of the QTH master as the record conversion uses it.
 struct QthEntry
 {
@@ -19,6 +21,17 @@ class RecordLookups
 {
 public:
     virtual ~RecordLookups() = default;
+
+    /// The masters of the program, made once before the first conversion of a run of the
+    /// program (and again on request): the entity masters and the state master.
+    virtual void prepareMasters(RunContext& /*ctx*/) {}
+    /// Before the record loop of a conversion: the masters this conversion needs and has not
+    /// yet loaded. May end the program (throws app::Failure) when a master that is switched on
+    /// is missing.
+    virtual void beforeFirstRecord(RunContext& /*ctx*/) {}
+    /// Before the record conversion: the state master, when a layout uses the state item and
+    /// it is not loaded.
+    virtual void ensureStateMaster(RunContext& /*ctx*/) {}
 
     /// The two-character band and mode code of a contact ("0" where nothing fits).
     virtual std::string band_mode_code(std::string_view /*band_or_freq*/, std::string_view /*mode*/)

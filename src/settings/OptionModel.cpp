@@ -560,6 +560,18 @@ void OptionModel::inetFlagRule()
 
 // ---- Province -----------------------------------------------------------------------------
 
+std::string_view contestOfFileName(std::string_view in_name)
+{
+    const std::string name =
+        text::upper(std::filesystem::path(std::string(in_name)).filename().string());
+    for (const auto& [tag, contest] : kContestTags) {
+        if (name.find(tag) != std::string::npos) {
+            return contest;
+        }
+    }
+    return {};
+}
+
 void OptionModel::Check5_Chk()
 {
     const bool on = tick("Check5");
@@ -589,15 +601,10 @@ void OptionModel::searchStateCell()
 
 void OptionModel::provinceTagChain()
 {
-    const std::string path = m_facts.in_name;
-    const std::string name = text::upper(std::filesystem::path(path).filename().string());
-    for (const auto& [tag, contest] : kContestTags) {
-        if (name.find(tag) != std::string::npos) {
-            m_facts.cont_name = std::string(contest);
-            if (tag == "IOTA") {
-                setLabel("lblMas_dat_zlo", "Prov , Oblast 取得は不可能です｡", Colour::Red);
-            }
-            break;
+    if (const std::string_view contest = contestOfFileName(m_facts.in_name); !contest.empty()) {
+        m_facts.cont_name = std::string(contest);
+        if (contest == "IOTA Contest") {
+            setLabel("lblMas_dat_zlo", "Prov , Oblast 取得は不可能です｡", Colour::Red);
         }
     }
     if (!m_facts.read_cont_name_zlo) {

@@ -25,8 +25,8 @@ struct Cli
 
     int settings(const std::string& args)
     {
-        return test::runCommand("VORNHALE_CTY_DAT= " + quote(test::cliPath()) +
-                                    " settings --home " + quote(home.string()) + " " + args,
+        return test::runCommand(quote(test::cliPath()) + " settings --home " +
+                                    quote(home.string()) + " " + args,
                                 &output);
     }
     int convert(const std::string& args)
@@ -35,8 +35,8 @@ struct Cli
         if (!fs::exists(log)) {
             fs::copy_file(test::sourceDir() / "data" / "sample" / "SAMPLE2026.ALL", log);
         }
-        return test::runCommand("VORNHALE_CTY_DAT= " + quote(test::cliPath()) + " convert --home " +
-                                    quote(home.string()) + " " + args + " " + quote(log.string()),
+        return test::runCommand(quote(test::cliPath()) + " convert --home " + quote(home.string()) +
+                                    " " + args + " " + quote(log.string()),
                                 &output);
     }
     std::string stored(const char* file, const char* section, const char* key) const

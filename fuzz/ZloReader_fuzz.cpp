@@ -1,0 +1,82 @@
+// Runs the .ZLO reader over arbitrary bytes: the header, the conversion and the .ALL text,
+// with options varied by the last byte. The specified outcomes are a Failure, the end asked
+// for by a cancelled question, or written files.
+
+#include "app/Failure.h"
+#include "app/ProgramFolder.h"
+#include "app/Trace.h"
+#include "engine/RunContext.h"
+#include "readers/ZloReader.h"
+#include "reference/EntityLookup.h"
+
+#include <cstdint>
+#include <filesystem>
+#include <fstream>
+#include <unistd.h>
+
+namespace {
+
+using namespace vornhale;
+
+class AnsweringDialogs : public app::Dialogs
+{
+public:
+    explicit AnsweringDialogs(Answer answer) : m_answer(answer) {}
+    void message(std::string_view, std::string_view, Icon) override {}
+    Answer question(std::string_view, std::string_view, Buttons, Icon) override
+    {
+        return m_answer;
+    }
+
+private:
+    Answer m_answer;
+};
+
+} // namespace
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size)
+{
+    static const std::filesystem::path home =
+        std::filesystem::temp_directory_path() / ("vornhale-fuzz-zlo-" + std::to_string(getpid()));
+    static const app::ProgramFolder folder = [] {
+        auto f = app::ProgramFolder::at(home);
+        f.makeFolders();
+        return f;
+    }();
+    const std::filesystem::path log = home / "FUZZ.ZLO";
+    {
+        std::ofstream out(log, std::ios::binary | std::ios::trunc);
+        out.write(reinterpret_cast<const char*>(data), static_cast<std::streamsize>(size));
+    }
+    const std::uint8_t flags = size > 0 ? data[size - 1] : 0;
+    settings::Options options = settings::Options::defaults();
+    options.set("Check02", (flags & 1) ? "1" : "0");
+    options.set("Check17", (flags & 2) ? "1" : "0");
+    options.set("Rmks1_cfg", (flags & 4) ? "MNG,$DX,Calls,Zone,IOTA,," : "MNG,,");
+    options.set("Rmks2_cfg", (flags & 4) ? "州名,memo,," : "");
+
+    app::Trace trace;
+    app::RunObserver observer;
+    AnsweringDialogs dialogs((flags & 8) ? app::Dialogs::Answer::Cancel
+                                         : app::Dialogs::Answer::Retry);
+    engine::ProgramState program;
+    reference::NoEntities entities;
+    engine::RunContext ctx{options, folder, trace, observer, dialogs, program, entities, {}};
+    ctx.run.in_name = log.string();
+    ctx.run.chosen_name = ctx.run.in_name;
+    ctx.run.op_filter_name = (flags & 16) ? "OP1" : "";
+    ctx.run.use.op = flags & 32;
+    ctx.run.use.memo = flags & 64;
+    ctx.run.use.memo_eq = flags & 128;
+    readers::ZloOpenState zlo;
+    readers::ExchangeAnalysis analysis;
+    try {
+        if (readers::openZloFile(ctx, zlo, analysis, flags & 1) != readers::ZloHead::Read) {
+            return 0;
+        }
+        readers::read_zlo(ctx);
+        readers::mnuMake_z2a_Click(ctx);
+    } catch (const app::Failure&) {
+    }
+    return 0;
+}

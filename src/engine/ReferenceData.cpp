@@ -1,0 +1,121 @@
+#include "engine/ReferenceData.h"
+
+#include "app/Failure.h"
+#include "engine/RunContext.h"
+#include "reference/CtyImport.h"
+#include "text/Chars.h"
+
+namespace vornhale::engine {
+namespace {
+
+namespace fs = std::filesystem;
+
+bool isFile(const fs::path& p)
+{
+    std::error_code ec;
+    return fs::is_regular_file(p, ec);
+}
+
+} // namespace
+
+void ReferenceData::setProvinceMaster(fs::path mas_dat_name)
+{
+    m_provinceMaster = std::move(mas_dat_name);
+}
+
+void ReferenceData::prepareMasters(RunContext& ctx)
+{
+    reference::CtyImport import({ctx.folder.strPath, ctx.folder.drive_path}, ctx.trace,
+                                ctx.dialogs);
+    if (!import.importAll(ctx.folder.strPath / "dxcc_mas.txt")) {
+        throw app::Failure(app::failure::FileNotFound,
+                           (ctx.folder.strPath / "cty_conv.txt").string() + "　がありません。");
+    }
+    m_entities.load(import.tables(), ctx.folder.strPath / "cty_mastL.txt");
+    ctx.trace.line("Private sub cmdStart_ardx_sep");
+    m_ardx.ardx_sep(ctx.options.value("zlog_dat_dir"), ctx.folder.drive_path, ctx.trace);
+}
+
+void ReferenceData::ensureStateMaster(RunContext& ctx)
+{
+    if (!m_ardx.loaded()) {
+        m_ardx.ardx_sep(ctx.options.value("zlog_dat_dir"), ctx.folder.drive_path, ctx.trace);
+    }
+}
+
+void ReferenceData::loadCallMaster(RunContext& ctx, reference::CallMaster& master, const char* key,
+                                   const char* file, const char* display)
+{
+    const std::string folder = ctx.options.value(key);
+    const fs::path path = fs::path(folder) / file;
+    if (!isFile(path)) {
+        // A master that is switched on must be there: the operator is told and the program
+        // ends.
+        const std::string title = std::string("　　") + display + " がありません。";
+        ctx.dialogs.message(title,
+                            folder + "\n[　" + display + "  ] がありません。\n" +
+                                "同梱されているサンプルファイルまたは自己作成ファイルを\n" +
+                                " フォルダにコピーして下さい。",
+                            app::Dialogs::Icon::Stop);
+        throw app::Failure(app::failure::FileNotFound, path.string() + " がありません。");
+    }
+    if (master.kazu() == 0 || !master.loaded()) {
+        if (&master == &m_names) {
+            reference::read_name_mas_txt(master, path, ctx.observer);
+        } else {
+            reference::read_qth_mas_txt(master, path, ctx.observer);
+        }
+    }
+}
+
+void ReferenceData::beforeFirstRecord(RunContext& ctx)
+{
+    const settings::Options& o = ctx.options;
+    // One flag gates both masters per contact; each master loads by its own.
+    m_nameMasterOn = reference::masterFolderOn(o.value("name_mas_dir"));
+    const bool qthOn = reference::masterFolderOn(o.value("qth_mas_dir"));
+    if (o.tick("Check15") && m_nameMasterOn && !m_names.loaded()) {
+        ctx.trace.line("    Private sub Henkan_txt() : read_name_mas_txt");
+        loadCallMaster(ctx, m_names, "name_mas_dir", "name_mas.txt", "name_mas．txt");
+    }
+    if (o.tick("Check29") && qthOn && !m_qths.loaded()) {
+        ctx.trace.line("    Private sub Henkan_txt() : read_qth_mas_txt");
+        loadCallMaster(ctx, m_qths, "qth_mas_dir", "qth_mas.txt", "qth_mas．txt");
+    }
+    m_check13 = o.tick("Check13");
+    if (o.tick("Check5") && !m_provinceMaster.empty() && m_provinceLoaded != m_provinceMaster) {
+        m_provinces = reference::ProvinceMaster();
+        m_provinces.read_prov_mas_dat(m_provinceMaster, ctx.trace);
+        m_provinceLoaded = m_provinceMaster;
+    }
+}
+
+std::string ReferenceData::nameOf(std::string_view base_call)
+{
+    std::string name, code, qth, remark;
+    reference::get_name_mas(m_names, base_call, name, code, qth, remark);
+    return name;
+}
+
+QthEntry ReferenceData::qthOf(std::string_view base_call)
+{
+    QthEntry e;
+    int hit = 0;
+    reference::get_qth_mas(m_qths, base_call, e.name, e.code, e.qth, e.gl, hit);
+    e.found = hit == 1;
+    return e;
+}
+
+std::string ReferenceData::stateOf(std::string_view q_rcvd)
+{
+    return m_ardx.loaded() ? m_ardx.get_ardx(q_rcvd) : std::string();
+}
+
+std::string ReferenceData::provinceOf(std::string_view q_rcvd)
+{
+    // The prefix and the place are the record conversion's; here only the name.
+    return m_provinces.loaded() ? m_provinces.get_prov_mas(q_rcvd, m_check13, "", 2)
+                                : std::string();
+}
+
+} // namespace vornhale::engine

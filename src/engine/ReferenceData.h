@@ -1,0 +1,56 @@
+#pragma once
+
+#include "engine/RecordLookups.h"
+#include "reference/ArdxMaster.h"
+#include "reference/CtyEntityLookup.h"
+#include "reference/NameQthMasters.h"
+#include "reference/ProvinceMaster.h"
+
+#include <filesystem>
+#include <string>
+
+namespace vornhale::engine {
+
+/// The reference masters of one run of the program: the entity masters made from `cty.dat`
+/// and `dxcc_mas.txt`, the state master made from zLog's ARRL files, the name and QTH
+/// masters, and the province master chosen for the input. They are made or loaded once and
+/// then answer every contact of every conversion until the program ends.
+class ReferenceData : public RecordLookups
+{
+public:
+    /// The entity lookups (`get_entity`, `cty_conv_apply`, `dxcc_lookup`); empty answers
+    /// until `prepareMasters` has run.
+    reference::CtyEntityLookup& entities() { return m_entities; }
+
+    /// The province master for `Check5`, as chosen for the input; empty for none.
+    void setProvinceMaster(std::filesystem::path mas_dat_name);
+    const std::filesystem::path& provinceMaster() const { return m_provinceMaster; }
+
+    /// The import of `cty.dat` and the load of `dxcc_mas.txt` (also `mnuGet_Entity`), then
+    /// `ardx_sep`. Throws app::Failure when a file they need is missing.
+    void prepareMasters(RunContext& ctx) override;
+    void beforeFirstRecord(RunContext& ctx) override;
+    void ensureStateMaster(RunContext& ctx) override;
+
+    bool nameMasterOn() override { return m_nameMasterOn; }
+    std::string nameOf(std::string_view base_call) override;
+    QthEntry qthOf(std::string_view base_call) override;
+    std::string stateOf(std::string_view q_rcvd) override;
+    std::string provinceOf(std::string_view q_rcvd) override;
+
+private:
+    void loadCallMaster(RunContext& ctx, reference::CallMaster& master, const char* key,
+                        const char* file, const char* display);
+
+    reference::CtyEntityLookup m_entities;
+    reference::ArdxMaster m_ardx;
+    reference::CallMaster m_names{reference::CallMaster::Kind::Name};
+    reference::CallMaster m_qths{reference::CallMaster::Kind::Qth};
+    reference::ProvinceMaster m_provinces;
+    std::filesystem::path m_provinceMaster;
+    std::filesystem::path m_provinceLoaded;
+    bool m_nameMasterOn = false;
+    bool m_check13 = false;
+};
+
+} // namespace vornhale::engine

@@ -1,0 +1,410 @@
+#include "readers/ExchangeAnalysis.h"
+
+#include "app/Failure.h"
+#include "readers/ZloRecord.h"
+#include "settings/Options.h"
+#include "text/Chars.h"
+#include "text/LineFile.h"
+#include "text/SjisText.h"
+
+#include <limits>
+
+namespace vornhale::readers {
+namespace {
+
+constexpr std::size_t kNumeric = 10, kNotNumeric = 11, kFirstNotNumeric = 12, kLong = 13,
+                      kTwoDigits = 14, kDoubleZero = 15, kPortable = 16;
+
+struct MissingItem
+{
+    const char* item;
+    const char* text;
+};
+
+struct ContestRow
+{
+    const char* cont_name;
+    const char* lblCon_No;
+    const char* highlight; ///< null: the row sets no flag and marks nothing
+    std::array<MissingItem, 3> missing; ///< in order; an entry without item ends the list
+};
+
+constexpr MissingItem kIotaNr{"IOTA", " IOTA 番号 , "};
+constexpr MissingItem kZoneNr{"Zone", " zone 番号 , "};
+constexpr MissingItem kZone{"Zone", " zone , "};
+constexpr MissingItem kState{"州名", " 州名 , "};
+constexpr MissingItem kNone{nullptr, nullptr};
+
+const ContestRow kContests[] = {
+    {"IOTA Contest", "RST + 001 + IOTA", "IOTA", {kZoneNr, kState, kNone}},
+    {"IARU HF World Championship", "RST + ITU zone", "Zone", {kIotaNr, kState, kNone}},
+    {"JIDX Contest (JA)", "RST + CQ zone", "Zone", {kIotaNr, kState, kNone}},
+    {"CQWW DX Contest", "RST + CQ zone", "Zone", {kIotaNr, kState, kNone}},
+    {"ARRL 10m Contest", "RST + State/Province", "州名", {kIotaNr, kZone, kNone}},
+    {"ARRL International DX Contest (DX)", "RST + State/Province", "州名",
+     {kIotaNr, kZone, kNone}},
+    {"CQ WPX Contest", "RST + 001", nullptr, {kIotaNr, kZone, kState}},
+    {"WAEDC Contest", "RST + 001", nullptr, {kIotaNr, kZone, kState}},
+    {"All Asian DX Contest (Asia)", "RST + 年齢", nullptr, {kIotaNr, kZone, kState}},
+};
+
+// The flag of each row, by its highlighted item.
+bool ExchangeAnalysis::*flagOf(const char* highlight)
+{
+    if (highlight == nullptr) {
+        return nullptr;
+    }
+    const std::string_view h = highlight;
+    if (h == "IOTA") {
+        return &ExchangeAnalysis::rcvd_has_iota;
+    }
+    if (h == "Zone") {
+        return &ExchangeAnalysis::rcvd_has_zone;
+    }
+    return &ExchangeAnalysis::rcvd_has_state;
+}
+
+constexpr std::pair<std::string_view, std::string_view> kContestKeys[] = {
+    {"REF", "REFコンテスト(DX)"},
+    {"PAC", "PACC (DX)"},
+    {"PA", "PACC (DX)"},
+    {"RSGB", "RSGB 7MHz (DX)"},
+    {"SP", "ＳＰＤＸコンテスト"},
+    {"UR", "URDXコンテスト(DX)"},
+    {"YO", "YO DX"},
+    {"RAC", "RAC"},
+    {"HA", "HADXコンテスト(DX)"},
+    {"ARR", "ARRL 10m Contest"},
+    {"ARD", "ARRL 10m Contest"},
+    {"CT", "CT DAY"},
+    {"OK", "ＯＫ／ＯＭＤＸコンテスト（ＤＸ）"},
+    {"UA", "RussianDXコンテスト"},
+    {"RUS", "RussianDXコンテスト"},
+    {"HB", "Helvetia DXコンテスト"},
+    {"ARI", "ARI Int DXコンテスト"},
+    {"UBA", "UBA Contest"},
+    {"UK", "Ukrainian DX DIGI Contest"},
+    {"EA", "EA Contest"},
+    {"XE", "XE Contest"},
+    {"IOTA", "IOTA Contest"},
+};
+
+} // namespace
+
+RemarkCells RemarkCells::fromOptions(const settings::Options& options)
+{
+    RemarkCells r;
+    r.Rmks1_cfg = options.value("Rmks1_cfg");
+    r.Rmks2_cfg = options.value("Rmks2_cfg");
+    const std::string* keys[] = {&r.Rmks1_cfg, &r.Rmks2_cfg};
+    for (std::size_t row = 0; row < 2; ++row) {
+        const auto entries = text::split(*keys[row], ",");
+        for (std::size_t i = 0; i < entries.size() && i < kCells; ++i) {
+            r.cells[row][i] = std::string(text::trim(entries[i]));
+        }
+    }
+    return r;
+}
+
+bool RemarkCells::inKeys(std::string_view item) const
+{
+    return text::contains(Rmks1_cfg, item) || text::contains(Rmks2_cfg, item);
+}
+
+bool isNumericText(std::string_view s)
+{
+    s = text::trim(s);
+    std::size_t i = 0;
+    if (i < s.size() && (s[i] == '+' || s[i] == '-')) {
+        ++i;
+    }
+    std::size_t digits = 0;
+    while (i < s.size() && text::isDigit(s[i])) {
+        ++i;
+        ++digits;
+    }
+    if (i < s.size() && s[i] == '.') {
+        ++i;
+        while (i < s.size() && text::isDigit(s[i])) {
+            ++i;
+            ++digits;
+        }
+    }
+    if (digits == 0) {
+        return false;
+    }
+    if (i < s.size() && (s[i] == 'e' || s[i] == 'E' || s[i] == 'd' || s[i] == 'D')) {
+        ++i;
+        if (i < s.size() && (s[i] == '+' || s[i] == '-')) {
+            ++i;
+        }
+        std::size_t exp = 0;
+        while (i < s.size() && text::isDigit(s[i])) {
+            ++i;
+            ++exp;
+        }
+        if (exp == 0) {
+            return false;
+        }
+    }
+    return i == s.size();
+}
+
+void ExchangeAnalysis::change_color_9(const RemarkCells& layout)
+{
+    for (std::size_t row = 0; row < 2; ++row) {
+        for (std::size_t i = 0; i < RemarkCells::kCells; ++i) {
+            if (layout.cells[row][i] == highlight_item) {
+                cellHighlighted[row][i] = true;
+            }
+        }
+    }
+}
+
+bool ExchangeAnalysis::hasMissingItems() const { return !text::trim(missing_items).empty(); }
+
+void ExchangeAnalysis::showMissing()
+{
+    if (hasMissingItems()) {
+        lblMsg1 = {std::string(kMissingWarning), app::Colour::Red};
+        lblMsg2 = {missing_items, app::Colour::Red};
+    }
+}
+
+void ExchangeAnalysis::Check_Use_Item(std::string_view cont_name, const RemarkCells& layout)
+{
+    rcvd_has_iota = rcvd_has_zone = rcvd_has_state = false;
+    change_color_0();
+    missing_items.clear();
+    lblMsg1 = {};
+    lblMsg2 = {};
+
+    for (const ContestRow& row : kContests) {
+        if (cont_name != row.cont_name) {
+            continue;
+        }
+        for (const MissingItem& m : row.missing) {
+            if (m.item != nullptr && layout.inKeys(m.item)) {
+                missing_items += m.text;
+            }
+        }
+        lblCon_No = row.lblCon_No;
+        if (bool ExchangeAnalysis::*flag = flagOf(row.highlight)) {
+            this->*flag = true;
+            highlight_item = row.highlight;
+            change_color_9(layout);
+        }
+        break;
+    }
+    showMissing();
+}
+
+void ExchangeAnalysis::bump(std::size_t index)
+{
+    if (index >= kCounters) {
+        throw app::Failure(app::failure::SubscriptOutOfRange,
+                           "インデックスが有効範囲にありません。");
+    }
+    if (counters[index] == std::numeric_limits<std::int16_t>::max()) {
+        throw app::Failure(app::failure::Overflow, "オーバーフローしました。");
+    }
+    ++counters[index];
+}
+
+void ExchangeAnalysis::countCallParts(std::string_view call, bool zlo, std::size_t lengthByte)
+{
+    const std::size_t p = text::instr(call, "/");
+    if (p == 0) {
+        const std::size_t length = zlo ? lengthByte : text::charCount(call);
+        if (length > 6) {
+            ++long_call_count;
+        }
+        return;
+    }
+    const std::string before = text::left(call, p - 1);
+    const std::string after = text::mid(call, p + 1);
+    if (before < after) {
+        if (zlo) {
+            ++portable_count;
+        } else {
+            bump(kPortable);
+        }
+    }
+    if (text::charCount(before) >= 7) {
+        ++long_call_count;
+    }
+    if (text::charCount(after) >= 7) {
+        ++long_call_count;
+    }
+    if (text::instrRev(call, "/") != p) {
+        ++long_call_count;
+    }
+}
+
+void ExchangeAnalysis::tail(const RemarkCells& layout, bool zlo)
+{
+    dx_item_count = 0;
+    calls_item_count = 0;
+    for (const auto& row : layout.cells) {
+        for (const std::string& cell : row) {
+            if (cell == "$DX") {
+                ++dx_item_count;
+            }
+            if (text::trim(cell) == "Calls") {
+                ++calls_item_count;
+            }
+        }
+    }
+    // For a text log the test is whether "$DX", the item at place 1 of the palette, is used
+    // at all, which is the same as no cell holding it.
+    bool warn = false;
+    if (!zlo && dx_item_count == 0) {
+        warn = true;
+    }
+    if (zlo && portable_count >= 1 && dx_item_count == 0) {
+        warn = true;
+    }
+    if (long_call_count >= 1 && calls_item_count == 0) {
+        warn = true;
+    }
+    if (portable_count >= 1 && dx_item_count == 0 && long_call_count > dx_item_count &&
+        calls_item_count == 0) {
+        warn = true;
+    }
+    if (warn) {
+        lblDX_warning = true;
+    }
+    if (zlo) {
+        return;
+    }
+
+    missing_items.clear();
+    lblMsg1 = {};
+    lblMsg2 = {};
+    const struct
+    {
+        bool ExchangeAnalysis::*flag;
+        const char* item;
+        const char* text;
+    } checks[] = {{&ExchangeAnalysis::rcvd_has_zone, "Zone", " zone 番号 , "},
+                  {&ExchangeAnalysis::rcvd_has_state, "州名", " 州名 , "},
+                  {&ExchangeAnalysis::rcvd_has_iota, "IOTA", " IOTA 番号 , "}};
+    for (const auto& c : checks) {
+        if (!(this->*c.flag) && layout.inKeys(c.item)) {
+            missing_items += c.text;
+            highlight_item = c.item;
+            change_color_9(layout);
+        }
+    }
+    showMissing();
+}
+
+void ExchangeAnalysis::check_rcvd_zlo(const ZloFile& file, const RemarkCells& layout)
+{
+    lblDX_warning = false;
+    portable_count = 0;
+    long_call_count = 0;
+    const long count = file.count();
+    for (long n = 2; n <= count; ++n) {
+        const ZloQso q = decodeZloQso(file.record(n));
+        countCallParts(q.call, true, q.call_length);
+    }
+    tail(layout, true);
+}
+
+void ExchangeAnalysis::linePass(const std::filesystem::path& path, std::string_view in_name,
+                                bool check6, const RemarkCells& layout, Form form)
+{
+    lblDX_warning = false;
+    lblCon_No.clear();
+    rcvd_has_iota = rcvd_has_zone = rcvd_has_state = false;
+    qso_lines = 0;
+    long_call_count = 0;
+    portable_count = 0;
+    counters = {};
+
+    text::LineReader in(path);
+    in.next(); // the first line names the logger or titles the columns
+    // The pass reads before it tests for the end: a file with only its first line fails.
+    do {
+        const std::string line = in.next();
+        ++qso_lines;
+        const std::string exchange =
+            form == Form::All ? std::string(text::trim(text::Mid_sjis(line, 47, 8)))
+                              : std::string(text::trim(text::Mid_sjis(line, 41, 9)));
+        const std::size_t length = text::charCount(exchange);
+        bump(length);
+        const bool numeric = isNumericText(exchange);
+        if (numeric) {
+            bump(kNumeric);
+            if (exchange == "00") {
+                bump(kDoubleZero);
+            }
+        } else {
+            bump(kNotNumeric);
+        }
+        if (!isNumericText(text::left(exchange, 1))) {
+            bump(kFirstNotNumeric);
+        }
+        if (length > 7) {
+            bump(kLong);
+        }
+        if (numeric && length == 2) {
+            bump(kTwoDigits);
+        }
+        const std::string call =
+            form == Form::All ? std::string(text::trim(text::Mid_sjis(line, 18, 11)))
+                              : std::string(text::trim(text::Mid_sjis(line, 13, 11)));
+        countCallParts(call, false, 0);
+    } while (!in.atEnd());
+
+    if (counters[kNotNumeric] > 0) {
+        rcvd_has_state = true;
+    }
+    if (counters[kNumeric] == qso_lines && counters[3] == 0) {
+        rcvd_has_zone = true;
+    }
+    if (text::contains(text::upper(in_name), "IARU") || check6) {
+        rcvd_has_zone = true;
+    }
+    if (counters[kLong] > 0 && counters[kNotNumeric] > 0) {
+        rcvd_has_iota = true;
+    }
+    if (counters[kDoubleZero] == 1 && counters[kNotNumeric] == 0) {
+        rcvd_has_iota = rcvd_has_zone = rcvd_has_state = false;
+        lblCon_No = kAgeExchange;
+    }
+    tail(layout, false);
+}
+
+void ExchangeAnalysis::check_rcvd_all(const std::filesystem::path& path, std::string_view in_name,
+                                      bool check6, const RemarkCells& layout)
+{
+    linePass(path, in_name, check6, layout, Form::All);
+}
+
+void ExchangeAnalysis::check_rcvd_txt(const std::filesystem::path& path, std::string_view in_name,
+                                      bool check6, const RemarkCells& layout)
+{
+    linePass(path, in_name, check6, layout, Form::Txt);
+}
+
+std::optional<ContestFromName> contestFromFileName(std::string_view path)
+{
+    const std::size_t sep = path.find_last_of("/\\");
+    const std::string name =
+        text::upper(sep == std::string_view::npos ? path : path.substr(sep + 1));
+    for (const auto& [key, contest] : kContestKeys) {
+        if (name.find(key) == std::string::npos) {
+            continue;
+        }
+        ContestFromName c{std::string(contest), std::nullopt};
+        if (key == "IOTA") {
+            c.lblMas_dat_zlo = ColouredText{"Prov , Oblast 取得は不可能です｡", app::Colour::Red};
+        }
+        return c;
+    }
+    return std::nullopt;
+}
+
+} // namespace vornhale::readers

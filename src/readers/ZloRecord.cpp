@@ -1,0 +1,203 @@
+#include "readers/ZloRecord.h"
+
+#include "app/Failure.h"
+#include "text/Chars.h"
+#include "text/LineFile.h"
+#include "text/SjisCodec.h"
+#include "text/SjisText.h"
+
+#include <cmath>
+#include <cstdio>
+#include <cstring>
+
+namespace vornhale::readers {
+namespace {
+
+// Field places of the records.
+constexpr std::size_t kHeadNameLen = 8, kHeadName = 9, kHeadNameSize = 12;
+constexpr std::size_t kHeadContestLen = 175, kHeadContest = 176, kHeadContestSize = 60;
+
+constexpr std::size_t kWhen = 0;
+constexpr std::size_t kCallLen = 8, kCall = 9, kCallSize = 12;
+constexpr std::size_t kSentLen = 21, kSent = 22;
+constexpr std::size_t kRcvdLen = 52, kRcvd = 53;
+constexpr std::size_t kNrRead = 9; // of the 30 bytes of a number only these are read
+constexpr std::size_t kRstSent = 84, kRstRcvd = 86;
+constexpr std::size_t kMode = 92, kBand = 93, kPower = 94;
+constexpr std::size_t kMulti1Len = 95, kMulti1 = 96, kMulti2Len = 126, kMulti2 = 127;
+constexpr std::size_t kMultiSize = 30;
+constexpr std::size_t kMulti1New = 157, kMulti2New = 158, kPoints = 159;
+constexpr std::size_t kOpLen = 160, kOp = 161, kOpSize = 14;
+constexpr std::size_t kMemoLen = 175, kMemo = 176, kMemoSize = 67;
+
+// The VB date range: 0100-01-01 to 9999-12-31.
+constexpr double kFirstDay = -657434.0;
+constexpr double kPastLastDay = 2958466.0;
+
+std::string field(const ZloRecord& r, std::size_t offset, std::size_t size)
+{
+    return text::decodeSjis(
+        std::string_view(reinterpret_cast<const char*>(r.data()) + offset, size));
+}
+
+// The first `length` characters of a decoded fixed field.
+std::string counted(const ZloRecord& r, std::size_t lengthAt, std::size_t offset,
+                    std::size_t size)
+{
+    return text::left(field(r, offset, size), r[lengthAt]);
+}
+
+// Days from 1970-01-01 to a civil date and back (proleptic Gregorian).
+void civilFromDays(long long z, long long& y, unsigned& m, unsigned& d)
+{
+    z += 719468;
+    const long long era = (z >= 0 ? z : z - 146096) / 146097;
+    const unsigned doe = static_cast<unsigned>(z - era * 146097);
+    const unsigned yoe = (doe - doe / 1460 + doe / 36524 - doe / 146096) / 365;
+    y = static_cast<long long>(yoe) + era * 400;
+    const unsigned doy = doe - (365 * yoe + yoe / 4 - yoe / 100);
+    const unsigned mp = (5 * doy + 2) / 153;
+    d = doy - (153 * mp + 2) / 5 + 1;
+    m = mp < 10 ? mp + 3 : mp - 9;
+    if (m <= 2) {
+        ++y;
+    }
+}
+
+} // namespace
+
+long zloRecordCount(std::uintmax_t bytes)
+{
+    const std::uintmax_t whole = bytes / kZloRecordSize;
+    const std::uintmax_t rest = bytes % kZloRecordSize;
+    std::uintmax_t n = whole;
+    if (rest > kZloRecordSize / 2 || (rest == kZloRecordSize / 2 && whole % 2 == 1)) {
+        ++n;
+    }
+    return static_cast<long>(n);
+}
+
+ZloFile::ZloFile(const std::filesystem::path& path) : m_bytes(text::readFileBytes(path)) {}
+
+ZloFile ZloFile::fromBytes(std::string bytes)
+{
+    ZloFile f;
+    f.m_bytes = std::move(bytes);
+    return f;
+}
+
+ZloRecord ZloFile::record(long n) const
+{
+    ZloRecord r{};
+    if (n < 1) {
+        return r;
+    }
+    const std::size_t start = static_cast<std::size_t>(n - 1) * kZloRecordSize;
+    if (start < m_bytes.size()) {
+        const std::size_t size = std::min(kZloRecordSize, m_bytes.size() - start);
+        std::memcpy(r.data(), m_bytes.data() + start, size);
+    }
+    return r;
+}
+
+ZloHeader decodeZloHeader(const ZloRecord& r)
+{
+    ZloHeader h;
+    h.first_name = counted(r, kHeadNameLen, kHeadName, kHeadNameSize);
+    h.cont_name = std::string(text::Cut_nul(field(r, kHeadContest, kHeadContestSize)));
+    h.cont_name_length = r[kHeadContestLen];
+    return h;
+}
+
+ZloQso decodeZloQso(const ZloRecord& r)
+{
+    ZloQso q;
+    std::memcpy(&q.when, r.data() + kWhen, sizeof q.when);
+    q.call_length = r[kCallLen];
+    q.call = counted(r, kCallLen, kCall, kCallSize);
+    q.sent_nr = counted(r, kSentLen, kSent, kNrRead);
+    q.rcvd_nr = counted(r, kRcvdLen, kRcvd, kNrRead);
+    q.rst_sent_low = r[kRstSent];
+    q.rst_sent_high = r[kRstSent + 1];
+    q.rst_rcvd_low = r[kRstRcvd];
+    q.rst_rcvd_high = r[kRstRcvd + 1];
+    q.mode_index = r[kMode];
+    q.band_index = r[kBand];
+    q.power_index = r[kPower];
+    q.multi1 = counted(r, kMulti1Len, kMulti1, kMultiSize);
+    q.multi2 = counted(r, kMulti2Len, kMulti2, kMultiSize);
+    q.multi1_new = r[kMulti1New] == 1;
+    q.multi2_new = r[kMulti2New] == 1;
+    q.points = r[kPoints];
+    q.op_length = r[kOpLen];
+    q.op = counted(r, kOpLen, kOp, kOpSize);
+    q.memo_length = r[kMemoLen];
+    q.memo = counted(r, kMemoLen, kMemo, kMemoSize);
+    return q;
+}
+
+void zloDateTime(double when, std::string& date, std::string& time)
+{
+    if (!(when >= kFirstDay && when < kPastLastDay)) {
+        throw app::Failure(app::failure::Overflow, "オーバーフローしました。");
+    }
+    // The whole days count from 1899-12-30 in either direction; the fraction is always the
+    // time after midnight of that day.
+    double whole = std::trunc(when);
+    long long seconds = std::llround(std::fabs(when - whole) * 86400.0);
+    if (seconds >= 86400) {
+        seconds -= 86400;
+        whole += 1;
+    }
+    long long y = 0;
+    unsigned m = 0, d = 0;
+    civilFromDays(static_cast<long long>(whole) - 25569, y, m, d);
+    char buf[32];
+    std::snprintf(buf, sizeof buf, "%04lld/%02u/%02u", y, m, d);
+    date = buf;
+    std::snprintf(buf, sizeof buf, "%02lld:%02lld", seconds / 3600, (seconds / 60) % 60);
+    time = buf;
+}
+
+std::string zloRst(std::uint8_t low, std::uint8_t high)
+{
+    if (high >= 128) {
+        throw app::Failure(app::failure::Overflow, "オーバーフローしました。");
+    }
+    return std::to_string(low + 256 * high);
+}
+
+void zloMode(std::uint8_t index, std::string& mode)
+{
+    static constexpr const char* kModes[] = {"CW", "SSB", "FM", "AM", "RTY", "Other"};
+    if (index < std::size(kModes)) {
+        mode = kModes[index];
+    }
+}
+
+void zloBand(std::uint8_t index, std::string& band)
+{
+    static constexpr const char* kBands[] = {"1.9", "3.5", "7",   "10",   "14",   "18",
+                                             "21",  "24",  "28",  "50",   "144",  "430",
+                                             "1200", "2400", "5600", "10G"};
+    if (index < std::size(kBands)) {
+        band = kBands[index];
+    }
+}
+
+void zloPower(std::uint8_t index, std::string& power)
+{
+    static constexpr const char* kPowers[] = {"P", "L", "M", "H"};
+    if (index < std::size(kPowers)) {
+        power = kPowers[index];
+    }
+}
+
+std::string zloCutField(std::string_view chars, std::uint8_t length)
+{
+    const std::string byChars = text::left(chars, length);
+    const std::string byBytes = length == 0 ? std::string() : text::Mid_sjis(byChars, 1, length);
+    return std::string(text::Cut_nul(byBytes));
+}
+
+} // namespace vornhale::readers

@@ -1,0 +1,89 @@
+#pragma once
+
+#include <array>
+#include <cstddef>
+#include <cstdint>
+#include <filesystem>
+#include <string>
+#include <string_view>
+
+namespace vornhale::readers {
+
+/// One record of a zLog binary log. Record 1 is the header, the others are QSOs.
+inline constexpr std::size_t kZloRecordSize = 256;
+using ZloRecord = std::array<std::uint8_t, kZloRecordSize>;
+
+/// The number of records of a `.ZLO` file of `bytes` length: the length divided by 256,
+/// rounded to the nearest whole number, half to even (640 bytes: 2; 1,000 bytes: 4).
+long zloRecordCount(std::uintmax_t bytes);
+
+/// A whole `.ZLO` file cut into 256-byte records. Nothing checks that it is a zLog file.
+class ZloFile
+{
+public:
+    /// Reads the file. Throws Failure 53 when it cannot be opened.
+    explicit ZloFile(const std::filesystem::path& path);
+    /// A file of these bytes (for tests and fuzzing).
+    static ZloFile fromBytes(std::string bytes);
+
+    /// The record count by `zloRecordCount`.
+    long count() const { return zloRecordCount(m_bytes.size()); }
+    /// Record `n`, counted from 1. Bytes that lie past the end of the file read as 0, so the
+    /// short last record of a rounded-up count is zero-filled.
+    ZloRecord record(long n) const;
+
+private:
+    ZloFile() = default;
+    std::string m_bytes;
+};
+
+/// What the header record gives.
+struct ZloHeader
+{
+    std::string first_name; ///< the station name by its length byte; kept, never used
+    std::string cont_name;  ///< the contest name up to its first NUL
+    std::uint8_t cont_name_length = 0; ///< only its being 0 is looked at
+};
+
+ZloHeader decodeZloHeader(const ZloRecord& record);
+
+/// The fields of a QSO record as the readers take them. Texts are decoded from Shift-JIS.
+struct ZloQso
+{
+    double when = 0;        ///< days since 1899-12-30, the time as the fraction of a day
+    std::string call;       ///< as many characters of the field as its length byte says
+    std::uint8_t call_length = 0;
+    std::string sent_nr;    ///< of the first 9 bytes, by the length byte
+    std::string rcvd_nr;    ///< the same
+    std::uint8_t rst_sent_low = 0, rst_sent_high = 0, rst_rcvd_low = 0, rst_rcvd_high = 0;
+    std::uint8_t mode_index = 0, band_index = 0, power_index = 0;
+    std::string multi1, multi2; ///< by their length bytes
+    bool multi1_new = false, multi2_new = false; ///< the new flag is exactly 1
+    std::uint8_t points = 0;
+    std::string op;   ///< as many characters as the length byte says, NUL and all
+    std::uint8_t op_length = 0;
+    std::string memo; ///< the same for the memo
+    std::uint8_t memo_length = 0;
+};
+
+ZloQso decodeZloQso(const ZloRecord& record);
+
+/// Date and time texts of a record's time stamp: "yyyy/mm/dd" and "hh:mm", seconds
+/// dropped. Throws Failure 6 for a value that is no date from the year 100 to 9999.
+void zloDateTime(double when, std::string& date, std::string& time);
+
+/// The decimal text of a 16-bit report, low byte plus 256 times high byte. Throws Failure 6
+/// when the high byte is 128 or above.
+std::string zloRst(std::uint8_t low, std::uint8_t high);
+
+/// Mode, band and power by their tables. An index outside its table assigns nothing, so the
+/// text keeps what the record before left in it.
+void zloMode(std::uint8_t index, std::string& mode);
+void zloBand(std::uint8_t index, std::string& band);
+void zloPower(std::uint8_t index, std::string& power);
+
+/// Operator or memo as the conversion takes it: as many characters as the length byte says,
+/// then as many Shift-JIS bytes, then cut at the first NUL.
+std::string zloCutField(std::string_view chars, std::uint8_t length);
+
+} // namespace vornhale::readers

@@ -1,0 +1,91 @@
+#pragma once
+
+#include "reference/CtyTables.h"
+#include "reference/EntityLookup.h"
+
+#include <filesystem>
+#include <string>
+#include <string_view>
+#include <unordered_map>
+
+namespace vornhale::reference {
+
+/// The entity lookups over the masters of the cty.dat import.
+///
+/// Every answer is the one of a walk from the top of each master where the first equal entry
+/// wins: the long master (`cty_mastL.txt`) from its first line for every call, the short
+/// master from index 1, the DXCC master from index 0. The walks are made once, at `load`, into
+/// hash indexes that keep the first position of each compared text, so a lookup costs the
+/// same whatever the size of the masters. The long master is read from its file at `load`;
+/// only an import replaces that file, and the import is followed by a new `load`.
+class CtyEntityLookup : public EntityLookup
+{
+public:
+    /// Indexes `tables` (copied) and the long master at `mastL`. A missing long master makes
+    /// every later `get_entity` throw Failure 53, as its open would; a long master that ends
+    /// inside a record makes a call that is not in it throw Failure 62.
+    void load(const CtyTables& tables, const std::filesystem::path& mastL);
+
+    /// The entity of a call: its primary prefix. A call listed in the long master gives that
+    /// line's primary prefix padded with blanks to 9 characters; otherwise the prefix search
+    /// and, for a call with "/", the decision between its two parts give the primary prefix in
+    /// upper case. Empty when nothing was found. Comparisons are exact.
+    std::string get_entity(std::string_view call) const;
+
+    /// The alias of `entity`: the replacement of the first alias row equal to it, exactly;
+    /// `entity` itself when no row is equal.
+    std::string cty_conv_apply(std::string_view entity) const;
+
+    /// `get_entity`, then `cty_conv_apply`.
+    std::string entityOf(std::string_view call) override;
+
+    /// The first DXCC record whose prefix, trimmed, equals `prefix`, trimmed; code, name and
+    /// bureau flag trimmed. All empty with no such record.
+    DxccEntry dxcc_lookup(std::string_view prefix) override;
+
+    /// The bureau flag, trimmed, of the first DXCC record whose code, trimmed, equals
+    /// `dx_code`, trimmed; empty with no such record.
+    std::string dxcc_buro_by_code(std::string_view dx_code) override;
+
+    /// Checks a name of the no-QSL entity list: trimmed and in upper case, it is compared
+    /// with each DXCC prefix, trimmed and in upper case. A known name gives an empty text and
+    /// adds one to `validNameCount`; an unknown one gives the name, trimmed and in upper case.
+    std::string dxcc_name_check(std::string_view name);
+
+    /// The count of valid names that `dxcc_name_check` found since the last reset.
+    int validNameCount() const { return m_validNames; }
+    void resetValidNameCount() { m_validNames = 0; }
+
+private:
+    struct Hash
+    {
+        using is_transparent = void;
+        std::size_t operator()(std::string_view s) const
+        {
+            return std::hash<std::string_view>{}(s);
+        }
+    };
+    template <typename T>
+    using Index = std::unordered_map<std::string, T, Hash, std::equal_to<>>;
+
+    struct PartHit
+    {
+        bool hit = false;
+        bool whole = false;   // the key had the length the search was measured against
+        std::string primary;  // upper case
+    };
+    PartHit prefixSearch(std::string_view part, std::size_t length) const;
+
+    bool m_longPresent = false;
+    bool m_longTruncated = false;
+    Index<std::string> m_long;          // call or long prefix -> primary padded to 9
+    Index<std::string> m_short;         // short prefix -> primary of its first entry, upper
+    std::size_t m_shortMaxChars = 0;    // longest short prefix, in characters
+    Index<std::string> m_conv;          // entity -> alias, first row
+    Index<DxccEntry> m_dxccByPrefix;    // trimmed prefix -> first record, trimmed
+    Index<std::string> m_buroByCode;    // trimmed code -> flag of the first record, trimmed
+    Index<bool> m_dxccUpperPrefix;      // prefixes in upper case
+    int m_validNames = 0;
+};
+
+} // namespace vornhale::reference
