@@ -1,4 +1,5 @@
 #include "ConvertCommand.h"
+#include "EntityCommand.h"
 #include "SettingsCommand.h"
 
 #include <CLI/CLI.hpp>
@@ -17,8 +18,9 @@ int main(int argc, char** argv)
     conv->add_option("--type", convert.type,
                      "Input kind: all, txt, zlo, log, log_v4, log_v430, cbr, adi, mdb, lg8");
     conv->add_option("--year", convert.year, "Year of a log that carries none (txtYYYY)");
-    conv->add_option("--province-master", convert.provinceMaster,
-                     "Province master (*.mas or zLog *.dat) for Check5; default: guessed from the contest");
+    conv->add_option(
+        "--province-master", convert.provinceMaster,
+        "Province master (*.mas or zLog *.dat) for Check5; default: guessed from the contest");
     conv->add_flag("--keep-work", convert.keepWork,
                    "Leave the working files in the working folder");
     conv->add_option("LOG", convert.log, "The contest log")->required();
@@ -35,6 +37,14 @@ int main(int argc, char** argv)
         ->check(CLI::IsMember({"show", "init", "get", "set"}));
     settingsCmd->add_option("ARGUMENT", settingsRequest.argument, "KEY for get, KEY=VALUE for set");
 
+    vornhale::cli::EntityRequest entityRequest;
+    std::string entityHome;
+    auto* entityCmd = app.add_subcommand(
+        "entity", "Import cty.dat as a conversion does and show the DX entity of call signs");
+    entityCmd->add_option("--home", entityHome,
+                          "Program folder (default: $VORNHALE_HOME or XDG data home)");
+    entityCmd->add_option("CALL", entityRequest.calls, "Call signs")->required();
+
     try {
         app.parse(argc, argv);
     } catch (const CLI::ParseError& e) {
@@ -49,6 +59,12 @@ int main(int argc, char** argv)
             settingsRequest.home = settingsHome;
         }
         return vornhale::cli::runSettings(settingsRequest);
+    }
+    if (entityCmd->parsed()) {
+        if (!entityHome.empty()) {
+            entityRequest.home = entityHome;
+        }
+        return vornhale::cli::runEntity(entityRequest);
     }
     if (conv->parsed()) {
         return vornhale::cli::runConvert(convert);

@@ -23,10 +23,7 @@ class AnsweringDialogs : public app::Dialogs
 public:
     explicit AnsweringDialogs(Answer answer) : m_answer(answer) {}
     void message(std::string_view, std::string_view, Icon) override {}
-    Answer question(std::string_view, std::string_view, Buttons, Icon) override
-    {
-        return m_answer;
-    }
+    Answer question(std::string_view, std::string_view, Buttons, Icon) override { return m_answer; }
 
 private:
     Answer m_answer;

@@ -6,13 +6,14 @@
 #include "history/HistoryMaster.h"
 #include "settings/Options.h"
 #include "settings/SettingsFiles.h"
-#include "text/ByteKeySort.h"
 #include "text/Chars.h"
 #include "text/LineFile.h"
 #include "text/SjisText.h"
 
 #include <algorithm>
 #include <chrono>
+#include <cstdint>
+#include <cstring>
 #include <ctime>
 
 namespace vornhale::history {
@@ -91,6 +92,50 @@ std::vector<std::string_view> lineItems(std::string_view line)
         }
     }
     return items;
+}
+
+// The sort of `bak_1.txt` on its columns 1 to 16: stable, by the unsigned bytes, a shorter
+// key before a longer one that it begins. The key is held as two numbers (padded with zero
+// bytes) and its length, which orders exactly as the bytes do.
+void sortOnSixteenColumns(const fs::path& in, const fs::path& out)
+{
+    const std::string bytes = text::readFileBytes(in);
+    const std::vector<std::string_view> lines = text::splitLines(bytes);
+    struct Key
+    {
+        std::uint64_t high, low;
+        std::uint32_t length, index;
+    };
+    std::vector<Key> keys(lines.size());
+    for (std::size_t i = 0; i < lines.size(); ++i) {
+        const std::string_view key = lines[i].substr(0, 16);
+        unsigned char b[16] = {};
+        std::memcpy(b, key.data(), key.size());
+        std::uint64_t high = 0, low = 0;
+        for (int k = 0; k < 8; ++k) {
+            high = high << 8 | b[k];
+            low = low << 8 | b[8 + k];
+        }
+        keys[i] = {high, low, static_cast<std::uint32_t>(key.size()),
+                   static_cast<std::uint32_t>(i)};
+    }
+    std::sort(keys.begin(), keys.end(), [](const Key& a, const Key& b) {
+        if (a.high != b.high) {
+            return a.high < b.high;
+        }
+        if (a.low != b.low) {
+            return a.low < b.low;
+        }
+        if (a.length != b.length) {
+            return a.length < b.length;
+        }
+        return a.index < b.index;
+    });
+    text::LineWriter writer(out);
+    for (const Key& k : keys) {
+        writer.writeRaw(lines[k.index]);
+    }
+    writer.close();
 }
 
 // Progress is shown in at most about a thousand steps.
@@ -287,7 +332,7 @@ void HistoryScan::sum_bak_2()
     m_observer.status("  ソ ー ト 中 ．．．１", app::Colour::Green);
     m_trace.line("Public Sub sort_()");
     try {
-        text::sortLinesByKey(bak_1(), bak_2(), 1, 16, false);
+        sortOnSixteenColumns(bak_1(), bak_2());
     } catch (const app::Failure&) {
         // A sort that fails leaves no output; the read below fails then.
         std::error_code ec;

@@ -25,7 +25,7 @@ struct ContestRow
 {
     const char* cont_name;
     const char* lblCon_No;
-    const char* highlight; ///< null: the row sets no flag and marks nothing
+    const char* highlight;              ///< null: the row sets no flag and marks nothing
     std::array<MissingItem, 3> missing; ///< in order; an entry without item ends the list
 };
 
@@ -41,8 +41,7 @@ const ContestRow kContests[] = {
     {"JIDX Contest (JA)", "RST + CQ zone", "Zone", {kIotaNr, kState, kNone}},
     {"CQWW DX Contest", "RST + CQ zone", "Zone", {kIotaNr, kState, kNone}},
     {"ARRL 10m Contest", "RST + State/Province", "州名", {kIotaNr, kZone, kNone}},
-    {"ARRL International DX Contest (DX)", "RST + State/Province", "州名",
-     {kIotaNr, kZone, kNone}},
+    {"ARRL International DX Contest (DX)", "RST + State/Province", "州名", {kIotaNr, kZone, kNone}},
     {"CQ WPX Contest", "RST + 001", nullptr, {kIotaNr, kZone, kState}},
     {"WAEDC Contest", "RST + 001", nullptr, {kIotaNr, kZone, kState}},
     {"All Asian DX Contest (Asia)", "RST + 年齢", nullptr, {kIotaNr, kZone, kState}},
@@ -161,7 +160,10 @@ void ExchangeAnalysis::change_color_9(const RemarkCells& layout)
     }
 }
 
-bool ExchangeAnalysis::hasMissingItems() const { return !text::trim(missing_items).empty(); }
+bool ExchangeAnalysis::hasMissingItems() const
+{
+    return !text::trim(missing_items).empty();
+}
 
 void ExchangeAnalysis::showMissing()
 {
@@ -329,9 +331,9 @@ void ExchangeAnalysis::linePass(const std::filesystem::path& path, std::string_v
     do {
         const std::string line = in.next();
         ++qso_lines;
-        const std::string exchange =
-            form == Form::All ? std::string(text::trim(text::Mid_sjis(line, 47, 8)))
-                              : std::string(text::trim(text::Mid_sjis(line, 41, 9)));
+        const std::string exchange = form == Form::All
+                                         ? std::string(text::trim(text::Mid_sjis(line, 47, 8)))
+                                         : std::string(text::trim(text::Mid_sjis(line, 41, 9)));
         const std::size_t length = text::charCount(exchange);
         bump(length);
         const bool numeric = isNumericText(exchange);
@@ -352,9 +354,9 @@ void ExchangeAnalysis::linePass(const std::filesystem::path& path, std::string_v
         if (numeric && length == 2) {
             bump(kTwoDigits);
         }
-        const std::string call =
-            form == Form::All ? std::string(text::trim(text::Mid_sjis(line, 18, 11)))
-                              : std::string(text::trim(text::Mid_sjis(line, 13, 11)));
+        const std::string call = form == Form::All
+                                     ? std::string(text::trim(text::Mid_sjis(line, 18, 11)))
+                                     : std::string(text::trim(text::Mid_sjis(line, 13, 11)));
         countCallParts(call, false, 0);
     } while (!in.atEnd());
 

@@ -49,8 +49,7 @@ class ExchangeAnalysis
 {
 public:
     /// The warning above the list of layout items the log cannot fill.
-    static constexpr std::string_view kMissingWarning =
-        " ｺﾝﾃｽﾄ・ﾅﾝﾊﾞｰ に下記は含まれません。";
+    static constexpr std::string_view kMissingWarning = " ｺﾝﾃｽﾄ・ﾅﾝﾊﾞｰ に下記は含まれません。";
     /// `lblCon_No` of an age contest.
     static constexpr std::string_view kAgeExchange = "RST + 年齢";
     static constexpr std::size_t kCounters = 21;
@@ -61,7 +60,7 @@ public:
     bool rcvd_has_state = false;
 
     // --- What the window shows -----------------------------------------------------------
-    std::string lblCon_No;       ///< the exchange's name
+    std::string lblCon_No;         ///< the exchange's name
     ColouredText lblMsg1, lblMsg2; ///< the warning and the list of missing items
     /// `lblDX1` and `lblDX2` shown light red: the layout lacks "$DX" or "Calls" for the
     /// calls of this log. The front end clears the labels' texts.

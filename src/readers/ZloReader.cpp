@@ -13,7 +13,10 @@ namespace {
 
 using text::Mid_sjis;
 
-std::string trimmed(std::string_view s) { return std::string(text::trim(s)); }
+std::string trimmed(std::string_view s)
+{
+    return std::string(text::trim(s));
+}
 
 // The received exchange: the received number, cut before its first blank and trimmed, when
 // it holds a blank.
@@ -117,9 +120,9 @@ std::string noNameDialogText(std::string_view in_name)
 
 bool no_name_in_header(app::Dialogs& dialogs, std::string_view in_name, ZloOpenState& zlo)
 {
-    const auto answer = dialogs.question(kZloNoNameTitle, noNameDialogText(in_name),
-                                         app::Dialogs::Buttons::RetryCancel,
-                                         app::Dialogs::Icon::Stop);
+    const auto answer =
+        dialogs.question(kZloNoNameTitle, noNameDialogText(in_name),
+                         app::Dialogs::Buttons::RetryCancel, app::Dialogs::Icon::Stop);
     if (answer == app::Dialogs::Answer::Retry) {
         zlo.zlo_name_missing = true;
         return true;

@@ -10,20 +10,8 @@
 
 namespace vornhale::readers {
 
-/// What a `.ZLO` open leaves for the run, besides `cont_name` and the run's own values.
-struct ZloOpenState
-{
-    /// Set when the operator answered the empty-contest-name question with retry; an open
-    /// clears it, so the question comes once for each open.
-    bool zlo_name_missing = false;
-    std::string station_name; ///< the header's first name; kept, never used
-    long record_count = 0;    ///< records of the file, the header included
-    std::string last_in_name, prev_in_name; ///< the two most recent input paths
-};
-
 /// How `read_zlo_head` ended.
-enum class ZloHead
-{
+enum class ZloHead {
     Read,        ///< the header was read and the analysis ran
     NoInput,     ///< `in_name` was empty; `lblIn_name` shows the request in red
     ProgramEnds, ///< the operator cancelled the question: the program ends on the spot,
@@ -56,10 +44,10 @@ std::string noNameDialogText(std::string_view in_name);
 
 /// The test of a `.ZLO` file in its open actions (`FileOpen_z`, `FileOpen_z_set`), once the
 /// dialog has put the path into `run.in_name`: `f_type` "zlo", `file_letter` "Z", the two
-/// recent paths, a fresh question, `read_zlo_head`; "REFコンテスト(DX)" ticks `Check13`. `folderDialog` (`FileOpen_z_set`) runs
-/// `check_rcvd_zlo` once more and, with `Option02(2)` and another file than before,
-/// `read_zlo_head` again. With `Check5` the front end runs `read_cont_name_zlo` after it,
-/// then `Disp_in_name`.
+/// recent paths, a fresh question, `read_zlo_head`; "REFコンテスト(DX)" ticks `Check13`.
+/// `folderDialog` (`FileOpen_z_set`) runs `check_rcvd_zlo` once more and, with `Option02(2)` and
+/// another file than before, `read_zlo_head` again. With `Check5` the front end runs
+/// `read_cont_name_zlo` after it, then `Disp_in_name`.
 [[nodiscard]] ZloHead openZloFile(engine::RunContext& ctx, ZloOpenState& zlo,
                                   ExchangeAnalysis& analysis, bool folderDialog);
 

@@ -41,8 +41,7 @@ std::string field(const ZloRecord& r, std::size_t offset, std::size_t size)
 }
 
 // The first `length` characters of a decoded fixed field.
-std::string counted(const ZloRecord& r, std::size_t lengthAt, std::size_t offset,
-                    std::size_t size)
+std::string counted(const ZloRecord& r, std::size_t lengthAt, std::size_t offset, std::size_t size)
 {
     return text::left(field(r, offset, size), r[lengthAt]);
 }
@@ -177,8 +176,8 @@ void zloMode(std::uint8_t index, std::string& mode)
 
 void zloBand(std::uint8_t index, std::string& band)
 {
-    static constexpr const char* kBands[] = {"1.9", "3.5", "7",   "10",   "14",   "18",
-                                             "21",  "24",  "28",  "50",   "144",  "430",
+    static constexpr const char* kBands[] = {"1.9",  "3.5",  "7",    "10", "14",  "18",
+                                             "21",   "24",   "28",   "50", "144", "430",
                                              "1200", "2400", "5600", "10G"};
     if (index < std::size(kBands)) {
         band = kBands[index];

@@ -40,8 +40,8 @@ private:
 /// What the header record gives.
 struct ZloHeader
 {
-    std::string first_name; ///< the station name by its length byte; kept, never used
-    std::string cont_name;  ///< the contest name up to its first NUL
+    std::string first_name;            ///< the station name by its length byte; kept, never used
+    std::string cont_name;             ///< the contest name up to its first NUL
     std::uint8_t cont_name_length = 0; ///< only its being 0 is looked at
 };
 
@@ -50,17 +50,17 @@ ZloHeader decodeZloHeader(const ZloRecord& record);
 /// The fields of a QSO record as the readers take them. Texts are decoded from Shift-JIS.
 struct ZloQso
 {
-    double when = 0;        ///< days since 1899-12-30, the time as the fraction of a day
-    std::string call;       ///< as many characters of the field as its length byte says
+    double when = 0;  ///< days since 1899-12-30, the time as the fraction of a day
+    std::string call; ///< as many characters of the field as its length byte says
     std::uint8_t call_length = 0;
-    std::string sent_nr;    ///< of the first 9 bytes, by the length byte
-    std::string rcvd_nr;    ///< the same
+    std::string sent_nr; ///< of the first 9 bytes, by the length byte
+    std::string rcvd_nr; ///< the same
     std::uint8_t rst_sent_low = 0, rst_sent_high = 0, rst_rcvd_low = 0, rst_rcvd_high = 0;
     std::uint8_t mode_index = 0, band_index = 0, power_index = 0;
-    std::string multi1, multi2; ///< by their length bytes
+    std::string multi1, multi2;                  ///< by their length bytes
     bool multi1_new = false, multi2_new = false; ///< the new flag is exactly 1
     std::uint8_t points = 0;
-    std::string op;   ///< as many characters as the length byte says, NUL and all
+    std::string op; ///< as many characters as the length byte says, NUL and all
     std::uint8_t op_length = 0;
     std::string memo; ///< the same for the memo
     std::uint8_t memo_length = 0;
@@ -85,5 +85,16 @@ void zloPower(std::uint8_t index, std::string& power);
 /// Operator or memo as the conversion takes it: as many characters as the length byte says,
 /// then as many Shift-JIS bytes, then cut at the first NUL.
 std::string zloCutField(std::string_view chars, std::uint8_t length);
+
+/// What a `.ZLO` open leaves for the run, besides `cont_name` and the run's own values.
+struct ZloOpenState
+{
+    /// Set when the operator answered the empty-contest-name question with retry; an open
+    /// clears it, so the question comes once for each open.
+    bool zlo_name_missing = false;
+    std::string station_name;               ///< the header's first name; kept, never used
+    long record_count = 0;                  ///< records of the file, the header included
+    std::string last_in_name, prev_in_name; ///< the two most recent input paths
+};
 
 } // namespace vornhale::readers

@@ -3,6 +3,7 @@
 // tests/data/golden, byte for byte. VORNHALE_UPDATE_GOLDEN=1 rewrites them for review.
 
 #include "support/TestSupport.h"
+#include "text/Chars.h"
 
 #include <gtest/gtest.h>
 
@@ -17,7 +18,8 @@ struct GoldenCase
 {
     const char* name;
     const char* log;  ///< under data/sample, or "realdata:<path>"
-    const char* args; ///< extra command-line arguments
+    const char* args; ///< extra command-line arguments; "@masters@" is tests/data/masters
+    bool ownMasters = false; ///< the home starts with the name and QTH masters of the tests
 };
 
 const GoldenCase kCases[] = {
@@ -40,6 +42,16 @@ const GoldenCase kCases[] = {
     {"all_japan_time_for_ja", "SAMPLE2026.ALL", "--set Option05=3"},
     {"all_check16_off", "SAMPLE2026.ALL", "--set Check16=0 --set Check17=1"},
     {"all_marks", "SAMPLE2026.ALL", "--set txtQSL_Q=B --set txtQSL_S= --set Option6=1"},
+    {"all_names_and_qth", "SAMPLE2026.ALL",
+     "--set Check15=1 --set Check29=1 --set Check25=1 --set Check26=1 --set Check27=1 "
+     "--set Check28=1",
+     true},
+    {"all_qth_name_only", "SAMPLE2026.ALL", "--set Check29=1 --set Check27=1", true},
+    {"all_province", "SAMPLE2026.ALL",
+     "--set Check5=1 --set Option4=0 --province-master @masters@/sample_prov.mas"},
+    {"all_province_rmks2_free_prefix", "SAMPLE2026.ALL",
+     "--set Check5=1 --set Option3=1 --set Option4=3 --set txtProv_moji=Pref. "
+     "--province-master @masters@/sample_prov.mas"},
     {"realdata_allja1_all", "realdata:zlog/allja1_qxsl_fixture.ALL", "--set Rmks1_cfg=OP,Rcvd"},
     {"realdata_allja1_txt", "realdata:zlog/allja1_qxsl_fixture.TXT",
      "--year 2017 --set Rmks1_cfg=OP,Rcvd"},
@@ -75,9 +87,17 @@ TEST_P(ConvertGolden, EveryFileMatchesItsReviewedCopy)
     const fs::path log = dir / ("CONTEST" + ext);
     fs::copy_file(source, log);
 
+    if (c.ownMasters) {
+        fs::create_directories(dir / "home");
+        for (const char* master : {"name_mas.txt", "qth_mas.txt"}) {
+            fs::copy_file(test::testData("masters") / master, dir / "home" / master);
+        }
+    }
+    const std::string args =
+        text::replaceAll(c.args, "@masters@", test::testData("masters").string());
     std::string output;
     const int status = test::runCommand(quote(test::cliPath()) + " convert --keep-work --home " +
-                                            quote((dir / "home").string()) + " " + c.args + " " +
+                                            quote((dir / "home").string()) + " " + args + " " +
                                             quote(log.string()),
                                         &output);
     ASSERT_EQ(status, 0) << output;

@@ -11,6 +11,7 @@
 #include "settings/SettingsFiles.h"
 #include "support/TestSupport.h"
 #include "text/Chars.h"
+#include "text/ByteKeySort.h"
 #include "text/LineFile.h"
 
 #include <gtest/gtest.h>
@@ -466,6 +467,33 @@ TEST_F(Scan, AGeneratedDatabaseAndItsCsvExportGiveTheSameMaster)
             ASSERT_TRUE(m.chk_bak_qso(call, code.Band_code, code.Mode_code, true, true)) << call;
         }
     }
+}
+
+} // namespace
+} // namespace vornhale::history
+
+namespace vornhale::history {
+namespace {
+
+TEST_F(Scan, SortsBak1AsTheFileSortDoesOnColumnsOneToSixteen)
+{
+    const std::string lines[] = {"\"B            E2\",\"B\",\"E2\"", "\"A            K1\",\"A\",\"K1\"",
+                                 "\"A\xe9           C2\",\"x\",\"C2\"", "\"A",
+                                 std::string("\"A\0B", 4), "\"A            K1\",\"second\",\"K1\"",
+                                 "", "\"A            K1\",\"A\",\"K1\"extra"};
+    std::string bytes;
+    for (const std::string& l : lines) {
+        bytes += l + "\r\n";
+    }
+    test::writeBytes(m_dir / "Work" / "bak_1.txt", bytes);
+    test::writeBytes(m_dir / "other.txt", bytes);
+    try {
+        scan().sum_bak_2();
+    } catch (const app::Failure&) {
+        // The odd lines have too few parts for the condensing; the sort stands before it.
+    }
+    text::sortLinesByKey(m_dir / "other.txt", m_dir / "sorted.txt", 1, 16, false);
+    EXPECT_EQ(bak("bak_2.txt"), test::readBytes(m_dir / "sorted.txt"));
 }
 
 } // namespace

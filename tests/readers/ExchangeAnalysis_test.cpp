@@ -28,15 +28,34 @@ RemarkCells layoutOf(std::string rmks1, std::string rmks2 = "")
 
 std::string allLine(const std::string& call, const std::string& exchange)
 {
-    return ColumnLine().at(1, "2026/11/22 09:05").at(18, call).at(31, "599").at(43, "599")
-        .at(47, exchange).at(55, "-").at(61, "-").at(67, "14").at(72, "CW").at(77, "1").str();
+    return ColumnLine()
+        .at(1, "2026/11/22 09:05")
+        .at(18, call)
+        .at(31, "599")
+        .at(43, "599")
+        .at(47, exchange)
+        .at(55, "-")
+        .at(61, "-")
+        .at(67, "14")
+        .at(72, "CW")
+        .at(77, "1")
+        .str();
 }
 
 // The pass takes the exchange from byte 41 of a .TXT line.
 std::string txtLine(const std::string& call, const std::string& exchange)
 {
-    return ColumnLine().at(1, "11").at(5, "22").at(8, "0905").at(13, call).at(24, "599")
-        .at(37, "599").at(41, exchange).at(58, " 14").at(64, "CW ").str();
+    return ColumnLine()
+        .at(1, "11")
+        .at(5, "22")
+        .at(8, "0905")
+        .at(13, call)
+        .at(24, "599")
+        .at(37, "599")
+        .at(41, exchange)
+        .at(58, " 14")
+        .at(64, "CW ")
+        .str();
 }
 
 struct Pass : ::testing::Test
@@ -302,12 +321,10 @@ struct Row
 TEST(CheckUseItem, DecidesByEveryRowOfTheContestTable)
 {
     const Row rows[] = {
-        {"IOTA Contest", "RST + 001 + IOTA", true, false, false, "IOTA",
-         " zone 番号 ,  州名 , "},
+        {"IOTA Contest", "RST + 001 + IOTA", true, false, false, "IOTA", " zone 番号 ,  州名 , "},
         {"IARU HF World Championship", "RST + ITU zone", false, true, false, "Zone",
          " IOTA 番号 ,  州名 , "},
-        {"JIDX Contest (JA)", "RST + CQ zone", false, true, false, "Zone",
-         " IOTA 番号 ,  州名 , "},
+        {"JIDX Contest (JA)", "RST + CQ zone", false, true, false, "Zone", " IOTA 番号 ,  州名 , "},
         {"CQWW DX Contest", "RST + CQ zone", false, true, false, "Zone", " IOTA 番号 ,  州名 , "},
         {"ARRL 10m Contest", "RST + State/Province", false, false, true, "州名",
          " IOTA 番号 ,  zone , "},

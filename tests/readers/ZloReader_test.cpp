@@ -1,14 +1,13 @@
 #include "app/Failure.h"
 #include "engine/WorkingFiles.h"
-#include "text/SjisText.h"
 #include "readers/ZloReader.h"
-#include "readers/ZlogTextReader.h"
 #include "readers/ZloWriter.h"
+#include "readers/ZlogTextReader.h"
 #include "support/RunFixture.h"
-
-#include <gtest/gtest.h>
+#include "text/SjisText.h"
 
 #include <cmath>
+#include <gtest/gtest.h>
 #include <limits>
 #include <random>
 
@@ -50,8 +49,8 @@ struct ZloRun : ::testing::Test, test::RunFixture
 
     engine::RunContext& make(const std::filesystem::path& path, const char* f_type = "zlo")
     {
-        zctx = std::make_unique<engine::RunContext>(engine::RunContext{
-            options, folder, trace, observer, asking, program, *entities, {}});
+        zctx = std::make_unique<engine::RunContext>(
+            engine::RunContext{options, folder, trace, observer, asking, program, *entities, {}});
         zctx->run.in_name = path.string();
         zctx->run.chosen_name = path.string();
         zctx->run.f_type = f_type;
@@ -96,8 +95,19 @@ TEST(ZloRecordCount, RoundsTheLengthIn256ByteRecordsHalfToEven)
         std::uintmax_t bytes;
         long count;
     };
-    for (const Case c : {Case{0, 0}, {127, 0}, {128, 0}, {129, 1}, {256, 1}, {384, 2}, {512, 2},
-                         {640, 2}, {641, 3}, {896, 4}, {1000, 4}, {1152, 4}, {1408, 6}}) {
+    for (const Case c : {Case{0, 0},
+                         {127, 0},
+                         {128, 0},
+                         {129, 1},
+                         {256, 1},
+                         {384, 2},
+                         {512, 2},
+                         {640, 2},
+                         {641, 3},
+                         {896, 4},
+                         {1000, 4},
+                         {1152, 4},
+                         {1408, 6}}) {
         EXPECT_EQ(readers::zloRecordCount(c.bytes), c.count) << c.bytes;
     }
 }
@@ -170,7 +180,7 @@ TEST_F(ZloRun, WritesTheCommonLineOfARecord)
 TEST_F(ZloRun, DecodesEveryModeAndBandOfTheTables)
 {
     const char* modes[] = {"CW", "SSB", "FM", "AM", "RTY", "Other"};
-    const char* bands[] = {"1.9", "3.5", "7",    "10",   "14",   "18",   "21",  "24",
+    const char* bands[] = {"1.9", "3.5", "7",   "10",  "14",   "18",   "21",   "24",
                            "28",  "50",  "144", "430", "1200", "2400", "5600", "10G"};
     std::vector<ZloQsoSpec> qsos;
     for (std::uint8_t i = 0; i < 16; ++i) {
@@ -274,7 +284,10 @@ TEST_F(ZloRun, TheReceivedExchangeIsCutBeforeItsFirstBlank)
     {
         const char *rcvd, *expected;
     };
-    for (const Case c : {Case{"25", "25"}, {"13M 599", "13M"}, {" 25", ""}, {"100121", "100121"},
+    for (const Case c : {Case{"25", "25"},
+                         {"13M 599", "13M"},
+                         {" 25", ""},
+                         {"100121", "100121"},
                          {"123456789AB", "123456789"}}) {
         ZloQsoSpec q;
         q.rcvd = c.rcvd;
@@ -338,8 +351,8 @@ TEST_F(ZloRun, WithCheck02TheOperatorFieldIsWhatTheFilterCompares)
     marked.op = "";
     marked.memo = "%%JA1%%";
     use.memo = true;
-    engine::RunContext& c = make(file(ZloWriter().header("X").qso(mine).qso(other).qso(marked)
-                                          .bytes()));
+    engine::RunContext& c =
+        make(file(ZloWriter().header("X").qso(mine).qso(other).qso(marked).bytes()));
     c.run.op_filter_name = "JA1";
     readers::read_zlo(c);
     const auto lines = records(work(engine::working::zlog_1), 13);
@@ -400,9 +413,12 @@ TEST_F(ZloRun, FrequenciesOfEveryReadableLength)
     {
         const char *memo, *freq;
     };
-    for (const Case c : {Case{"(1825)", "1.825"}, {"(14025)", "14.025"},
-                         {"(144100)", "144.100"}, {"(1296100)", "1296.100"},
-                         {"(14.025)", "14.025"}, {"(7123.0)", "712.3.0"}}) {
+    for (const Case c : {Case{"(1825)", "1.825"},
+                         {"(14025)", "14.025"},
+                         {"(144100)", "144.100"},
+                         {"(1296100)", "1296.100"},
+                         {"(14.025)", "14.025"},
+                         {"(7123.0)", "712.3.0"}}) {
         ZloQsoSpec q;
         q.memo = c.memo;
         EXPECT_EQ(convert({q})[0][Freq], c.freq) << c.memo;
@@ -494,8 +510,7 @@ TEST_F(ZloHeadRun, ANameHoldingCqww160BecomesTheCqww160Contest)
 TEST_F(ZloHeadRun, KeepsTheStationNameAndTheRecordCount)
 {
     ZloQsoSpec q;
-    EXPECT_EQ(head(ZloWriter().header("X", {}, "JA1ZZZ").qso(q).qso(q).bytes(1000)),
-              ZloHead::Read);
+    EXPECT_EQ(head(ZloWriter().header("X", {}, "JA1ZZZ").qso(q).qso(q).bytes(1000)), ZloHead::Read);
     EXPECT_EQ(zlo.station_name, "JA1ZZZ");
     EXPECT_EQ(zlo.record_count, 4);
     EXPECT_EQ(zctx->run.Label37, "   3　件");
@@ -534,10 +549,10 @@ TEST_F(ZloHeadRun, AnEmptyContestNameAsksAndRetryGoesOnWithAnEmptyName)
               std::string::npos);
     EXPECT_TRUE(zlo.zlo_name_missing);
     EXPECT_EQ(zctx->run.cont_name, "");
-    EXPECT_NE(std::find(observer.statuses.begin(), observer.statuses.end(),
-                        std::pair<std::string, app::Colour>{"　ｺﾝﾃｽﾄ名　取得不可能",
-                                                            app::Colour::Red}),
-              observer.statuses.end());
+    EXPECT_NE(
+        std::find(observer.statuses.begin(), observer.statuses.end(),
+                  std::pair<std::string, app::Colour>{"　ｺﾝﾃｽﾄ名　取得不可能", app::Colour::Red}),
+        observer.statuses.end());
 
     // The run's second reading of the header does not ask again.
     EXPECT_EQ(readers::read_zlo_head(*zctx, zlo, analysis), ZloHead::Read);
@@ -574,8 +589,11 @@ TEST(ZloNoNameDialog, HasABlankLineBetweenLinesAndTwoAheadOfRetry)
 {
     const std::string t = readers::noNameDialogText("C:\\LOG\\A.ZLO");
     EXPECT_EQ(t.rfind("ＴＸＴ形式のファイルを zListw に読み込みしてから\n\nZLO に変換した", 0), 0u);
-    EXPECT_NE(t.find("* ．ZLO を作成し直して下さい。\n\n\n［ 再 試 行 ］　再度入力ファイルの指定を行います。\n\n［キャンセル］　プログラムを終了します。 "),
-              std::string::npos);
+    EXPECT_NE(
+        t.find(
+            "* ．ZLO を作成し直して下さい。\n\n\n［ 再 試 行 "
+            "］　再度入力ファイルの指定を行います。\n\n［キャンセル］　プログラムを終了します。 "),
+        std::string::npos);
     EXPECT_TRUE(text::endsWith(t, "プログラムを終了します。 "));
     EXPECT_NE(t.find("にて　[ C:\\LOG\\A.ZLO ]\n\n起動画面の"), std::string::npos);
 }
@@ -699,8 +717,9 @@ TEST_F(Z2aRun, WritesTheAllTextInItsColumns)
     const auto lines = make_z2a(ZloWriter().header("X").qso(q).bytes());
     ASSERT_EQ(lines.size(), 2u);
     EXPECT_EQ(lines[0], "zLog for Windows       by Vornhale 5.44");
-    EXPECT_EQ(lines[1], "2023/03/15 12:05 JA1ABC       599 13M     59  25H     25    -     14   CW   3  "
-                        "%%OP5%%(14025) hi");
+    EXPECT_EQ(lines[1],
+              "2023/03/15 12:05 JA1ABC       599 13M     59  25H     25    -     14   CW   3  "
+              "%%OP5%%(14025) hi");
     EXPECT_TRUE(result.showZ2a);
     EXPECT_EQ(observer.statuses.back().first, "　z2a ﾌｧｲﾙ  作 成 終 了");
 }
@@ -721,7 +740,7 @@ TEST_F(Z2aRun, LongFieldsAreCutToTheirWidthInBytes)
 {
     ZloQsoSpec q;
     q.call = "ＡＢＣＤＥＦ"; // 12 bytes in a 13-byte column
-    q.sent = "日本語メモ"; // 9 of its 10 bytes would cross the column of 8
+    q.sent = "日本語メモ";   // 9 of its 10 bytes would cross the column of 8
     const auto lines = make_z2a(ZloWriter().header("X").qso(q).bytes());
     EXPECT_EQ(text::Mid_sjis(lines[1], 18, 13), "ＡＢＣＤＥＦ ");
     // The sent number is read from nine bytes: four characters, cut to eight bytes.
@@ -765,8 +784,8 @@ TEST_F(Z2aRun, TheReportFailureStopsTheText)
 TEST_F(ZloRun, AnyFileOfAnyLengthIsReadOrFailsCleanly)
 {
     std::mt19937 rng(7);
-    for (std::size_t size : {0u, 1u, 100u, 255u, 256u, 257u, 383u, 384u, 511u, 700u, 1000u,
-                             1400u, 4096u}) {
+    for (std::size_t size :
+         {0u, 1u, 100u, 255u, 256u, 257u, 383u, 384u, 511u, 700u, 1000u, 1400u, 4096u}) {
         std::string bytes(size, '\0');
         for (char& b : bytes) {
             b = static_cast<char>(rng());

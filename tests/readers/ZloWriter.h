@@ -78,8 +78,7 @@ public:
         r[158] = static_cast<char>(q.multi2New);
         r[159] = static_cast<char>(q.points);
         putCounted(r, 160, 161, 14, q.opRaw ? *q.opRaw : text::encodeSjis(q.op), q.opLen);
-        putCounted(r, 175, 176, 67, q.memoRaw ? *q.memoRaw : text::encodeSjis(q.memo),
-                   q.memoLen);
+        putCounted(r, 175, 176, 67, q.memoRaw ? *q.memoRaw : text::encodeSjis(q.memo), q.memoLen);
         m_bytes += r;
         return *this;
     }

@@ -49,7 +49,12 @@ public:
         if (m_reread) {
             readLong(reread, truncated);
         }
-        for (const Record& r : m_reread ? reread : m_records) {
+        // Plain pointer walks keep unoptimised builds quick enough.
+        const std::vector<Record>& records = m_reread ? reread : m_records;
+        const Record* const begin = records.data();
+        const Record* const end = begin + records.size();
+        for (const Record* p = begin; p != end; ++p) {
+            const Record& r = *p;
             if (same(r.compared, key)) {
                 std::string entity = r.primary;
                 while (text::charCount(entity) < 9) {
@@ -167,7 +172,13 @@ private:
     // Exact equality, spelled out so that the walks stay quick in unoptimised builds.
     static bool same(const std::string& a, const std::string& b)
     {
-        return a.size() == b.size() && std::memcmp(a.data(), b.data(), a.size()) == 0;
+        const std::size_t n = a.size();
+        if (n != b.size()) {
+            return false;
+        }
+        const char* const x = a.data();
+        const char* const y = b.data();
+        return n == 0 || (x[0] == y[0] && std::memcmp(x, y, n) == 0);
     }
 
     struct Record
@@ -199,8 +210,9 @@ private:
     {
         for (std::size_t n = length; n >= 1; --n) {
             const std::string key(text::trim(text::left(part, n)));
+            const std::string* const prefixes = m_t.cty_s_prefix.data();
             for (long i = 1; i <= m_t.cty_s_kazu; ++i) {
-                if (same(m_t.cty_s_prefix[static_cast<std::size_t>(i)], key)) {
+                if (same(prefixes[i], key)) {
                     primary = text::upper(m_t.cty_s_primary[static_cast<std::size_t>(i)]);
                     full = text::charCount(key) == length;
                     return true;

@@ -1,0 +1,49 @@
+#include "EntityCommand.h"
+
+#include "ProgramSession.h"
+#include "app/FailurePath.h"
+#include "engine/ReferenceData.h"
+#include "engine/RunContext.h"
+#include "text/Chars.h"
+
+#include <iostream>
+#include <memory>
+
+namespace vornhale::cli {
+
+int runEntity(const EntityRequest& request)
+{
+    std::unique_ptr<ProgramSession> session;
+    try {
+        session = std::make_unique<ProgramSession>(request.home);
+    } catch (const app::Failure& f) {
+        std::cerr << "エラー内容 ：　" << f.number() << "  " << f.description() << "\n";
+        return 1;
+    }
+    if (!session->start().Main2_bas_1()) {
+        return 1;
+    }
+    session->loadMainWindow();
+
+    ConsoleObserver observer;
+    engine::ProgramState program;
+    engine::ReferenceData reference;
+    engine::RunContext ctx{session->stored(),  session->folder(), session->trace(),     observer,
+                           session->dialogs(), program,           reference.entities(), {}};
+    try {
+        reference.prepareMasters(ctx);
+    } catch (const app::Failure& f) {
+        app::error_exit(f, session->trace(), session->dialogs());
+        return 1;
+    }
+    auto& entities = reference.entities();
+    for (const std::string& call : request.calls) {
+        const std::string entity = entities.entityOf(call);
+        const auto dx = entities.dxcc_lookup(text::trim(entity));
+        std::cout << call << "\t" << entity << "\t" << dx.dx_code << "\t" << dx.dx_name << "\t"
+                  << dx.dx_buro << "\n";
+    }
+    return 0;
+}
+
+} // namespace vornhale::cli
