@@ -33,7 +33,9 @@ settings::OptionModel& ProgramSession::loadMainWindow()
     settings::OptionFacts facts;
     facts.strPath = m_folder.strPath;
     facts.drive_path = m_folder.drive_path;
-    facts.dialogs = &m_dialogs;
+    // The load's own message boxes (a history file the environment names but that is not
+    // there) belong to the window; the command line tells of missing files where it uses them.
+    facts.dialogs = nullptr;
     m_layout = std::make_unique<settings::LayoutModel>(m_stored, m_files.get());
     m_model = std::make_unique<settings::OptionModel>(m_stored, m_files.get(), std::move(facts),
                                                       m_layout.get());
