@@ -139,9 +139,14 @@ int runConvert(const ConvertRequest& request)
             throw app::Failure(app::failure::FileNotFound,
                                "ファイルが見つかりません。 " + log.string());
         }
-        if (!readers::openInput(ctx.run, *trace, log, request.type)) {
+        switch (readers::openInput(ctx, log, request.type)) {
+        case readers::OpenResult::Rejected:
             std::cerr << ctx.run.lblIn_name << "\n";
             return 1;
+        case readers::OpenResult::ProgramEnds:
+            return 1;
+        case readers::OpenResult::Opened:
+            break;
         }
         ctx.run.keep_work = request.keepWork;
         if (ctx.run.f_type.empty()) {
@@ -156,6 +161,11 @@ int runConvert(const ConvertRequest& request)
     } catch (const app::Failure& f) {
         app::error_exit(f, *trace, dialogs);
         session->reportWriteFailures();
+        return 1;
+    } catch (const app::ProgramEnd& end) {
+        // The program ends here on purpose; the trace keeps why.
+        trace->line("終了 : " + end.reason);
+        std::cerr << "終了: " << end.reason << "\n";
         return 1;
     }
 

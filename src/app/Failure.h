@@ -34,6 +34,14 @@ private:
     std::string m_handler;
 };
 
+/// The program ends at once, on purpose and without a message: the operator cancelled a
+/// question that has no way back, or the history database could not be opened. Nothing is
+/// cleaned up; each front end ends where it catches it.
+struct ProgramEnd
+{
+    std::string reason; ///< for the trace only
+};
+
 /// Run-time numbers used by the program.
 namespace failure {
 inline constexpr int InvalidCall = 5;

@@ -10,6 +10,8 @@
 #include "engine/RemarkLayout.h"
 #include "engine/ResultGrid.h"
 #include "engine/WorkingFiles.h"
+#include "history/NoQslMarking.h"
+#include "readers/ZloReader.h"
 #include "readers/ZlogTextReader.h"
 #include "settings/RemarkHistory.h"
 #include "text/Chars.h"
@@ -134,6 +136,9 @@ void cmd_henkan(RunContext& ctx, const RemarkLayout& layout)
     }
     run.op_filter_name = ctx.options.value("txtOp_name");
     sort_set_(ctx);
+    if (ctx.lookups != nullptr) {
+        ctx.lookups->prepareHistory(ctx);
+    }
 
     run.QSL_Q = std::string(text::trim(ctx.options.value("txtQSL_Q")));
     run.QSL_S = ctx.options.value("txtQSL_S");
@@ -154,6 +159,8 @@ void cmd_henkan(RunContext& ctx, const RemarkLayout& layout)
             run.file_letter = letter;
         }
         readers::henkan_at_2_t(ctx);
+    } else if (run.f_type == "zlo") {
+        readers::read_zlo(ctx);
     } else {
         throw app::Failure(app::failure::InvalidCall,
                            "この形式の入力はまだ変換できません: " + run.f_type);
@@ -166,9 +173,9 @@ void cmd_henkan(RunContext& ctx, const RemarkLayout& layout)
     henkan_conv(ctx, layout);
 
     if (!run.keep_work) {
-        for (const char* mask : {"sort-in.csv", "sort-out.csv", "sort-out?.csv", "temp_s.csv",
-                                 "temp_d.csv", "semp_s.csv", "semp_d.csv", "uemp_s.csv",
-                                 "uemp_d.csv"}) {
+        for (const char* mask :
+             {"sort-in.csv", "sort-out.csv", "sort-out?.csv", "temp_s.csv", "temp_d.csv",
+              "semp_s.csv", "semp_d.csv", "uemp_s.csv", "uemp_d.csv"}) {
             app::deleteByMask(ctx.folder.drive_path, mask);
         }
     }
@@ -216,6 +223,10 @@ void cmdStart_Click(RunContext& ctx)
 
     const RemarkLayout layout = RemarkLayout::fromOptions(ctx.options);
     run.use = layout.use();
+    if (run.f_type == "zlo" &&
+        readers::read_zlo_head(ctx, run.zlo, run.exchange) == readers::ZloHead::ProgramEnds) {
+        throw app::ProgramEnd{"read_zlo_head"};
+    }
     storeSettings(ctx, &settings::SettingsFiles::ini_write_new);
 
     ctx.observer.status("  処 理 開 始", app::Colour::Green);
@@ -225,6 +236,13 @@ void cmdStart_Click(RunContext& ctx)
 
     cmd_henkan(ctx, layout);
 
+    const history::ResultFiles results{run.names.out_name_con0, run.names.out_name_ham0,
+                                       ctx.folder.drive_path};
+    if (ctx.options.tick("Check3")) {
+        history::all_NJ_Chikan_full(results, run.QSL_Q, run.QSL_S, ctx.trace);
+    } else if (ctx.options.tick("Check4")) {
+        history::all_JN_Chikan_full(results, run.QSL_Q, run.QSL_S, ctx.trace);
+    }
     count_No_QSL_MNG(ctx, layout);
     const std::string lastMode = count_No_QSL_MNG_2(ctx);
     ctx.trace.line("Private sub cmdStart_Click()---Ｖ５用に変換");
@@ -232,6 +250,12 @@ void cmdStart_Click(RunContext& ctx)
     showCounters(ctx);
     if (ctx.options.tick("Check21")) {
         run.reportPath = Out_Henkan_Result(ctx).string();
+    }
+    if (ctx.options.value("No_QSL_moji") != "N") {
+        history::No_QSL_moji_ReWrite(run.names.out_name_ham0, run.names.out_name_ham,
+                                     run.names.out_name_con0, run.names.out_name_con,
+                                     ctx.options.value("No_QSL_moji"), ctx.options.tick("Check21"),
+                                     ctx.trace, ctx.observer);
     }
 
     ctx.observer.status("　処理終了", app::Colour::BrightBlue);

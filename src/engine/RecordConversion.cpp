@@ -186,10 +186,10 @@ void Henkan_txt(RunContext& ctx, const RemarkLayout& layout)
             historyDone = look.historyDone(q_call, key);
         }
         std::string route = historyDone ? "N" : "";
-        if (check10 && look.clubStation(q_call)) {
+        if (check10 && look.clubStation(base_call)) {
             route = "N";
         }
-        if (check09 && look.noQslCountry(q_call)) {
+        if (check09 && look.noQslCountry(e.q_entity)) {
             route = "N";
         }
         base_call = text::padRight(base_call, 6);

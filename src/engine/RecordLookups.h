@@ -29,6 +29,9 @@ public:
     /// yet loaded. May end the program (throws app::Failure) when a master that is switched on
     /// is missing.
     virtual void beforeFirstRecord(RunContext& /*ctx*/) {}
+    /// Before the reader of a conversion: the list of entities without cards (`Check09`) and
+    /// the history scan. Throws app::ProgramEnd when the history database cannot be opened.
+    virtual void prepareHistory(RunContext& /*ctx*/) {}
     /// Before the record conversion: the state master, when a layout uses the state item and
     /// it is not loaded.
     virtual void ensureStateMaster(RunContext& /*ctx*/) {}
@@ -40,10 +43,12 @@ public:
     }
     /// Whether the history counts the contact as done, for the test key of `Check04`/`Check05`.
     virtual bool historyDone(std::string_view /*q_call*/, std::string_view /*key*/) { return false; }
-    /// The club-station test (`Check10`): true when the station gets no card.
-    virtual bool clubStation(std::string_view /*q_call*/) { return false; }
-    /// The country test (`Check09`): true when the entity is on the no-card list.
-    virtual bool noQslCountry(std::string_view /*q_call*/) { return false; }
+    /// The club-station test (`Check10`) on the call padded to six columns: true when the
+    /// station gets no card.
+    virtual bool clubStation(std::string_view /*base_call6*/) { return false; }
+    /// The country test (`Check09`) on the contact's entity text: true when the entity is on
+    /// the no-card list.
+    virtual bool noQslCountry(std::string_view /*q_entity*/) { return false; }
     /// The manager of a call in the manager master, as the file gives it.
     virtual std::string managerFromFile(std::string_view /*q_call*/) { return {}; }
     /// The manager found by the web search.

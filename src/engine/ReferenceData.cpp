@@ -2,6 +2,8 @@
 
 #include "app/Failure.h"
 #include "engine/RunContext.h"
+#include "history/HistoryScan.h"
+#include "history/NoQslMarking.h"
 #include "reference/CtyImport.h"
 #include "text/Chars.h"
 
@@ -68,9 +70,32 @@ void ReferenceData::loadCallMaster(RunContext& ctx, reference::CallMaster& maste
     }
 }
 
+void ReferenceData::prepareHistory(RunContext& ctx)
+{
+    const settings::Options& o = ctx.options;
+    if (o.tick("Check09")) {
+        m_countries = history::NoQslCountries::no_qsl_cty_0(
+            o.value("No_qsl_cty"),
+            [this](std::string_view name) { return m_entities.dxcc_name_check(name); });
+    }
+    history::HistoryScan scan(ctx.folder.drive_path, ctx.folder.Temp_Files, ctx.options, ctx.trace,
+                              ctx.observer, ctx.settings);
+    if (scan.run() == history::HistoryStep::OpenFailed) {
+        throw app::ProgramEnd{"history database: " + o.value("hamlog_hdb_dir")};
+    }
+}
+
 void ReferenceData::beforeFirstRecord(RunContext& ctx)
 {
     const settings::Options& o = ctx.options;
+    m_historyOn = o.member("Option04") != 0;
+    m_check04 = o.tick("Check04");
+    m_check05 = o.tick("Check05");
+    if (m_historyOn) {
+        m_history = history::HistoryMaster();
+        m_history.sum_bak_4_bas_p(
+            history::bak_qso_mas_file(ctx.folder.Temp_Files, o.member("Option04")), ctx.trace);
+    }
     // One flag gates both masters per contact; each master loads by its own.
     m_nameMasterOn = reference::masterFolderOn(o.value("name_mas_dir"));
     const bool qthOn = reference::masterFolderOn(o.value("qth_mas_dir"));
@@ -88,6 +113,26 @@ void ReferenceData::beforeFirstRecord(RunContext& ctx)
         m_provinces.read_prov_mas_dat(m_provinceMaster, ctx.trace);
         m_provinceLoaded = m_provinceMaster;
     }
+}
+
+std::string ReferenceData::band_mode_code(std::string_view band_or_freq, std::string_view mode)
+{
+    return history::band_mode_code(band_or_freq, mode).code();
+}
+
+bool ReferenceData::historyDone(std::string_view q_call, std::string_view key)
+{
+    return m_historyOn && m_history.chk_bak_qso(q_call, key, m_check04, m_check05);
+}
+
+bool ReferenceData::clubStation(std::string_view base_call6)
+{
+    return history::Check_JA_club(base_call6);
+}
+
+bool ReferenceData::noQslCountry(std::string_view q_entity)
+{
+    return m_countries.no_qsl_cty_1(q_entity);
 }
 
 std::string ReferenceData::nameOf(std::string_view base_call)

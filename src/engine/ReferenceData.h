@@ -1,6 +1,8 @@
 #pragma once
 
 #include "engine/RecordLookups.h"
+#include "history/HistoryMaster.h"
+#include "history/NoQslCountries.h"
 #include "reference/ArdxMaster.h"
 #include "reference/CtyEntityLookup.h"
 #include "reference/NameQthMasters.h"
@@ -13,8 +15,9 @@ namespace vornhale::engine {
 
 /// The reference masters of one run of the program: the entity masters made from `cty.dat`
 /// and `dxcc_mas.txt`, the state master made from zLog's ARRL files, the name and QTH
-/// masters, and the province master chosen for the input. They are made or loaded once and
-/// then answer every contact of every conversion until the program ends.
+/// masters, the province master chosen for the input, and the history master made from the
+/// operator's HAMLOG log with the list of entities that get no cards. They are made or loaded once
+/// and then answer every contact of every conversion until the program ends.
 class ReferenceData : public RecordLookups
 {
 public:
@@ -31,6 +34,12 @@ public:
     void prepareMasters(RunContext& ctx) override;
     void beforeFirstRecord(RunContext& ctx) override;
     void ensureStateMaster(RunContext& ctx) override;
+    void prepareHistory(RunContext& ctx) override;
+
+    std::string band_mode_code(std::string_view band_or_freq, std::string_view mode) override;
+    bool historyDone(std::string_view q_call, std::string_view key) override;
+    bool clubStation(std::string_view base_call6) override;
+    bool noQslCountry(std::string_view q_entity) override;
 
     bool nameMasterOn() override { return m_nameMasterOn; }
     std::string nameOf(std::string_view base_call) override;
@@ -49,6 +58,11 @@ private:
     reference::ProvinceMaster m_provinces;
     std::filesystem::path m_provinceMaster;
     std::filesystem::path m_provinceLoaded;
+    history::HistoryMaster m_history;
+    history::NoQslCountries m_countries;
+    bool m_historyOn = false;
+    bool m_check04 = false;
+    bool m_check05 = false;
     bool m_nameMasterOn = false;
     bool m_check13 = false;
 };

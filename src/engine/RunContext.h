@@ -4,7 +4,9 @@
 #include "app/ProgramFolder.h"
 #include "app/RunObserver.h"
 #include "app/Trace.h"
+#include "readers/ExchangeAnalysis.h"
 #include "readers/OutputNames.h"
+#include "readers/ZloRecord.h"
 #include "settings/Options.h"
 #include "settings/SettingsFiles.h"
 
@@ -63,6 +65,9 @@ struct RunState
     bool zlo_iota = false;       ///< a .ZLO log's contest carries IOTA numbers
     std::int16_t sort_wake = 1;
     std::int16_t sort_kind = 1;
+    /// What the open of a `.ZLO` log and the exchange analysis left for the run.
+    readers::ZloOpenState zlo;
+    readers::ExchangeAnalysis exchange;
 };
 
 /// What lasts while the program runs.

@@ -16,14 +16,23 @@ std::string shortenedPath(std::string_view path);
 /// then "　件".
 std::string countLabel(long count);
 
-/// What the open actions share once a file is chosen: `in_name`, the trace line, the test
-/// of the file for `kind` (empty: by the name, as the open of zLog text logs does), and,
-/// for a usable input, `Disp_in_name` (output names, shown name, count).
-/// Returns false when the file was rejected; `run.in_name` then holds the message.
-bool openInput(engine::RunState& run, app::Trace& trace, const std::filesystem::path& path,
-               const std::string& kind);
+/// What an open ends in.
+enum class OpenResult {
+    Opened,     ///< a usable input: `f_type`, the names and the counts are set
+    Rejected,   ///< the file's test refused it: `run.in_name` and `lblIn_name` hold the message
+    ProgramEnds ///< the operator cancelled a question that ends the program
+};
 
-/// Derives the output names and the shown name and count of `run.in_name`.
+/// What the open actions share once a file is chosen: `in_name`, the trace line, the test
+/// of the file for `kind` ("zlo", "all", "txt", ...; empty: by the extension, `.ZLO` as the
+/// binary log and anything else as a zLog text log), and, for a usable input,
+/// `Disp_in_name` (output names, shown name, count). A path holding "REF" in any case ticks
+/// `Check13`.
+OpenResult openInput(engine::RunContext& ctx, const std::filesystem::path& path,
+                     const std::string& kind);
+
+/// Derives the output names and the shown name and count of `run.in_name`: for `.ZLO` the
+/// records of the file, for text logs its lines.
 void Disp_in_name(engine::RunState& run, app::Trace& trace);
 
 } // namespace vornhale::readers
