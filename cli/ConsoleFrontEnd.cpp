@@ -12,6 +12,18 @@ void ConsoleDialogs::message(std::string_view title, std::string_view text, Icon
     std::cerr << title << "\n" << text << "\n\n";
 }
 
+app::Dialogs::Answer ConsoleDialogs::question(std::string_view title, std::string_view text,
+                                              Buttons buttons, Icon icon)
+{
+    // Nobody is there to answer: the first button, the one that goes on, is taken.
+    const Answer answer = app::Dialogs::question(title, text, buttons, icon);
+    const char* shown = answer == Answer::Retry ? "再試行"
+                        : answer == Answer::Yes ? "はい"
+                                                : "OK";
+    std::cerr << title << "\n" << text << "\n→ " << shown << "\n\n";
+    return answer;
+}
+
 ConsoleObserver::ConsoleObserver() : m_terminal(isatty(STDERR_FILENO) != 0) {}
 
 ConsoleObserver::~ConsoleObserver()

@@ -10,6 +10,9 @@ class ConsoleDialogs : public app::Dialogs
 {
 public:
     void message(std::string_view title, std::string_view text, Icon icon) override;
+    /// Prints the question and answers with its first button.
+    Answer question(std::string_view title, std::string_view text, Buttons buttons,
+                    Icon icon) override;
 };
 
 /// Progress of a run as a bar on stderr, shown only when stderr is a terminal.

@@ -1,5 +1,6 @@
 #include "ConvertCommand.h"
 #include "EntityCommand.h"
+#include "OpenCommand.h"
 #include "SettingsCommand.h"
 
 #include <CLI/CLI.hpp>
@@ -45,6 +46,22 @@ int main(int argc, char** argv)
                           "Program folder (default: $VORNHALE_HOME or XDG data home)");
     entityCmd->add_option("CALL", entityRequest.calls, "Call signs")->required();
 
+    vornhale::cli::OpenRequest openRequest;
+    std::string openHome;
+    auto* openCmd =
+        app.add_subcommand("open", "Open a log as the window does and show what was decided");
+    openCmd->add_option("--home", openHome,
+                        "Program folder (default: $VORNHALE_HOME or XDG data home)");
+    openCmd->add_option("--type", openRequest.type, "Input kind, as for convert");
+    openCmd->add_option("LOG", openRequest.log, "The contest log")->required();
+
+    vornhale::cli::OpenRequest z2aRequest;
+    std::string z2aHome;
+    auto* z2aCmd = app.add_subcommand("z2a", "Write the _z2a.all text of a zLog .ZLO log");
+    z2aCmd->add_option("--home", z2aHome,
+                       "Program folder (default: $VORNHALE_HOME or XDG data home)");
+    z2aCmd->add_option("LOG", z2aRequest.log, "The .ZLO log")->required();
+
     try {
         app.parse(argc, argv);
     } catch (const CLI::ParseError& e) {
@@ -59,6 +76,15 @@ int main(int argc, char** argv)
             settingsRequest.home = settingsHome;
         }
         return vornhale::cli::runSettings(settingsRequest);
+    }
+    if (openCmd->parsed() || z2aCmd->parsed()) {
+        const bool open = openCmd->parsed();
+        auto& request = open ? openRequest : z2aRequest;
+        const std::string& home = open ? openHome : z2aHome;
+        if (!home.empty()) {
+            request.home = home;
+        }
+        return open ? vornhale::cli::runOpen(request) : vornhale::cli::runZ2a(request);
     }
     if (entityCmd->parsed()) {
         if (!entityHome.empty()) {

@@ -1,5 +1,6 @@
 #include "readers/InputSelection.h"
 
+#include "readers/ExchangeAnalysis.h"
 #include "readers/ZloReader.h"
 #include "readers/ZloRecord.h"
 #include "readers/ZlogTextReader.h"
@@ -70,6 +71,14 @@ OpenResult openInput(engine::RunContext& ctx, const std::filesystem::path& path,
     } else if (kind.empty() || kind == "all" || kind == "txt") {
         if (!FileOpen_all_txt_set(run, path)) {
             return OpenResult::Rejected;
+        }
+        // What the received exchange of the log holds, for the warnings of the window.
+        const RemarkCells layout = RemarkCells::fromOptions(ctx.options);
+        const bool check6 = ctx.options.tick("Check6");
+        if (run.f_type == "all") {
+            run.exchange.check_rcvd_all(path, run.in_name, check6, layout);
+        } else {
+            run.exchange.check_rcvd_txt(path, run.in_name, check6, layout);
         }
     } else {
         run.f_type = kind;

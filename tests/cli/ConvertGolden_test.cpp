@@ -53,6 +53,7 @@ const GoldenCase kCases[] = {
      "--set Check5=1 --set Option3=1 --set Option4=3 --set txtProv_moji=Pref. "
      "--province-master @masters@/sample_prov.mas"},
     {"realdata_allja1_all", "realdata:zlog/allja1_qxsl_fixture.ALL", "--set Rmks1_cfg=OP,Rcvd"},
+    {"realdata_allja1_zlo", "realdata:zlog/allja1_qxsl_fixture.ZLO", "--set Rmks1_cfg=OP,Rcvd"},
     {"realdata_allja1_txt", "realdata:zlog/allja1_qxsl_fixture.TXT",
      "--year 2017 --set Rmks1_cfg=OP,Rcvd"},
 };

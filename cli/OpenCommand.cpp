@@ -1,0 +1,159 @@
+#include "OpenCommand.h"
+
+#include "ProgramSession.h"
+#include "app/FailurePath.h"
+#include "engine/ReferenceData.h"
+#include "engine/RunContext.h"
+#include "readers/InputSelection.h"
+#include "readers/ZloReader.h"
+
+#include <functional>
+#include <iostream>
+#include <memory>
+
+namespace vornhale::cli {
+namespace {
+
+namespace fs = std::filesystem;
+
+const char* colourName(app::Colour c)
+{
+    switch (c) {
+    case app::Colour::Black:
+        return "black";
+    case app::Colour::Green:
+        return "green";
+    case app::Colour::Red:
+        return "red";
+    case app::Colour::Blue:
+        return "blue";
+    case app::Colour::BrightBlue:
+        return "bright blue";
+    case app::Colour::DarkRed:
+        return "dark red";
+    }
+    return "";
+}
+
+void show(const char* key, const std::string& value)
+{
+    std::cout << key << "\t" << value << "\n";
+}
+
+// Starts the program, opens the log and hands the opened run to `then`.
+int withOpenedLog(const OpenRequest& request,
+                  const std::function<int(ProgramSession&, engine::RunContext&)>& then)
+{
+    std::unique_ptr<ProgramSession> session;
+    try {
+        session = std::make_unique<ProgramSession>(request.home);
+    } catch (const app::Failure& f) {
+        std::cerr << "エラー内容 ：　" << f.number() << "  " << f.description() << "\n";
+        return 1;
+    }
+    if (!session->start().Main2_bas_1()) {
+        return 1;
+    }
+    session->loadMainWindow();
+    ConsoleObserver observer;
+    engine::ProgramState program;
+    engine::ReferenceData reference;
+    settings::Options options = session->stored();
+    engine::RunContext ctx{options,
+                           session->folder(),
+                           session->trace(),
+                           observer,
+                           session->dialogs(),
+                           program,
+                           reference.entities(),
+                           {}};
+    try {
+        std::error_code ec;
+        const fs::path log = fs::absolute(request.log, ec);
+        if (!fs::is_regular_file(log, ec)) {
+            std::cerr << "ファイルが見つかりません。 " << log.string() << "\n";
+            return 1;
+        }
+        switch (readers::openInput(ctx, log, request.type)) {
+        case readers::OpenResult::Rejected:
+            std::cerr << ctx.run.lblIn_name << "\n";
+            return 1;
+        case readers::OpenResult::ProgramEnds:
+            return 1;
+        case readers::OpenResult::Opened:
+            break;
+        }
+        return then(*session, ctx);
+    } catch (const app::Failure& f) {
+        app::error_exit(f, session->trace(), session->dialogs());
+        return 1;
+    } catch (const app::ProgramEnd& end) {
+        std::cerr << "終了: " << end.reason << "\n";
+        return 1;
+    }
+}
+
+} // namespace
+
+int runOpen(const OpenRequest& request)
+{
+    return withOpenedLog(request, [](ProgramSession& session, engine::RunContext& ctx) {
+        const engine::RunState& run = ctx.run;
+        show("f_type", run.f_type);
+        show("in_name", run.in_name);
+        show("lblIn_name", run.lblIn_name + " (bright blue)");
+        show("Label37", run.Label37);
+        show("cont_name", run.cont_name);
+        const readers::OutputNames& n = run.names;
+        for (const auto& [key, value] : {std::pair{"out_name_ham0", n.out_name_ham0},
+                                         {"out_name_con0", n.out_name_con0},
+                                         {"out_name_ham", n.out_name_ham},
+                                         {"out_name_con", n.out_name_con},
+                                         {"out_name_ham_n", n.out_name_ham_n},
+                                         {"out_name_con_n", n.out_name_con_n},
+                                         {"dup_name", n.dup_name},
+                                         {"Get_Mng_result_name", n.Get_Mng_result_name}}) {
+            show(key, value);
+        }
+        if (run.f_type == "zlo") {
+            show("z2a_name", readers::z2aName(run.in_name));
+        }
+        const readers::ExchangeAnalysis& x = run.exchange;
+        show("lblCon_No", x.lblCon_No);
+        show("lblMsg1",
+             x.lblMsg1.text + (x.lblMsg1.text.empty()
+                                   ? std::string()
+                                   : " (" + std::string(colourName(x.lblMsg1.colour)) + ")"));
+        show("lblMsg2",
+             x.lblMsg2.text + (x.lblMsg2.text.empty()
+                                   ? std::string()
+                                   : " (" + std::string(colourName(x.lblMsg2.colour)) + ")"));
+        show("missing_items", x.missing_items);
+        show("rcvd_has_zone", x.rcvd_has_zone ? "1" : "0");
+        show("rcvd_has_state", x.rcvd_has_state ? "1" : "0");
+        show("rcvd_has_iota", x.rcvd_has_iota ? "1" : "0");
+
+        // The start as the window decides it, with the input now known.
+        settings::OptionModel& model = session.loadMainWindow();
+        model.facts().in_name = run.in_name;
+        model.facts().f_type = run.f_type;
+        model.facts().cont_name = run.cont_name;
+        model.Check5_Click();
+        show("lblShori", model.caption("lblShori"));
+        show("cmdStart", model.enabled("cmdStart") ? "enabled" : "disabled");
+        return 0;
+    });
+}
+
+int runZ2a(const OpenRequest& request)
+{
+    OpenRequest zlo = request;
+    zlo.type = "zlo";
+    return withOpenedLog(zlo, [](ProgramSession&, engine::RunContext& ctx) {
+        const readers::Z2aResult result = readers::mnuMake_z2a_Click(ctx);
+        std::cout << result.path << "\n";
+        return 0;
+    });
+}
+
+} // namespace vornhale::cli
