@@ -18,7 +18,9 @@ struct GoldenCase
 {
     const char* name;
     const char* log;  ///< under data/sample, or "realdata:<path>"
-    const char* args; ///< extra command-line arguments; "@masters@" is tests/data/masters
+    /// Extra command-line arguments; "@masters@" is tests/data/masters, "@hamlog@" the HAMLOG
+    /// export tests/data/hamlog/history.csv.
+    const char* args;
     bool ownMasters = false; ///< the home starts with the name and QTH masters of the tests
 };
 
@@ -52,6 +54,18 @@ const GoldenCase kCases[] = {
     {"all_province_rmks2_free_prefix", "SAMPLE2026.ALL",
      "--set Check5=1 --set Option3=1 --set Option4=3 --set txtProv_moji=Pref. "
      "--province-master @masters@/sample_prov.mas"},
+    {"history_worked", "SAMPLE2026.ALL", "--set Option04=1 --set hamlog_hdb_dir=@hamlog@"},
+    {"history_worked_any_band", "SAMPLE2026.ALL",
+     "--set Option04=1 --set Check04=0 --set hamlog_hdb_dir=@hamlog@"},
+    {"history_card_sent", "SAMPLE2026.ALL", "--set Option04=2 --set hamlog_hdb_dir=@hamlog@"},
+    {"history_card_received", "SAMPLE2026.ALL",
+     "--set Option04=3 --set Check04=0 --set Check05=0 --set hamlog_hdb_dir=@hamlog@"},
+    {"history_sent_n_to_j", "SAMPLE2026.ALL",
+     "--set Option04=2 --set Check3=1 --set hamlog_hdb_dir=@hamlog@"},
+    {"history_sent_j_to_n", "SAMPLE2026.ALL",
+     "--set Option04=2 --set Check4=1 --set hamlog_hdb_dir=@hamlog@"},
+    {"no_qsl_club_and_country", "SAMPLE2026.ALL",
+     "--set Check10=1 --set Check09=1 --set 'No_qsl_cty=VK,DL' --set No_QSL_moji=_"},
     {"realdata_allja1_all", "realdata:zlog/allja1_qxsl_fixture.ALL", "--set Rmks1_cfg=OP,Rcvd"},
     {"realdata_allja1_zlo", "realdata:zlog/allja1_qxsl_fixture.ZLO", "--set Rmks1_cfg=OP,Rcvd"},
     {"realdata_allja1_txt", "realdata:zlog/allja1_qxsl_fixture.TXT",
@@ -94,8 +108,8 @@ TEST_P(ConvertGolden, EveryFileMatchesItsReviewedCopy)
             fs::copy_file(test::testData("masters") / master, dir / "home" / master);
         }
     }
-    const std::string args =
-        text::replaceAll(c.args, "@masters@", test::testData("masters").string());
+    std::string args = text::replaceAll(c.args, "@masters@", test::testData("masters").string());
+    args = text::replaceAll(args, "@hamlog@", (test::testData("hamlog") / "history.csv").string());
     std::string output;
     const int status = test::runCommand(quote(test::cliPath()) + " convert --keep-work --home " +
                                             quote((dir / "home").string()) + " " + args + " " +
