@@ -15,11 +15,17 @@ void ConsoleDialogs::message(std::string_view title, std::string_view text, Icon
 app::Dialogs::Answer ConsoleDialogs::question(std::string_view title, std::string_view text,
                                               Buttons buttons, Icon icon)
 {
-    // Nobody is there to answer: the first button, the one that goes on, is taken.
-    const Answer answer = app::Dialogs::question(title, text, buttons, icon);
-    const char* shown = answer == Answer::Retry ? "再試行"
-                        : answer == Answer::Yes ? "はい"
-                                                : "OK";
+    // Nobody is there to answer: the first button, the one that goes on, is taken, unless
+    // the command was told to cancel.
+    Answer answer = app::Dialogs::question(title, text, buttons, icon);
+    if (m_cancel) {
+        answer = buttons == Buttons::YesNo ? Answer::No : Answer::Cancel;
+    }
+    const char* shown = answer == Answer::Retry    ? "再試行"
+                        : answer == Answer::Yes    ? "はい"
+                        : answer == Answer::No     ? "いいえ"
+                        : answer == Answer::Cancel ? "キャンセル"
+                                                   : "OK";
     std::cerr << title << "\n" << text << "\n→ " << shown << "\n\n";
     return answer;
 }

@@ -10,9 +10,14 @@ class ConsoleDialogs : public app::Dialogs
 {
 public:
     void message(std::string_view title, std::string_view text, Icon icon) override;
-    /// Prints the question and answers with its first button.
+    /// Prints the question and answers with its first button, the one that goes on, or with
+    /// its second (cancel, no) after `cancelQuestions`.
     Answer question(std::string_view title, std::string_view text, Buttons buttons,
                     Icon icon) override;
+    void cancelQuestions() { m_cancel = true; }
+
+private:
+    bool m_cancel = false;
 };
 
 /// Progress of a run as a bar on stderr, shown only when stderr is a terminal.

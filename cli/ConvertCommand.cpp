@@ -124,6 +124,9 @@ int runConvert(const ConvertRequest& request)
     const app::ProgramFolder& folder = session->folder();
     app::Trace* trace = &session->trace();
     ConsoleDialogs& dialogs = session->dialogs();
+    if (request.cancelQuestions) {
+        dialogs.cancelQuestions();
+    }
     ConsoleObserver observer;
     engine::ProgramState program;
     engine::ReferenceData reference;

@@ -14,7 +14,8 @@ struct ConvertRequest
     std::string type;
     std::string year;
     bool keepWork = false;
-    std::string provinceMaster; ///< the province master for `Check5`, chosen by hand
+    bool cancelQuestions = false; ///< answer the operator's questions with cancel
+    std::string provinceMaster;   ///< the province master for `Check5`, chosen by hand
     std::filesystem::path log;
 };
 

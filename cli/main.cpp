@@ -22,6 +22,8 @@ int main(int argc, char** argv)
     conv->add_option(
         "--province-master", convert.provinceMaster,
         "Province master (*.mas or zLog *.dat) for Check5; default: guessed from the contest");
+    conv->add_flag("--cancel-questions", convert.cancelQuestions,
+                   "Answer the operator's questions with cancel instead of going on");
     conv->add_flag("--keep-work", convert.keepWork,
                    "Leave the working files in the working folder");
     conv->add_option("LOG", convert.log, "The contest log")->required();

@@ -112,3 +112,12 @@ TEST(ZloCommand, FilesOfAnyLengthNeverCrashTheProgram)
         EXPECT_TRUE(status == 0 || status == 1) << size << ": " << status << cli.output;
     }
 }
+
+TEST(ZloCommand, CancellingTheQuestionEndsTheProgramWithoutResults)
+{
+    Cli cli;
+    const fs::path log = cli.write("TEST.ZLO", smallLog(""));
+    EXPECT_EQ(cli.run("convert", log, "--cancel-questions"), 1) << cli.output;
+    EXPECT_NE(cli.output.find("キャンセル"), std::string::npos) << cli.output;
+    EXPECT_FALSE(fs::exists(cli.dir / "TEST_hn.csv"));
+}
