@@ -13,6 +13,7 @@
 #include "history/NoQslMarking.h"
 #include "readers/ZloReader.h"
 #include "readers/ZlogTextReader.h"
+#include "readers/ZlogTranslators.h"
 #include "settings/RemarkHistory.h"
 #include "text/Chars.h"
 #include "text/LineFile.h"
@@ -235,6 +236,13 @@ void cmdStart_Click(RunContext& ctx)
     storeSettings(ctx, &settings::SettingsFiles::ini_write_new);
 
     cmd_henkan(ctx, layout);
+
+    // The log in the other zLog text form, beside the input, when asked for.
+    if (run.f_type == "txt" && ctx.options.value("Make_t2a") == "1") {
+        readers::zlog_txt_2_zlog_all(ctx);
+    } else if (run.f_type == "all" && ctx.options.value("Make_a2t") == "1") {
+        readers::zlog_all_2_zlog_txt(ctx);
+    }
 
     const history::ResultFiles results{run.names.out_name_con0, run.names.out_name_ham0,
                                        ctx.folder.drive_path};

@@ -1,10 +1,11 @@
-#include "readers/ZlogTranslators.h"
-
 #include "app/Failure.h"
 #include "readers/ZlogTextReader.h"
+#include "readers/ZlogTranslators.h"
 #include "support/RunFixture.h"
 #include "text/SjisCodec.h"
 
+#include <algorithm>
+#include <functional>
 #include <gtest/gtest.h>
 
 using namespace vornhale;
@@ -104,8 +105,8 @@ TEST(ZlogTranslators, TxtLineFieldsArePaddedOrCut)
         c.mode = " RTTY";
         c.points = "100";
         c.call = "JA1ABCDEFGH";
-        cases.push_back({"long values are cut; a four-letter mode reaches into the points",
-                         c, "2026",
+        cases.push_back({"long values are cut; a four-letter mode reaches into the points", c,
+                         "2026",
                          "2026/11/21 23:19 JA1ABCDEFGH  599 12345678599 ABCDEFGH123456-     "
                          "1296.RTTY Y10"});
     }
@@ -144,9 +145,8 @@ TEST(ZlogTranslators, TxtColumnsCountShiftJisBytes)
 
 TEST(ZlogTranslators, ShortOrEmptyTxtLineGivesEmptyFieldsWithoutFailure)
 {
-    EXPECT_EQ(readers::zt2aLine("", "2026"),
-              "2026/0/0 : " + std::string(13 + 4 + 8 + 4 + 8, ' ') + "-     -     " +
-                  std::string(5 + 5 + 3, ' '));
+    EXPECT_EQ(readers::zt2aLine("", "2026"), "2026/0/0 : " + std::string(13 + 4 + 8 + 4 + 8, ' ') +
+                                                 "-     -     " + std::string(5 + 5 + 3, ' '));
     EXPECT_EQ(readers::zt2aLine(" 11  21 2319 JA1", "2026"),
               "2026/11/21 23:19 JA1" + std::string(10 + 4 + 8 + 4 + 8, ' ') + "-     -     " +
                   std::string(5 + 5 + 3, ' '));
@@ -377,10 +377,9 @@ TEST(ZlogTranslatorsFile, SecondRunReplacesTheOutput)
     ASSERT_EQ(lines.size(), 2u);
     EXPECT_EQ(lines[1].substr(0, 4), "2027");
 
-    const auto all = r.write(
-        "LOG.ALL",
-        {kAllHeader, "2026/11/21 23:19 JA1ABC 599 1001 599 1002 - - 21 CW 1 A",
-         "2026/11/21 23:19 JA1ABC 599 1001 599 1002 - - 21 CW 1 B"});
+    const auto all =
+        r.write("LOG.ALL", {kAllHeader, "2026/11/21 23:19 JA1ABC 599 1001 599 1002 - - 21 CW 1 A",
+                            "2026/11/21 23:19 JA1ABC 599 1001 599 1002 - - 21 CW 1 B"});
     const std::string txt = readers::zlog_all_2_zlog_txt(r.on(all)).path;
     r.write("LOG.ALL", {kAllHeader, "2026/11/21 23:19 JA1ABC 599 1001 599 1002 - - 21 CW 1 C"});
     readers::zlog_all_2_zlog_txt(r.on(all));
@@ -399,9 +398,8 @@ TEST(ZlogTranslatorsFile, FailingLineLeavesThePreviousOutputAndNoHalfFile)
         const std::string before = test::readBytes(out);
         r.observer.statuses.clear();
 
-        r.write("LOG.ALL",
-                {kAllHeader, "2026/11/21 23:19 JA1ABC 599 1001 599 1002 - - 21 CW 1 NEW", bad,
-                 "2026/11/21 23:19 JA1ABC 599 1001 599 1002 - - 21 CW 1 NEW"});
+        r.write("LOG.ALL", {kAllHeader, "2026/11/21 23:19 JA1ABC 599 1001 599 1002 - - 21 CW 1 NEW",
+                            bad, "2026/11/21 23:19 JA1ABC 599 1001 599 1002 - - 21 CW 1 NEW"});
         EXPECT_EQ(failureNumber([&] { readers::zlog_all_2_zlog_txt(r.on(in)); }),
                   app::failure::SubscriptOutOfRange)
             << "[" << bad << "]";
@@ -462,8 +460,7 @@ void expectAllToTxt(const std::filesystem::path& source, const char* goldenName)
 
 TEST(ZlogTranslatorsGolden, SampleTxtToAll)
 {
-    expectTxtToAll(test::sourceDir() / "data/sample/SAMPLE2026.TXT", "2026",
-                   "SAMPLE2026_zt2a.all");
+    expectTxtToAll(test::sourceDir() / "data/sample/SAMPLE2026.TXT", "2026", "SAMPLE2026_zt2a.all");
 }
 
 TEST(ZlogTranslatorsGolden, SampleAllFailsAtItsFirstLineWithoutSentNumberOrMemo)
