@@ -2,6 +2,7 @@
 
 #include "app/Failure.h"
 #include "readers/ZloRecord.h"
+#include "settings/OptionModel.h"
 #include "settings/Options.h"
 #include "text/Chars.h"
 #include "text/LineFile.h"
@@ -63,30 +64,6 @@ bool ExchangeAnalysis::*flagOf(const char* highlight)
     return &ExchangeAnalysis::rcvd_has_state;
 }
 
-constexpr std::pair<std::string_view, std::string_view> kContestKeys[] = {
-    {"REF", "REFコンテスト(DX)"},
-    {"PAC", "PACC (DX)"},
-    {"PA", "PACC (DX)"},
-    {"RSGB", "RSGB 7MHz (DX)"},
-    {"SP", "ＳＰＤＸコンテスト"},
-    {"UR", "URDXコンテスト(DX)"},
-    {"YO", "YO DX"},
-    {"RAC", "RAC"},
-    {"HA", "HADXコンテスト(DX)"},
-    {"ARR", "ARRL 10m Contest"},
-    {"ARD", "ARRL 10m Contest"},
-    {"CT", "CT DAY"},
-    {"OK", "ＯＫ／ＯＭＤＸコンテスト（ＤＸ）"},
-    {"UA", "RussianDXコンテスト"},
-    {"RUS", "RussianDXコンテスト"},
-    {"HB", "Helvetia DXコンテスト"},
-    {"ARI", "ARI Int DXコンテスト"},
-    {"UBA", "UBA Contest"},
-    {"UK", "Ukrainian DX DIGI Contest"},
-    {"EA", "EA Contest"},
-    {"XE", "XE Contest"},
-    {"IOTA", "IOTA Contest"},
-};
 
 } // namespace
 
@@ -393,20 +370,15 @@ void ExchangeAnalysis::check_rcvd_txt(const std::filesystem::path& path, std::st
 
 std::optional<ContestFromName> contestFromFileName(std::string_view path)
 {
-    const std::size_t sep = path.find_last_of("/\\");
-    const std::string name =
-        text::upper(sep == std::string_view::npos ? path : path.substr(sep + 1));
-    for (const auto& [key, contest] : kContestKeys) {
-        if (name.find(key) == std::string::npos) {
-            continue;
-        }
-        ContestFromName c{std::string(contest), std::nullopt};
-        if (key == "IOTA") {
-            c.lblMas_dat_zlo = ColouredText{"Prov , Oblast 取得は不可能です｡", app::Colour::Red};
-        }
-        return c;
+    const std::string_view contest = settings::contestOfFileName(path);
+    if (contest.empty()) {
+        return std::nullopt;
     }
-    return std::nullopt;
+    ContestFromName c{std::string(contest), std::nullopt};
+    if (contest == "IOTA Contest") {
+        c.lblMas_dat_zlo = ColouredText{"Prov , Oblast 取得は不可能です｡", app::Colour::Red};
+    }
+    return c;
 }
 
 } // namespace vornhale::readers

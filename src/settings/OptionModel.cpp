@@ -562,8 +562,10 @@ void OptionModel::inetFlagRule()
 
 std::string_view contestOfFileName(std::string_view in_name)
 {
+    // Either separator ends a folder, as in the paths the program is given.
+    const std::size_t sep = in_name.find_last_of("/\\");
     const std::string name =
-        text::upper(std::filesystem::path(std::string(in_name)).filename().string());
+        text::upper(sep == std::string_view::npos ? in_name : in_name.substr(sep + 1));
     for (const auto& [tag, contest] : kContestTags) {
         if (name.find(tag) != std::string::npos) {
             return contest;
