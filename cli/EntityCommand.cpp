@@ -13,11 +13,8 @@ namespace vornhale::cli {
 
 int runEntity(const EntityRequest& request)
 {
-    std::unique_ptr<ProgramSession> session;
-    try {
-        session = std::make_unique<ProgramSession>(request.home);
-    } catch (const app::Failure& f) {
-        std::cerr << "エラー内容 ：　" << f.number() << "  " << f.description() << "\n";
+    const std::unique_ptr<ProgramSession> session = ProgramSession::begin(request.home);
+    if (!session) {
         return 1;
     }
     if (!session->start().Main2_bas_1()) {

@@ -44,11 +44,8 @@ void show(const char* key, const std::string& value)
 int withOpenedLog(const OpenRequest& request,
                   const std::function<int(ProgramSession&, engine::RunContext&)>& then)
 {
-    std::unique_ptr<ProgramSession> session;
-    try {
-        session = std::make_unique<ProgramSession>(request.home);
-    } catch (const app::Failure& f) {
-        std::cerr << "エラー内容 ：　" << f.number() << "  " << f.description() << "\n";
+    const std::unique_ptr<ProgramSession> session = ProgramSession::begin(request.home);
+    if (!session) {
         return 1;
     }
     if (!session->start().Main2_bas_1()) {

@@ -1,5 +1,7 @@
 #include "ProgramSession.h"
 
+#include "app/Failure.h"
+
 #include <iostream>
 
 namespace vornhale::cli {
@@ -41,6 +43,17 @@ settings::OptionModel& ProgramSession::loadMainWindow()
                                                       m_layout.get());
     m_model->Form_Load();
     return *m_model;
+}
+
+std::unique_ptr<ProgramSession>
+ProgramSession::begin(const std::optional<std::filesystem::path>& home)
+{
+    try {
+        return std::make_unique<ProgramSession>(home);
+    } catch (const app::Failure& f) {
+        std::cerr << "エラー内容 ：　" << f.number() << "  " << f.description() << "\n";
+        return nullptr;
+    }
 }
 
 bool ProgramSession::reportWriteFailures()

@@ -25,6 +25,9 @@ public:
     /// when the folder or the trace cannot be made.
     explicit ProgramSession(const std::optional<std::filesystem::path>& home);
 
+    /// The session, or null after telling on stderr why the program could not start.
+    static std::unique_ptr<ProgramSession> begin(const std::optional<std::filesystem::path>& home);
+
     const app::ProgramFolder& folder() const { return m_folder; }
     app::Trace& trace() { return *m_trace; }
     ConsoleDialogs& dialogs() { return m_dialogs; }

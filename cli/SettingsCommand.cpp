@@ -71,11 +71,8 @@ int runSettings(const SettingsRequest& request)
         return 2;
     }
 
-    std::unique_ptr<ProgramSession> session;
-    try {
-        session = std::make_unique<ProgramSession>(request.home);
-    } catch (const app::Failure& f) {
-        std::cerr << "エラー内容 ：　" << f.number() << "  " << f.description() << "\n";
+    const std::unique_ptr<ProgramSession> session = ProgramSession::begin(request.home);
+    if (!session) {
         return 1;
     }
 
