@@ -1,6 +1,7 @@
 #include "engine/ReferenceData.h"
 
 #include "app/Failure.h"
+#include "app/startup/ProgramStart.h"
 #include "engine/RunContext.h"
 #include "history/HistoryScan.h"
 #include "history/NoQslMarking.h"
@@ -27,6 +28,14 @@ void ReferenceData::setProvinceMaster(fs::path mas_dat_name)
 
 void ReferenceData::prepareMasters(RunContext& ctx)
 {
+    // A program folder without its own prefix list takes the system's current one.
+    const fs::path own = ctx.folder.strPath / "cty.dat";
+    if (const fs::path system = startup::systemCtyDat(); !isFile(own) && !system.empty()) {
+        std::error_code ec;
+        if (fs::copy_file(system, own, ec)) {
+            ctx.trace.line("     cty.dat : " + system.string());
+        }
+    }
     reference::CtyImport import({ctx.folder.strPath, ctx.folder.drive_path}, ctx.trace,
                                 ctx.dialogs);
     if (!import.importAll(ctx.folder.strPath / "dxcc_mas.txt")) {
