@@ -89,41 +89,7 @@ bool RemarkCells::inKeys(std::string_view item) const
 
 bool isNumericText(std::string_view s)
 {
-    s = text::trim(s);
-    std::size_t i = 0;
-    if (i < s.size() && (s[i] == '+' || s[i] == '-')) {
-        ++i;
-    }
-    std::size_t digits = 0;
-    while (i < s.size() && text::isDigit(s[i])) {
-        ++i;
-        ++digits;
-    }
-    if (i < s.size() && s[i] == '.') {
-        ++i;
-        while (i < s.size() && text::isDigit(s[i])) {
-            ++i;
-            ++digits;
-        }
-    }
-    if (digits == 0) {
-        return false;
-    }
-    if (i < s.size() && (s[i] == 'e' || s[i] == 'E' || s[i] == 'd' || s[i] == 'D')) {
-        ++i;
-        if (i < s.size() && (s[i] == '+' || s[i] == '-')) {
-            ++i;
-        }
-        std::size_t exp = 0;
-        while (i < s.size() && text::isDigit(s[i])) {
-            ++i;
-            ++exp;
-        }
-        if (exp == 0) {
-            return false;
-        }
-    }
-    return i == s.size();
+    return text::toNumber(s).has_value();
 }
 
 void ExchangeAnalysis::change_color_9(const RemarkCells& layout)

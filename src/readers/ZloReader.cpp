@@ -60,20 +60,10 @@ void frequencyFromMemo(const std::string& memo, std::string& freq)
     freq = text::replaceAll(text::left(f, n - 3) + "." + text::right(f, 3), "..", ".");
 }
 
-// Left-aligned, blank-padded and cut to `width` Shift-JIS bytes.
-std::string column(std::string_view s, long width)
-{
-    std::string out = Mid_sjis(s, 1, width);
-    const std::size_t bytes = text::Len_sjis(out);
-    if (bytes < static_cast<std::size_t>(width)) {
-        out.append(static_cast<std::size_t>(width) - bytes, ' ');
-    }
-    return out;
-}
 
 std::string multiColumn(const std::string& multi, bool isNew)
 {
-    return isNew ? column(multi, 6) : std::string("-     ");
+    return isNew ? text::sjisColumn(multi, 6) : std::string("-     ");
 }
 
 // The fields of a record that both the conversion and the text take, with the values that
@@ -283,12 +273,12 @@ Z2aResult mnuMake_z2a_Click(engine::RunContext& ctx)
     for (long n = 2; n <= count; ++n) {
         const ZloQso z = decodeZloQso(file.record(n));
         d.from(z);
-        std::string line = column(d.date, 11) + column(d.time, 6) + column(z.call, 13) +
-                           column(d.rst_sent, 4) + column(z.sent_nr, 8) + column(d.rst_rcvd, 4);
+        std::string line = text::sjisColumn(d.date, 11) + text::sjisColumn(d.time, 6) + text::sjisColumn(z.call, 13) +
+                           text::sjisColumn(d.rst_sent, 4) + text::sjisColumn(z.sent_nr, 8) + text::sjisColumn(d.rst_rcvd, 4);
         // A received number of nine characters stands in full and moves the rest along.
-        line += text::charCount(text::trim(z.rcvd_nr)) >= 9 ? z.rcvd_nr : column(z.rcvd_nr, 8);
+        line += text::charCount(text::trim(z.rcvd_nr)) >= 9 ? z.rcvd_nr : text::sjisColumn(z.rcvd_nr, 8);
         line += multiColumn(z.multi1, z.multi1_new) + multiColumn(z.multi2, z.multi2_new);
-        line += column(d.band, 5) + column(d.mode, 5) + column(std::to_string(z.points), 3);
+        line += text::sjisColumn(d.band, 5) + text::sjisColumn(d.mode, 5) + text::sjisColumn(std::to_string(z.points), 3);
         if (!z.op.empty()) {
             line += "%%" + z.op + "%%";
         }

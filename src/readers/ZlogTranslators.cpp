@@ -19,16 +19,6 @@ std::string cutTrimmed(std::string_view line, long start, long width)
     return std::string(text::trim(Mid_sjis(line, start, width)));
 }
 
-// Padded with blanks or cut, to `width` bytes.
-std::string column(std::string_view s, long width)
-{
-    std::string out = Mid_sjis(s, 1, width);
-    const std::size_t bytes = text::Len_sjis(out);
-    if (bytes < static_cast<std::size_t>(width)) {
-        out.append(static_cast<std::size_t>(width) - bytes, ' ');
-    }
-    return out;
-}
 
 // Right-aligned: the last `width` characters of blanks and the value.
 std::string rightAligned(std::string_view s, std::size_t blanks, std::size_t width)
@@ -72,11 +62,11 @@ std::string zt2aLine(std::string_view txtLine, std::string_view year)
     std::string out(year);
     out += "/" + text::right("0" + month, 2) + "/" + text::right("0" + day, 2) + " ";
     out += Mid_sjis(time, 1, 2) + ":" + Mid_sjis(time, 3, 2) + " ";
-    out += column(call, 13) + column(sentRst, 4) + column(sentNr, 8) + column(rcvdRst, 4);
-    out += column(rcvdNr, 8);
-    out += multi.empty() ? std::string("-     ") : column(multi, 6);
+    out += text::sjisColumn(call, 13) + text::sjisColumn(sentRst, 4) + text::sjisColumn(sentNr, 8) + text::sjisColumn(rcvdRst, 4);
+    out += text::sjisColumn(rcvdNr, 8);
+    out += multi.empty() ? std::string("-     ") : text::sjisColumn(multi, 6);
     out += "-     ";
-    out += column(band, 5) + column(mode, 5) + column(points, 3) + memo;
+    out += text::sjisColumn(band, 5) + text::sjisColumn(mode, 5) + text::sjisColumn(points, 3) + memo;
     return out;
 }
 
@@ -128,11 +118,11 @@ std::string za2tLine(std::string_view allLine)
     std::string out = " " + Mid_sjis(date, 6, 2);
     out += "  " + Mid_sjis(date, 9, 2) + " ";
     out += text::replaceAll(time, ":", "") + " ";
-    out += column(text::trim(call), 11);
+    out += text::sjisColumn(text::trim(call), 11);
     out += rightAligned(sentRst, 1, 3);
-    out += column(sentNr, 10);
+    out += text::sjisColumn(sentNr, 10);
     out += rightAligned(rcvdRst, 1, 3);
-    out += column(rcvdNr, 8);
+    out += text::sjisColumn(rcvdNr, 8);
     out += text::replaceAll(rightAligned(multi, 8, 8), "-", " ");
     out += "  " + rightAligned(band, 8, 6);
     out += Mid_sjis(mode + "     ", 1, 4);

@@ -11,16 +11,6 @@
 namespace vornhale::reference {
 namespace {
 
-// Blanks added on the right up to `width` characters; a longer text stays whole.
-std::string padTo(std::string_view s, std::size_t width)
-{
-    std::string out(s);
-    const std::size_t n = text::charCount(s);
-    if (n < width) {
-        out.append(width - n, ' ');
-    }
-    return out;
-}
 
 // The right part of a call caps its search at this many characters.
 constexpr std::size_t kRightSearchChars = 6;

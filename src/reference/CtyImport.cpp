@@ -33,16 +33,6 @@ std::string folderText(const fs::path& folder)
     return s;
 }
 
-// Blanks added on the right up to `width` characters; a longer text stays whole.
-std::string padTo(std::string_view s, std::size_t width)
-{
-    std::string out(s);
-    const std::size_t n = text::charCount(s);
-    if (n < width) {
-        out.append(width - n, ' ');
-    }
-    return out;
-}
 
 // Everything from the first `mark` on is dropped.
 std::string cutAt(std::string s, char mark)

@@ -1,7 +1,10 @@
 #pragma once
 
+#include "text/Utf8.h"
+
 #include <filesystem>
 #include <string>
+#include <string_view>
 #include <vector>
 
 namespace vornhale::reference {
@@ -9,6 +12,18 @@ namespace vornhale::reference {
 /// Where the entity masters live: `strPath` is the program's folder (cty.dat, cty_conv.txt,
 /// cty_mastS.txt, cty_mastL.txt), `drive_path` the working folder (cty_dat0.txt,
 /// cty_dat1.txt, cty_dat3.txt).
+/// Blanks added on the right up to `width` characters; a longer text stays whole (the
+/// padding of the long master's fields).
+inline std::string padTo(std::string_view s, std::size_t width)
+{
+    std::string out(s);
+    const std::size_t n = text::charCount(s);
+    if (n < width) {
+        out.append(width - n, ' ');
+    }
+    return out;
+}
+
 struct CtyPlaces
 {
     std::filesystem::path strPath;

@@ -24,57 +24,6 @@ std::string_view trimSpace(std::string_view s)
     return s;
 }
 
-// A text as the language's conversions to a number take it: blanks around, a sign, digits
-// with one point, an exponent. Nothing when the conversion would fail.
-std::optional<double> toNumber(std::string_view text)
-{
-    const std::string_view s = trimSpace(text);
-    std::size_t i = 0;
-    if (i < s.size() && (s[i] == '+' || s[i] == '-')) {
-        ++i;
-    }
-    std::size_t digits = 0;
-    while (i < s.size() && text::isDigit(s[i])) {
-        ++i;
-        ++digits;
-    }
-    if (i < s.size() && s[i] == '.') {
-        ++i;
-        while (i < s.size() && text::isDigit(s[i])) {
-            ++i;
-            ++digits;
-        }
-    }
-    if (digits == 0) {
-        return std::nullopt;
-    }
-    std::string number(s.substr(0, i));
-    if (i < s.size() && (s[i] == 'e' || s[i] == 'E' || s[i] == 'd' || s[i] == 'D')) {
-        std::size_t j = i + 1;
-        if (j < s.size() && (s[j] == '+' || s[j] == '-')) {
-            ++j;
-        }
-        const std::size_t expStart = j;
-        while (j < s.size() && text::isDigit(s[j])) {
-            ++j;
-        }
-        if (j == expStart) {
-            return std::nullopt;
-        }
-        number += 'e';
-        number += s.substr(i + 1, j - i - 1);
-        i = j;
-    }
-    if (i != s.size()) {
-        return std::nullopt;
-    }
-    const double value = std::strtod(number.c_str(), nullptr);
-    if (!std::isfinite(value)) {
-        return std::nullopt;
-    }
-    return value;
-}
-
 // Conversions to whole numbers round half to even.
 bool fits16(double value)
 {
@@ -84,7 +33,7 @@ bool fits16(double value)
 
 std::optional<float> toSingle(std::string_view text)
 {
-    const auto value = toNumber(text);
+    const auto value = text::toNumber(text);
     if (!value || std::fabs(*value) > FLT_MAX) {
         return std::nullopt;
     }
@@ -230,7 +179,7 @@ IniValue CIniFile::InitData(std::string_view Key, int Kind, const IniValue& Defa
     case 0:
         return text::trim(value).empty() ? Default : IniValue(value);
     case 1:
-        return IsLng(value) ? IniValue(static_cast<std::int32_t>(std::nearbyint(*toNumber(value))))
+        return IsLng(value) ? IniValue(static_cast<std::int32_t>(std::nearbyint(*text::toNumber(value))))
                             : Default;
     case 2:
         return IsSng(value) ? IniValue(*toSingle(value)) : Default;
@@ -238,7 +187,7 @@ IniValue CIniFile::InitData(std::string_view Key, int Kind, const IniValue& Defa
         if (!IsBool(value)) {
             return Default;
         }
-        if (const auto n = toNumber(value)) {
+        if (const auto n = text::toNumber(value)) {
             return IniValue(*n != 0.0);
         }
         return IniValue(text::equalsNoCase(trimSpace(value), "true"));
@@ -251,19 +200,19 @@ bool CIniFile::IsBool(std::string_view Text)
 {
     const std::string_view t = trimSpace(Text);
     return text::equalsNoCase(t, "true") || text::equalsNoCase(t, "false") ||
-           toNumber(Text).has_value();
+           text::toNumber(Text).has_value();
 }
 
 bool CIniFile::IsInt(std::string_view Text)
 {
-    const auto value = toNumber(Text);
+    const auto value = text::toNumber(Text);
     return value && fits16(*value);
 }
 
 bool CIniFile::IsLng(std::string_view Text)
 {
     // The converted number goes through a 16-bit variable before the answer is given.
-    const auto value = toNumber(Text);
+    const auto value = text::toNumber(Text);
     return value && fits16(*value);
 }
 

@@ -3,6 +3,8 @@
 #include "text/Utf8.h"
 
 #include <algorithm>
+#include <cmath>
+#include <cstdlib>
 
 namespace vornhale::text {
 namespace {
@@ -243,6 +245,67 @@ double val(std::string_view s)
         }
     }
     return sign * value;
+}
+
+
+static std::string_view trimSpace(std::string_view s)
+{
+    while (!s.empty() && (s.front() == ' ' || s.front() == '\t')) {
+        s.remove_prefix(1);
+    }
+    while (!s.empty() && (s.back() == ' ' || s.back() == '\t')) {
+        s.remove_suffix(1);
+    }
+    return s;
+}
+
+std::optional<double> toNumber(std::string_view text)
+{
+    const std::string_view s = trimSpace(text);
+    std::size_t i = 0;
+    if (i < s.size() && (s[i] == '+' || s[i] == '-')) {
+        ++i;
+    }
+    std::size_t digits = 0;
+    while (i < s.size() && isDigit(s[i])) {
+        ++i;
+        ++digits;
+    }
+    if (i < s.size() && s[i] == '.') {
+        ++i;
+        while (i < s.size() && isDigit(s[i])) {
+            ++i;
+            ++digits;
+        }
+    }
+    if (digits == 0) {
+        return std::nullopt;
+    }
+    std::string number(s.substr(0, i));
+    if (i < s.size() && (s[i] == 'e' || s[i] == 'E' || s[i] == 'd' || s[i] == 'D')) {
+        std::size_t j = i + 1;
+        if (j < s.size() && (s[j] == '+' || s[j] == '-')) {
+            ++j;
+        }
+        const std::size_t expStart = j;
+        while (j < s.size() && isDigit(s[j])) {
+            ++j;
+        }
+        if (j == expStart) {
+            return std::nullopt;
+        }
+        number += 'e';
+        number += s.substr(i + 1, j - i - 1);
+        i = j;
+    }
+    if (i != s.size()) {
+        return std::nullopt;
+    }
+    const double value = std::strtod(number.c_str(), nullptr);
+    if (!std::isfinite(value)) {
+        return std::nullopt;
+    }
+    return value;
 }
 
 } // namespace vornhale::text

@@ -63,4 +63,9 @@ std::size_t countDigits(std::string_view s);
 /// point; 0 when none.
 double val(std::string_view s);
 
+/// A text as the language's conversions to a number take it: blanks and tabs around, a sign,
+/// digits with one point, an exponent with E or D. Nothing when the conversion would fail or
+/// the value is not finite.
+std::optional<double> toNumber(std::string_view s);
+
 } // namespace vornhale::text

@@ -91,4 +91,14 @@ std::string_view Cut_nul(std::string_view text)
     return nul == std::string_view::npos ? text : text.substr(0, nul);
 }
 
+std::string sjisColumn(std::string_view text, long width)
+{
+    std::string out = Mid_sjis(text, 1, width);
+    const std::size_t bytes = Len_sjis(out);
+    if (width > 0 && bytes < static_cast<std::size_t>(width)) {
+        out.append(static_cast<std::size_t>(width) - bytes, ' ');
+    }
+    return out;
+}
+
 } // namespace vornhale::text

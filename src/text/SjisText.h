@@ -22,4 +22,8 @@ std::string Mid_sjis(std::string_view text, long start, std::optional<long> leng
 /// `text` up to, and without, its first NUL character.
 std::string_view Cut_nul(std::string_view text);
 
+/// `text` left-aligned in a column of `width` Shift-JIS bytes: blank-padded, or cut as
+/// `Mid_sjis` cuts.
+std::string sjisColumn(std::string_view text, long width);
+
 } // namespace vornhale::text
