@@ -1,5 +1,7 @@
 #include "settings/Options.h"
 
+#include "settings/SettingsFiles.h"
+
 #include <algorithm>
 #include <cctype>
 #include <charconv>
@@ -66,7 +68,10 @@ void Options::set(std::string_view name, std::string value)
     }
 }
 
-bool Options::tick(std::string_view name) const { return value(name) == "1"; }
+bool Options::tick(std::string_view name) const
+{
+    return value(name) == "1";
+}
 
 int Options::member(std::string_view name) const
 {
@@ -83,41 +88,33 @@ int Options::member(std::string_view name) const
 Options Options::defaults()
 {
     Options o;
-    // Environment keys, as a first start leaves them (the option defaults win for the marks).
-    const std::pair<const char*, std::string> environment[] = {
-        {"version", "5.44"},        {"zlog_dat_dir", ""},      {"name_mas_dir", ""},
-        {"qth_mas_dir", ""},        {"mng_z_full_txt_dir", ""}, {"hamlog_hdb_dir", ""},
-        {"hamlog_hdb_2_dir", ""},   {"zlo_dir", ""},           {"all_dir", ""},
-        {"log_dir", "使用しない"},  {"Prov_mas_dat_dir", ""},  {"No_QSL_moji", "N"},
-        {"No_QSL_moji_set_flag", "2"}, {"buro_QSL_moji", ""},  {"inet_flag", "NO"},
-        {"mng_search_url", "Dalmuir"}, {"DXCC_mas_txt_55_use", ""},
-    };
-    const std::pair<const char*, std::string> options[] = {
-        {"restart", "restart"}, {"Option2", "0"},     {"QSL_Q", "J"},       {"QSL_S", "*"},
-        {"YYYY", today("%Y")}, {"Check06", "0"},     {"Option04", "0"},    {"Check04", "1"},
-        {"Check05", "1"},       {"Check10", "0"},     {"Check16", "1"},     {"Check17", "0"},
-        {"Check18", "0"},       {"Option08", "0"},    {"Option02", "0"},    {"Check02", "0"},
-        {"Check09", "0"},       {"No_qsl_cty", ""},   {"Check15", "0"},     {"Option05", "0"},
-        {"Option5", "0"},       {"Option7", "0"},     {"Check1", "1"},      {"Option1", "0"},
-        {"Rmks1_cfg", "ｺﾝﾃｽﾄ,,,,,,,,,,,,"},         {"Rmks2_cfg", "MNG,$DX,,,,,,,,,,,"},
-        {"Rmks1_cfg_len", "0,0,0,0,0,0,0,0,0,0,0,0,"},
-        {"Rmks2_cfg_len", "0,0,0,0,0,0,0,0,0,0,0,0,"},
-        {"Start_date", "19600101"}, {"End_date", today("%Y%m%d")},
-        {"use_system_date_flag", "1"}, {"Check2", "1"}, {"Check3", "0"},  {"Check4", "0"},
-        {"Check5", "0"},        {"Check12", "0"},     {"Check13", "1"},     {"Check14", "1"},
-        {"Check19", "0"},       {"Check20", "0"},     {"Check21", "0"},     {"Check22", "0"},
-        {"Check23", "0"},       {"Check25", "0"},     {"Check26", "0"},     {"Check27", "0"},
-        {"Check28", "0"},       {"Check29", "0"},     {"Option3", "0"},     {"Option4", "2"},
-        {"Option6", "0"},       {"Zone_moji", ""},    {"Check6", "1"},      {"disp_top_SSTab", "0"},
-        {"Prov_moji", ""},      {"Option10", "0"},    {"Make_a2t", "0"},    {"Make_t2a", "0"},
-        {"GetMng_Interval", "2"}, {"Option01", "0"}, {"txtOp_name", ""},   {"txtRmks1", ""},
-        {"txtRmks2", ""},
+    // The environment of a first start with no zLog or HAMLOG folder found.
+    const std::pair<const char*, const char*> environment[] = {
+        {"version", "5.44"},
+        {"zlog_dat_dir", ""},
+        {"name_mas_dir", ""},
+        {"qth_mas_dir", ""},
+        {"mng_z_full_txt_dir", ""},
+        {"hamlog_hdb_dir", ""},
+        {"hamlog_hdb_2_dir", ""},
+        {"zlo_dir", ""},
+        {"all_dir", ""},
+        {"log_dir", "使用しない"},
+        {"Prov_mas_dat_dir", ""},
+        {"buro_QSL_moji", ""},
+        {"DXCC_mas_txt_55_use", ""},
     };
     for (const auto& [key, value] : environment) {
         o.set(key, value);
     }
-    for (const auto& [key, value] : options) {
-        o.set(key, value);
+    for (auto& [key, value] : SettingsFiles::optionDefaults(today("%Y%m%d"))) {
+        o.set(key, std::move(value));
+    }
+    // An empty band tick turns on at the load; the texts that have no key start empty.
+    o.set("Check16", "1");
+    o.set("Option01", "0");
+    for (const char* text : {"txtOp_name", "txtRmks1", "txtRmks2"}) {
+        o.set(text, "");
     }
     return o;
 }

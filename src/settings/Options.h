@@ -13,7 +13,9 @@ namespace vornhale::settings {
 class Options
 {
 public:
-    /// The values of a first start: the defaults of the settings files.
+    /// The values of a first start: the defaults of the settings files with no zLog or HAMLOG
+    /// folder found, and the empty band tick turned on as the window's load does. The load's
+    /// other rules are not applied (`Option7` stays as the defaults set it).
     static Options defaults();
 
     /// The value of `name`; empty when it was never set.

@@ -520,10 +520,10 @@ void SettingsFiles::make_Vornhale_cfg_ini()
     }
 }
 
-void SettingsFiles::make_Vornhale_new_ini()
+std::vector<std::pair<std::string, std::string>>
+SettingsFiles::optionDefaults(std::string_view today)
 {
-    const std::string now = today();
-    Options& o = m_options;
+    const std::string now(today);
     const std::pair<const char*, std::string> defaults[] = {
         {"Option2", "0"},
         {"QSL_Q", "J"},
@@ -598,8 +598,13 @@ void SettingsFiles::make_Vornhale_new_ini()
         {"No_QSL_moji_set_flag", "2"},
         {"inet_flag", "NO"},
     };
-    for (const auto& [key, value] : defaults) {
-        o.set(key, value);
+    return {std::begin(defaults), std::end(defaults)};
+}
+
+void SettingsFiles::make_Vornhale_new_ini()
+{
+    for (auto& [key, value] : optionDefaults(today())) {
+        m_options.set(key, std::move(value));
     }
     ini_write_new();
 }

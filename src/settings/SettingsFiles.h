@@ -6,6 +6,7 @@
 #include <functional>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 namespace vornhale::settings {
@@ -71,6 +72,9 @@ public:
     void make_Vornhale_cfg_ini();
     /// The defaults of the option keys and today's date values, then `ini_write_new`.
     void make_Vornhale_new_ini();
+    /// The values `make_Vornhale_new_ini` sets, for `today` ("yyyymmdd"): the option keys,
+    /// the unstored `Check13` and the environment values that win on a first start.
+    static std::vector<std::pair<std::string, std::string>> optionDefaults(std::string_view today);
 
     /// The `restart` marker: true only when the last option read found exactly "restart".
     bool restartMarker() const { return m_restart; }
