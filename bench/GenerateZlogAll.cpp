@@ -2,6 +2,8 @@
 // call list (MASTER.SCP), stations worked again on other bands, portable calls, every band
 // and mode, operator and frequency memos, duplicate marks. Deterministic for a given seed.
 
+#include "CallList.h"
+
 #include <cstdio>
 #include <fstream>
 #include <iostream>
@@ -10,23 +12,6 @@
 #include <vector>
 
 namespace {
-
-std::vector<std::string> readCalls(const std::string& path)
-{
-    std::ifstream in(path);
-    std::vector<std::string> calls;
-    std::string line;
-    while (std::getline(in, line)) {
-        if (!line.empty() && line.back() == '\r') {
-            line.pop_back();
-        }
-        if (line.empty() || line[0] == '#' || line.size() > 10) {
-            continue;
-        }
-        calls.push_back(line);
-    }
-    return calls;
-}
 
 // Places `value` at byte column `col` (from 1) of `line`, widening it with blanks.
 void put(std::string& line, std::size_t col, const std::string& value)
@@ -47,7 +32,7 @@ int main(int argc, char** argv)
     }
     const long count = std::stol(argv[1]);
     const std::string outPath = argv[2];
-    std::vector<std::string> calls = readCalls(argv[3]);
+    std::vector<std::string> calls = vornhale::bench::readCalls(argv[3], 10);
     if (calls.empty()) {
         std::cerr << "no calls in " << argv[3] << "\n";
         return 1;
@@ -60,21 +45,38 @@ int main(int argc, char** argv)
     for (std::size_t i = 0; i < poolSize; ++i) {
         std::string call = calls[rng() % calls.size()];
         switch (rng() % 40) {
-        case 0: call = "KH6/" + call; break;
-        case 1: call += "/P"; break;
-        case 2: call += "/1"; break;
-        case 3: call += "/1/P"; break;
-        case 4: call += "/MM"; break;
-        case 5: call += "/QRP"; break;
-        default: break;
+        case 0:
+            call = "KH6/" + call;
+            break;
+        case 1:
+            call += "/P";
+            break;
+        case 2:
+            call += "/1";
+            break;
+        case 3:
+            call += "/1/P";
+            break;
+        case 4:
+            call += "/MM";
+            break;
+        case 5:
+            call += "/QRP";
+            break;
+        default:
+            break;
         }
         pool.push_back(call.substr(0, 13));
     }
 
-    struct Band { const char* mhz; const char* khz; };
-    const Band bands[] = {{"1.9", "1910"},  {"3.5", "3525"},    {"7", "7025"},     {"10", "10110"},
-                          {"14", "14025"},  {"18", "18080"},    {"21", "21025"},   {"24", "24900"},
-                          {"28", "28025"},  {"50", "50100"},    {"144", "144100"}, {"430", "430100"},
+    struct Band
+    {
+        const char* mhz;
+        const char* khz;
+    };
+    const Band bands[] = {{"1.9", "1910"},    {"3.5", "3525"}, {"7", "7025"},     {"10", "10110"},
+                          {"14", "14025"},    {"18", "18080"}, {"21", "21025"},   {"24", "24900"},
+                          {"28", "28025"},    {"50", "50100"}, {"144", "144100"}, {"430", "430100"},
                           {"1200", "1295100"}};
     const char* modes[] = {"CW", "SSB", "FM", "RTY", "PSK31", "AM"};
     const char* ops[] = {"JA1ZZZ", "JH1ZZZ", "JR1ZZZ"};
@@ -85,8 +87,8 @@ int main(int argc, char** argv)
     std::uniform_int_distribution<int> zipf(0, 99);
     for (long i = 0; i < count; ++i) {
         // Skewed choice: a few stations are worked on many bands.
-        std::size_t idx = zipf(rng) < 30 ? rng() % std::max<std::size_t>(1, poolSize / 20)
-                                         : rng() % poolSize;
+        std::size_t idx =
+            zipf(rng) < 30 ? rng() % std::max<std::size_t>(1, poolSize / 20) : rng() % poolSize;
         const std::string& call = pool[idx];
         const Band& band = bands[rng() % std::size(bands)];
         const char* mode = modes[rng() % std::size(modes)];

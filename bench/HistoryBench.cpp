@@ -7,6 +7,7 @@
 //
 // Each command prints its own wall time; bench/run.sh measures the peak memory around it.
 
+#include "CallList.h"
 #include "app/RunObserver.h"
 #include "app/Trace.h"
 #include "history/HdbBuilder.h"
@@ -30,18 +31,7 @@ namespace {
 
 std::vector<std::string> readCalls(const std::string& path)
 {
-    std::ifstream in(path);
-    std::vector<std::string> calls;
-    std::string line;
-    while (std::getline(in, line)) {
-        if (!line.empty() && line.back() == '\r') {
-            line.pop_back();
-        }
-        if (line.empty() || line[0] == '#' || line.size() > 12) {
-            continue;
-        }
-        calls.push_back(line);
-    }
+    std::vector<std::string> calls = vornhale::bench::readCalls(path, 12);
     if (calls.empty()) {
         for (int i = 0; i < 50000; ++i) {
             calls.push_back("K" + std::to_string(i) + "X");
@@ -55,8 +45,8 @@ double secondsSince(std::chrono::steady_clock::time_point start)
     return std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
 }
 
-const char* const kFreqs[] = {"1.9", "3.5", "7", "10.1", "14", "18.1", "21", "24.9",
-                              "28", "50", "144", "430", "1200", "2400", "5600"};
+const char* const kFreqs[] = {"1.9", "3.5", "7",   "10.1", "14",   "18.1", "21",  "24.9",
+                              "28",  "50",  "144", "430",  "1200", "2400", "5600"};
 const char* const kModes[] = {"CW", "SSB", "FM", "AM", "RTTY", "FT8", "PSK"};
 
 int generate(long n, const fs::path& dir, const std::string& callList)
@@ -91,9 +81,9 @@ int generate(long n, const fs::path& dir, const std::string& callList)
         std::snprintf(date, sizeof date, "%02u/%02u/%02u", r.yy, r.mm, r.dd);
         char time[16];
         std::snprintf(time, sizeof time, "%02u:%02uU", r.hh, r.mi);
-        csv << '"' << call << (portable.empty() ? "" : "/" + portable) << "\",\"" << date
-            << "\",\"" << time << "\",\"599\",\"599\",\"" << r.freq << "\",\"" << r.mode
-            << "\",\"\",\"\",\"" << r.qsl << "\",\"\",\"\",\"bench\",\"\",\"8\"\r\n";
+        csv << '"' << call << (portable.empty() ? "" : "/" + portable) << "\",\"" << date << "\",\""
+            << time << "\",\"599\",\"599\",\"" << r.freq << "\",\"" << r.mode << "\",\"\",\"\",\""
+            << r.qsl << "\",\"\",\"\",\"bench\",\"\",\"8\"\r\n";
     }
     hdb << '\x1a';
     std::ofstream(dir / "Hamlog.mst") << "";

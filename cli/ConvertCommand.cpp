@@ -9,7 +9,6 @@
 #include "engine/ReferenceData.h"
 #include "engine/ResultGrid.h"
 #include "engine/WorkingFiles.h"
-#include "readers/InputSelection.h"
 #include "reference/ProvinceMaster.h"
 #include "settings/OptionModel.h"
 #include "settings/Options.h"
@@ -102,14 +101,11 @@ int runConvert(const ConvertRequest& request)
         overrides.emplace_back("txtYYYY", request.year);
     }
 
-    const std::unique_ptr<ProgramSession> session = ProgramSession::begin(request.home);
+    const std::unique_ptr<ProgramSession> session =
+        ProgramSession::beginWithOptions(request.home, true);
     if (!session) {
         return 1;
     }
-    if (!session->start().Main2_bas_1() || !session->start().Main2_bas_2()) {
-        return 1;
-    }
-    session->loadMainWindow();
 
     // The run takes the values as the main window holds them after its load; a value given
     // on the command line replaces one for this run only.
@@ -139,14 +135,8 @@ int runConvert(const ConvertRequest& request)
             throw app::Failure(app::failure::FileNotFound,
                                "ファイルが見つかりません。 " + log.string());
         }
-        switch (readers::openInput(ctx, log, request.type)) {
-        case readers::OpenResult::Rejected:
-            std::cerr << ctx.run.lblIn_name << "\n";
+        if (!openLog(ctx, log, request.type)) {
             return 1;
-        case readers::OpenResult::ProgramEnds:
-            return 1;
-        case readers::OpenResult::Opened:
-            break;
         }
         ctx.run.keep_work = request.keepWork;
         if (ctx.run.f_type.empty()) {

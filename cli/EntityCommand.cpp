@@ -13,14 +13,11 @@ namespace vornhale::cli {
 
 int runEntity(const EntityRequest& request)
 {
-    const std::unique_ptr<ProgramSession> session = ProgramSession::begin(request.home);
+    const std::unique_ptr<ProgramSession> session =
+        ProgramSession::beginWithOptions(request.home, false);
     if (!session) {
         return 1;
     }
-    if (!session->start().Main2_bas_1()) {
-        return 1;
-    }
-    session->loadMainWindow();
 
     ConsoleObserver observer;
     engine::ProgramState program;

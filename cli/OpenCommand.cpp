@@ -4,7 +4,6 @@
 #include "app/FailurePath.h"
 #include "engine/ReferenceData.h"
 #include "engine/RunContext.h"
-#include "readers/InputSelection.h"
 #include "readers/ZloReader.h"
 
 #include <functional>
@@ -44,14 +43,11 @@ void show(const char* key, const std::string& value)
 int withOpenedLog(const OpenRequest& request,
                   const std::function<int(ProgramSession&, engine::RunContext&)>& then)
 {
-    const std::unique_ptr<ProgramSession> session = ProgramSession::begin(request.home);
+    const std::unique_ptr<ProgramSession> session =
+        ProgramSession::beginWithOptions(request.home, false);
     if (!session) {
         return 1;
     }
-    if (!session->start().Main2_bas_1()) {
-        return 1;
-    }
-    session->loadMainWindow();
     ConsoleObserver observer;
     engine::ProgramState program;
     engine::ReferenceData reference;
@@ -71,14 +67,8 @@ int withOpenedLog(const OpenRequest& request,
             std::cerr << "ファイルが見つかりません。 " << log.string() << "\n";
             return 1;
         }
-        switch (readers::openInput(ctx, log, request.type)) {
-        case readers::OpenResult::Rejected:
-            std::cerr << ctx.run.lblIn_name << "\n";
+        if (!openLog(ctx, log, request.type)) {
             return 1;
-        case readers::OpenResult::ProgramEnds:
-            return 1;
-        case readers::OpenResult::Opened:
-            break;
         }
         return then(*session, ctx);
     } catch (const app::Failure& f) {

@@ -1,6 +1,7 @@
 #include "ProgramSession.h"
 
 #include "app/Failure.h"
+#include "readers/InputSelection.h"
 
 #include <iostream>
 
@@ -54,6 +55,33 @@ ProgramSession::begin(const std::optional<std::filesystem::path>& home)
         std::cerr << "エラー内容 ：　" << f.number() << "  " << f.description() << "\n";
         return nullptr;
     }
+}
+
+std::unique_ptr<ProgramSession>
+ProgramSession::beginWithOptions(const std::optional<std::filesystem::path>& home,
+                                 bool forConversion)
+{
+    std::unique_ptr<ProgramSession> session = begin(home);
+    if (!session || !session->start().Main2_bas_1() ||
+        (forConversion && !session->start().Main2_bas_2())) {
+        return nullptr;
+    }
+    session->loadMainWindow();
+    return session;
+}
+
+bool openLog(engine::RunContext& ctx, const std::filesystem::path& log, const std::string& type)
+{
+    switch (readers::openInput(ctx, log, type)) {
+    case readers::OpenResult::Rejected:
+        std::cerr << ctx.run.lblIn_name << "\n";
+        return false;
+    case readers::OpenResult::ProgramEnds:
+        return false;
+    case readers::OpenResult::Opened:
+        break;
+    }
+    return true;
 }
 
 bool ProgramSession::reportWriteFailures()

@@ -4,6 +4,7 @@
 #include "app/ProgramFolder.h"
 #include "app/Trace.h"
 #include "app/startup/ProgramStart.h"
+#include "engine/RunContext.h"
 #include "settings/LayoutModel.h"
 #include "settings/OptionModel.h"
 #include "settings/Options.h"
@@ -27,6 +28,10 @@ public:
 
     /// The session, or null after telling on stderr why the program could not start.
     static std::unique_ptr<ProgramSession> begin(const std::optional<std::filesystem::path>& home);
+    /// `begin`, then the required files (and, for a conversion, the files a conversion
+    /// needs) and the main window's load; null when the program ends on the way.
+    static std::unique_ptr<ProgramSession>
+    beginWithOptions(const std::optional<std::filesystem::path>& home, bool forConversion);
 
     const app::ProgramFolder& folder() const { return m_folder; }
     app::Trace& trace() { return *m_trace; }
@@ -57,5 +62,9 @@ private:
     std::unique_ptr<settings::LayoutModel> m_layout;
     std::unique_ptr<settings::OptionModel> m_model;
 };
+
+/// The open step for `log` as the command line uses it: false, after telling why on stderr,
+/// when the file was rejected or the operator's answer ended the program.
+bool openLog(engine::RunContext& ctx, const std::filesystem::path& log, const std::string& type);
 
 } // namespace vornhale::cli

@@ -6,7 +6,6 @@
 #include "text/Chars.h"
 #include "text/Utf8.h"
 
-#include <ctime>
 #include <system_error>
 
 namespace vornhale::settings {
@@ -281,15 +280,7 @@ bool OptionModel::hasInput() const
 
 std::string OptionModel::todayText() const
 {
-    if (!m_facts.today.empty()) {
-        return m_facts.today;
-    }
-    std::time_t now = std::time(nullptr);
-    std::tm local{};
-    localtime_r(&now, &local);
-    char buf[16];
-    std::strftime(buf, sizeof buf, "%Y%m%d", &local);
-    return buf;
+    return m_facts.today.empty() ? dateDigits(systemToday()) : m_facts.today;
 }
 
 void OptionModel::showMember(std::string_view group, int index)

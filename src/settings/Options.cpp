@@ -1,11 +1,11 @@
 #include "settings/Options.h"
 
+#include "settings/PeriodModel.h"
 #include "settings/SettingsFiles.h"
 
 #include <algorithm>
 #include <cctype>
 #include <charconv>
-#include <ctime>
 
 namespace vornhale::settings {
 namespace {
@@ -17,15 +17,6 @@ constexpr std::pair<std::string_view, std::string_view> kAliases[] = {
     {"txtZone_moji", "Zone_moji"}, {"txtProv_moji", "Prov_moji"},
 };
 
-std::string today(const char* format)
-{
-    std::time_t now = std::time(nullptr);
-    std::tm local{};
-    localtime_r(&now, &local);
-    char buf[16];
-    std::strftime(buf, sizeof buf, format, &local);
-    return buf;
-}
 
 } // namespace
 
@@ -107,7 +98,7 @@ Options Options::defaults()
     for (const auto& [key, value] : environment) {
         o.set(key, value);
     }
-    for (auto& [key, value] : SettingsFiles::optionDefaults(today("%Y%m%d"))) {
+    for (auto& [key, value] : SettingsFiles::optionDefaults(dateDigits(systemToday()))) {
         o.set(key, std::move(value));
     }
     // An empty band tick turns on at the load; the texts that have no key start empty.

@@ -1,10 +1,10 @@
 #include "settings/SettingsFiles.h"
 
+#include "settings/PeriodModel.h"
 #include "settings/ProfileFile.h"
 #include "text/Chars.h"
 
 #include <cmath>
-#include <ctime>
 
 namespace vornhale::settings {
 namespace {
@@ -151,15 +151,7 @@ bool SettingsFiles::exists(std::string_view name) const
 
 std::string SettingsFiles::today() const
 {
-    if (!m_today.empty()) {
-        return m_today;
-    }
-    std::time_t now = std::time(nullptr);
-    std::tm local{};
-    localtime_r(&now, &local);
-    char buf[16];
-    std::strftime(buf, sizeof buf, "%Y%m%d", &local);
-    return buf;
+    return m_today.empty() ? dateDigits(systemToday()) : m_today;
 }
 
 void SettingsFiles::selectFile(std::string_view name)
