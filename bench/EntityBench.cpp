@@ -5,9 +5,9 @@
 // are used. Targets: import under 0.5 s, 100,000 lookups under 0.5 s.
 
 #include "CallList.h"
-#include "app/Dialogs.h"
-#include "app/Failure.h"
-#include "app/Trace.h"
+#include "base/Dialogs.h"
+#include "failure/Failure.h"
+#include "base/Trace.h"
 #include "reference/CtyEntityLookup.h"
 #include "reference/CtyImport.h"
 #include "text/Chars.h"
@@ -28,7 +28,7 @@ using namespace vornhale;
 
 namespace {
 
-class PrintedDialogs : public app::Dialogs
+class PrintedDialogs : public base::Dialogs
 {
 public:
     void message(std::string_view title, std::string_view text, Icon) override
@@ -106,14 +106,14 @@ int main(int argc, char** argv)
 
     int status = 0;
     try {
-        app::Trace trace;
+        base::Trace trace;
         PrintedDialogs dialogs;
         reference::CtyImport import(places, trace, dialogs);
         reference::CtyEntityLookup lookup;
 
         const auto importStart = std::chrono::steady_clock::now();
         if (!import.importAll(places.program("dxcc_mas.txt"))) {
-            throw app::Failure(app::failure::FileNotFound, "cty_conv.txt");
+            throw failure::Failure(failure::FileNotFound, "cty_conv.txt");
         }
         lookup.load(import.tables(), places.program("cty_mastL.txt"));
         const double importSeconds = secondsSince(importStart);
@@ -139,7 +139,7 @@ int main(int argc, char** argv)
         std::printf("%-34s %8zu of %zu\n", "calls with a DXCC code", found, calls.size());
         std::printf("%-34s %8ld short, %ld DXCC\n", "master sizes", import.tables().cty_s_kazu,
                     import.tables().dxcc_kazu);
-    } catch (const app::Failure& f) {
+    } catch (const failure::Failure& f) {
         std::cerr << "EntityBench: failure " << f.number() << ": " << f.description() << "\n";
         status = 1;
     }

@@ -8,8 +8,8 @@
 // Each command prints its own wall time; bench/run.sh measures the peak memory around it.
 
 #include "CallList.h"
-#include "app/RunObserver.h"
-#include "app/Trace.h"
+#include "base/RunObserver.h"
+#include "base/Trace.h"
 #include "history/HdbBuilder.h"
 #include "history/HistoryMaster.h"
 #include "history/HistoryScan.h"
@@ -101,8 +101,8 @@ int scan(const fs::path& source, const fs::path& home)
     options.set("Start_date", "19000101");
     options.set("End_date", "20991231");
     options.set("hamlog_hdb_dir", source.string());
-    app::Trace trace;
-    app::RunObserver observer;
+    base::Trace trace;
+    base::RunObserver observer;
     history::HistoryScan scan(home / "Work" / "", home / "Temp_Files" / "", options, trace,
                               observer);
     const auto start = std::chrono::steady_clock::now();
@@ -128,7 +128,7 @@ int lookup(const fs::path& home, long n, const std::string& callList)
         }
         contacts.push_back(call);
     }
-    app::Trace trace;
+    base::Trace trace;
     history::HistoryMaster master;
     const auto loadStart = std::chrono::steady_clock::now();
     master.sum_bak_4_bas_p(home / "Temp_Files" / "bak_qso.mas1_", trace);

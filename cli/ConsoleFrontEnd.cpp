@@ -12,12 +12,12 @@ void ConsoleDialogs::message(std::string_view title, std::string_view text, Icon
     std::cerr << title << "\n" << text << "\n\n";
 }
 
-app::Dialogs::Answer ConsoleDialogs::question(std::string_view title, std::string_view text,
+base::Dialogs::Answer ConsoleDialogs::question(std::string_view title, std::string_view text,
                                               Buttons buttons, Icon icon)
 {
     // Nobody is there to answer: the first button, the one that goes on, is taken, unless
     // the command was told to cancel.
-    Answer answer = app::Dialogs::question(title, text, buttons, icon);
+    Answer answer = base::Dialogs::question(title, text, buttons, icon);
     if (m_cancel) {
         answer = buttons == Buttons::YesNo ? Answer::No : Answer::Cancel;
     }
@@ -39,7 +39,7 @@ ConsoleObserver::~ConsoleObserver()
     }
 }
 
-void ConsoleObserver::status(std::string_view text, app::Colour)
+void ConsoleObserver::status(std::string_view text, base::Colour)
 {
     m_status = std::string(text);
     m_lastPercent = -2;

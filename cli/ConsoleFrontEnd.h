@@ -1,12 +1,12 @@
 #pragma once
 
-#include "app/Dialogs.h"
-#include "app/RunObserver.h"
+#include "base/Dialogs.h"
+#include "base/RunObserver.h"
 
 namespace vornhale::cli {
 
 /// Messages of the core, printed to stderr.
-class ConsoleDialogs : public app::Dialogs
+class ConsoleDialogs : public base::Dialogs
 {
 public:
     void message(std::string_view title, std::string_view text, Icon icon) override;
@@ -21,12 +21,12 @@ private:
 };
 
 /// Progress of a run as a bar on stderr, shown only when stderr is a terminal.
-class ConsoleObserver : public app::RunObserver
+class ConsoleObserver : public base::RunObserver
 {
 public:
     ConsoleObserver();
     ~ConsoleObserver() override;
-    void status(std::string_view text, app::Colour colour) override;
+    void status(std::string_view text, base::Colour colour) override;
     void progressRange(long maximum) override;
     void progress(long value) override;
 

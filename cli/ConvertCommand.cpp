@@ -2,15 +2,16 @@
 
 #include "ConsoleFrontEnd.h"
 #include "ProgramSession.h"
-#include "app/FailurePath.h"
-#include "app/ProgramFolder.h"
-#include "app/Trace.h"
+#include "base/FailurePath.h"
+#include "base/ProgramFolder.h"
+#include "base/Trace.h"
 #include "engine/Driver.h"
 #include "engine/ReferenceData.h"
 #include "engine/ResultGrid.h"
-#include "engine/WorkingFiles.h"
+#include "base/WorkingFiles.h"
 #include "reference/ProvinceMaster.h"
-#include "settings/OptionModel.h"
+#include "readers/ContestTags.h"
+#include "session/OptionModel.h"
 #include "settings/Options.h"
 #include "text/Chars.h"
 
@@ -26,11 +27,11 @@ namespace fs = std::filesystem;
 const std::string_view kKinds[] = {"all",      "txt", "zlo", "log", "log_v4",
                                    "log_v430", "cbr", "adi", "mdb", "lg8"};
 
-void removeWorkingFiles(const app::ProgramFolder& folder)
+void removeWorkingFiles(const base::ProgramFolder& folder)
 {
     std::error_code ec;
     // The masters' working copies go too; the next start makes them again.
-    for (const char* name : {engine::working::zlog_1, engine::working::zlog_2, "cty_dat0.txt",
+    for (const char* name : {base::working::zlog_1, base::working::zlog_2, "cty_dat0.txt",
                              "cty_dat1.txt", "cty_dat3.txt", "ardx_dat.001", "ardx_dat.002"}) {
         fs::remove(folder.drive_path / name, ec);
     }
@@ -49,7 +50,7 @@ bool chooseProvinceMaster(engine::RunContext& ctx, const std::string& given,
     std::string master = given;
     if (master.empty()) {
         std::string contest = ctx.run.cont_name;
-        if (const auto fromName = settings::contestOfFileName(ctx.run.in_name); !fromName.empty()) {
+        if (const auto fromName = readers::contestOfFileName(ctx.run.in_name); !fromName.empty()) {
             contest = std::string(fromName);
         }
         const fs::path provFolder = files.provinceMasterFolder().empty()
@@ -114,8 +115,8 @@ int runConvert(const ConvertRequest& request)
         options.set(key, std::move(value));
     }
 
-    const app::ProgramFolder& folder = session->folder();
-    app::Trace* trace = &session->trace();
+    const base::ProgramFolder& folder = session->folder();
+    base::Trace* trace = &session->trace();
     ConsoleDialogs& dialogs = session->dialogs();
     if (request.cancelQuestions) {
         dialogs.cancelQuestions();
@@ -132,7 +133,7 @@ int runConvert(const ConvertRequest& request)
         std::error_code ec;
         const fs::path log = fs::absolute(request.log, ec);
         if (!fs::is_regular_file(log, ec)) {
-            throw app::Failure(app::failure::FileNotFound,
+            throw failure::Failure(failure::FileNotFound,
                                "ファイルが見つかりません。 " + log.string());
         }
         if (!openLog(ctx, log, request.type)) {
@@ -148,11 +149,11 @@ int runConvert(const ConvertRequest& request)
             return 1;
         }
         engine::cmdStart_Click(ctx);
-    } catch (const app::Failure& f) {
-        app::error_exit(f, *trace, dialogs);
+    } catch (const failure::Failure& f) {
+        base::error_exit(f, *trace, dialogs);
         session->reportWriteFailures();
         return 1;
-    } catch (const app::ProgramEnd& end) {
+    } catch (const failure::ProgramEnd& end) {
         // The program ends here on purpose; the trace keeps why.
         trace->line("終了 : " + end.reason);
         std::cerr << "終了: " << end.reason << "\n";

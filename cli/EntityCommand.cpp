@@ -1,7 +1,7 @@
 #include "EntityCommand.h"
 
 #include "ProgramSession.h"
-#include "app/FailurePath.h"
+#include "base/FailurePath.h"
 #include "engine/ReferenceData.h"
 #include "engine/RunContext.h"
 #include "text/Chars.h"
@@ -26,8 +26,8 @@ int runEntity(const EntityRequest& request)
                            session->dialogs(), program,           reference.entities(), {}};
     try {
         reference.prepareMasters(ctx);
-    } catch (const app::Failure& f) {
-        app::error_exit(f, session->trace(), session->dialogs());
+    } catch (const failure::Failure& f) {
+        base::error_exit(f, session->trace(), session->dialogs());
         return 1;
     }
     auto& entities = reference.entities();

@@ -1,7 +1,7 @@
 #include "OpenCommand.h"
 
 #include "ProgramSession.h"
-#include "app/FailurePath.h"
+#include "base/FailurePath.h"
 #include "engine/ReferenceData.h"
 #include "engine/RunContext.h"
 #include "readers/ZloReader.h"
@@ -15,20 +15,20 @@ namespace {
 
 namespace fs = std::filesystem;
 
-const char* colourName(app::Colour c)
+const char* colourName(base::Colour c)
 {
     switch (c) {
-    case app::Colour::Black:
+    case base::Colour::Black:
         return "black";
-    case app::Colour::Green:
+    case base::Colour::Green:
         return "green";
-    case app::Colour::Red:
+    case base::Colour::Red:
         return "red";
-    case app::Colour::Blue:
+    case base::Colour::Blue:
         return "blue";
-    case app::Colour::BrightBlue:
+    case base::Colour::BrightBlue:
         return "bright blue";
-    case app::Colour::DarkRed:
+    case base::Colour::DarkRed:
         return "dark red";
     }
     return "";
@@ -71,10 +71,10 @@ int withOpenedLog(const OpenRequest& request,
             return 1;
         }
         return then(*session, ctx);
-    } catch (const app::Failure& f) {
-        app::error_exit(f, session->trace(), session->dialogs());
+    } catch (const failure::Failure& f) {
+        base::error_exit(f, session->trace(), session->dialogs());
         return 1;
-    } catch (const app::ProgramEnd& end) {
+    } catch (const failure::ProgramEnd& end) {
         std::cerr << "終了: " << end.reason << "\n";
         return 1;
     }
@@ -121,7 +121,7 @@ int runOpen(const OpenRequest& request)
         show("rcvd_has_iota", x.rcvd_has_iota ? "1" : "0");
 
         // The start as the window decides it, with the input now known.
-        settings::OptionModel& model = session.loadMainWindow();
+        session::OptionModel& model = session.loadMainWindow();
         model.facts().in_name = run.in_name;
         model.facts().f_type = run.f_type;
         model.facts().cont_name = run.cont_name;

@@ -1,6 +1,7 @@
 #include "ProgramSession.h"
 
-#include "app/Failure.h"
+#include "base/DataFiles.h"
+#include "failure/Failure.h"
 #include "readers/InputSelection.h"
 
 #include <iostream>
@@ -8,17 +9,17 @@
 namespace vornhale::cli {
 
 ProgramSession::ProgramSession(const std::optional<std::filesystem::path>& home)
-    : m_folder(app::ProgramFolder::resolve(home))
+    : m_folder(base::ProgramFolder::resolve(home))
 {
     m_folder.makeFolders();
-    m_trace = std::make_unique<app::Trace>(m_folder.Error_Log);
+    m_trace = std::make_unique<base::Trace>(m_folder.Error_Log);
     m_files = std::make_unique<settings::SettingsFiles>(m_folder.strPath, m_stored);
     m_files->setWriteFailureHandler([this](const std::filesystem::path& path) {
         m_trace->line("設定ファイルに書き込みできません : " + path.string());
         std::cerr << "設定ファイルに書き込みできません: " << path.string() << "\n";
     });
-    m_start = std::make_unique<startup::ProgramStart>(m_folder, *m_files, *m_trace, m_dialogs);
-    m_decision = m_start->Main(startup::bundledDataFolder());
+    m_start = std::make_unique<session::ProgramStart>(m_folder, *m_files, *m_trace, m_dialogs);
+    m_decision = m_start->Main(base::bundledDataFolder());
     if (m_decision.environmentFirst) {
         // The window would open the environment settings here; the command line takes them
         // as they stand, as if that window were closed with OK, so that the next start finds
@@ -31,16 +32,16 @@ ProgramSession::ProgramSession(const std::optional<std::filesystem::path>& home)
     reportWriteFailures();
 }
 
-settings::OptionModel& ProgramSession::loadMainWindow()
+session::OptionModel& ProgramSession::loadMainWindow()
 {
-    settings::OptionFacts facts;
+    session::OptionFacts facts;
     facts.strPath = m_folder.strPath;
     facts.drive_path = m_folder.drive_path;
     // The load's own message boxes (a history file the environment names but that is not
     // there) belong to the window; the command line tells of missing files where it uses them.
     facts.dialogs = nullptr;
     m_layout = std::make_unique<settings::LayoutModel>(m_stored, m_files.get());
-    m_model = std::make_unique<settings::OptionModel>(m_stored, m_files.get(), std::move(facts),
+    m_model = std::make_unique<session::OptionModel>(m_stored, m_files.get(), std::move(facts),
                                                       m_layout.get());
     m_model->Form_Load();
     return *m_model;
@@ -51,7 +52,7 @@ ProgramSession::begin(const std::optional<std::filesystem::path>& home)
 {
     try {
         return std::make_unique<ProgramSession>(home);
-    } catch (const app::Failure& f) {
+    } catch (const failure::Failure& f) {
         std::cerr << "エラー内容 ：　" << f.number() << "  " << f.description() << "\n";
         return nullptr;
     }

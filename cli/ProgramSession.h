@@ -1,12 +1,12 @@
 #pragma once
 
 #include "ConsoleFrontEnd.h"
-#include "app/ProgramFolder.h"
-#include "app/Trace.h"
-#include "app/startup/ProgramStart.h"
+#include "base/ProgramFolder.h"
+#include "base/Trace.h"
+#include "session/ProgramStart.h"
 #include "engine/RunContext.h"
 #include "settings/LayoutModel.h"
-#include "settings/OptionModel.h"
+#include "session/OptionModel.h"
 #include "settings/Options.h"
 #include "settings/SettingsFiles.h"
 
@@ -22,7 +22,7 @@ namespace vornhale::cli {
 class ProgramSession
 {
 public:
-    /// Starts the program in `home` (or the default program folder). Throws app::Failure
+    /// Starts the program in `home` (or the default program folder). Throws failure::Failure
     /// when the folder or the trace cannot be made.
     explicit ProgramSession(const std::optional<std::filesystem::path>& home);
 
@@ -33,17 +33,17 @@ public:
     static std::unique_ptr<ProgramSession>
     beginWithOptions(const std::optional<std::filesystem::path>& home, bool forConversion);
 
-    const app::ProgramFolder& folder() const { return m_folder; }
-    app::Trace& trace() { return *m_trace; }
+    const base::ProgramFolder& folder() const { return m_folder; }
+    base::Trace& trace() { return *m_trace; }
     ConsoleDialogs& dialogs() { return m_dialogs; }
     settings::Options& stored() { return m_stored; }
     settings::SettingsFiles& files() { return *m_files; }
-    const startup::StartDecision& decision() const { return m_decision; }
-    startup::ProgramStart& start() { return *m_start; }
+    const session::StartDecision& decision() const { return m_decision; }
+    session::ProgramStart& start() { return *m_start; }
 
     /// The main window's load without a window: the options as the window would hold them,
     /// with every load rule applied (an empty `Check16` turns on, for one).
-    settings::OptionModel& loadMainWindow();
+    session::OptionModel& loadMainWindow();
 
     /// The orderly end of the program; see `ProgramStart::End_Shori`.
     void end(bool deleteWorkingFiles) { m_start->End_Shori(deleteWorkingFiles); }
@@ -52,15 +52,15 @@ public:
     bool reportWriteFailures();
 
 private:
-    app::ProgramFolder m_folder;
-    std::unique_ptr<app::Trace> m_trace;
+    base::ProgramFolder m_folder;
+    std::unique_ptr<base::Trace> m_trace;
     ConsoleDialogs m_dialogs;
     settings::Options m_stored;
     std::unique_ptr<settings::SettingsFiles> m_files;
-    std::unique_ptr<startup::ProgramStart> m_start;
-    startup::StartDecision m_decision;
+    std::unique_ptr<session::ProgramStart> m_start;
+    session::StartDecision m_decision;
     std::unique_ptr<settings::LayoutModel> m_layout;
-    std::unique_ptr<settings::OptionModel> m_model;
+    std::unique_ptr<session::OptionModel> m_model;
 };
 
 /// The open step for `log` as the command line uses it: false, after telling why on stderr,

@@ -1,7 +1,7 @@
 #include "SettingsCommand.h"
 
 #include "ProgramSession.h"
-#include "app/Failure.h"
+#include "failure/Failure.h"
 #include "text/LineFile.h"
 
 #include <iostream>

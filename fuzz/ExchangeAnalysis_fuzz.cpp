@@ -2,7 +2,7 @@
 // pass, the contest decision and the contest from a file name. The first byte picks the pass
 // and the layout. The specified outcomes are a Failure or a result.
 
-#include "app/Failure.h"
+#include "failure/Failure.h"
 #include "readers/ExchangeAnalysis.h"
 #include "readers/ZloRecord.h"
 #include "settings/Options.h"
@@ -46,7 +46,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
         } else {
             analysis.check_rcvd_all(path, path.string(), flags & 32, layout);
         }
-    } catch (const app::Failure&) {
+    } catch (const failure::Failure&) {
     }
     // The same bytes as a .ZLO, and as a contest name and a file name.
     analysis.Check_Use_Item(bytes, layout);

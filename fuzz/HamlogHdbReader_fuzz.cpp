@@ -1,7 +1,7 @@
 // Any bytes as a HAMLOG database: an open either fails or gives a count, and every record
 // either reads or throws the failure of the run; nothing is read beyond the file.
 
-#include "app/Failure.h"
+#include "failure/Failure.h"
 #include "history/HamlogHdbReader.h"
 
 #include <cstdint>
@@ -40,13 +40,13 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
             try {
                 const auto& fields = reader.read(n);
                 (void)fields;
-            } catch (const vornhale::app::Failure&) {
+            } catch (const vornhale::failure::Failure&) {
                 break;
             }
         }
         try {
             reader.read(*count + 1);
-        } catch (const vornhale::app::Failure&) {
+        } catch (const vornhale::failure::Failure&) {
         }
     }
     reader.close();

@@ -1,5 +1,5 @@
 // Any text read as records: fields come back or the end is reported, never a crash or hang.
-#include "app/Failure.h"
+#include "failure/Failure.h"
 #include "text/Record.h"
 #include "text/SjisCodec.h"
 
@@ -19,7 +19,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
                 __builtin_trap(); // every read must consume input
             }
         }
-    } catch (const app::Failure&) {
+    } catch (const failure::Failure&) {
         // Running out of input inside a record is the specified outcome.
     }
     return 0;

@@ -2,9 +2,9 @@
 // with options varied by the last byte. The specified outcomes are a Failure, the end asked
 // for by a cancelled question, or written files.
 
-#include "app/Failure.h"
-#include "app/ProgramFolder.h"
-#include "app/Trace.h"
+#include "failure/Failure.h"
+#include "base/ProgramFolder.h"
+#include "base/Trace.h"
 #include "engine/RunContext.h"
 #include "readers/ZloReader.h"
 #include "reference/EntityLookup.h"
@@ -18,7 +18,7 @@ namespace {
 
 using namespace vornhale;
 
-class AnsweringDialogs : public app::Dialogs
+class AnsweringDialogs : public base::Dialogs
 {
 public:
     explicit AnsweringDialogs(Answer answer) : m_answer(answer) {}
@@ -35,8 +35,8 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
 {
     static const std::filesystem::path home =
         std::filesystem::temp_directory_path() / ("vornhale-fuzz-zlo-" + std::to_string(getpid()));
-    static const app::ProgramFolder folder = [] {
-        auto f = app::ProgramFolder::at(home);
+    static const base::ProgramFolder folder = [] {
+        auto f = base::ProgramFolder::at(home);
         f.makeFolders();
         return f;
     }();
@@ -52,10 +52,10 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     options.set("Rmks1_cfg", (flags & 4) ? "MNG,$DX,Calls,Zone,IOTA,," : "MNG,,");
     options.set("Rmks2_cfg", (flags & 4) ? "州名,memo,," : "");
 
-    app::Trace trace;
-    app::RunObserver observer;
-    AnsweringDialogs dialogs((flags & 8) ? app::Dialogs::Answer::Cancel
-                                         : app::Dialogs::Answer::Retry);
+    base::Trace trace;
+    base::RunObserver observer;
+    AnsweringDialogs dialogs((flags & 8) ? base::Dialogs::Answer::Cancel
+                                         : base::Dialogs::Answer::Retry);
     engine::ProgramState program;
     reference::NoEntities entities;
     engine::RunContext ctx{options, folder, trace, observer, dialogs, program, entities, {}};
@@ -73,7 +73,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
         }
         readers::read_zlo(ctx);
         readers::mnuMake_z2a_Click(ctx);
-    } catch (const app::Failure&) {
+    } catch (const failure::Failure&) {
     }
     return 0;
 }

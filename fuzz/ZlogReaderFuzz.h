@@ -3,9 +3,9 @@
 // Runs a zLog text reader over arbitrary bytes with options varied by the first byte. The
 // specified outcomes are a rejection, a Failure, or a written zlog_1.txt.
 
-#include "app/Failure.h"
-#include "app/ProgramFolder.h"
-#include "app/Trace.h"
+#include "failure/Failure.h"
+#include "base/ProgramFolder.h"
+#include "base/Trace.h"
 #include "engine/RunContext.h"
 #include "readers/ZlogTextReader.h"
 #include "reference/EntityLookup.h"
@@ -17,7 +17,7 @@
 
 namespace vornhale::fuzz {
 
-class SilentDialogs : public app::Dialogs
+class SilentDialogs : public base::Dialogs
 {
 public:
     void message(std::string_view, std::string_view, Icon) override {}
@@ -27,8 +27,8 @@ inline int runZlogReader(const std::uint8_t* data, std::size_t size, const char*
 {
     static const std::filesystem::path home =
         std::filesystem::temp_directory_path() / ("vornhale-fuzz-" + std::to_string(getpid()));
-    static const app::ProgramFolder folder = [] {
-        auto f = app::ProgramFolder::at(home);
+    static const base::ProgramFolder folder = [] {
+        auto f = base::ProgramFolder::at(home);
         f.makeFolders();
         return f;
     }();
@@ -43,8 +43,8 @@ inline int runZlogReader(const std::uint8_t* data, std::size_t size, const char*
     options.set("Check17", (flags & 2) ? "1" : "0");
     options.set("txtOp_name", (flags & 4) ? "OP1" : "");
 
-    app::Trace trace;
-    app::RunObserver observer;
+    base::Trace trace;
+    base::RunObserver observer;
     SilentDialogs dialogs;
     engine::ProgramState program;
     reference::NoEntities entities;
@@ -62,7 +62,7 @@ inline int runZlogReader(const std::uint8_t* data, std::size_t size, const char*
         ctx.run.chosen_name = ctx.run.in_name;
         ctx.run.file_letter = ctx.run.f_type == "all" ? "A" : "T";
         readers::henkan_at_2_t(ctx);
-    } catch (const app::Failure&) {
+    } catch (const failure::Failure&) {
     }
     return 0;
 }

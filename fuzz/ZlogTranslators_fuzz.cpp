@@ -1,9 +1,9 @@
 // Runs both zLog text translators over arbitrary bytes. The specified outcomes are a written
 // side output or a Failure; nothing else may escape, and a failure leaves no file behind.
 
-#include "app/Failure.h"
-#include "app/ProgramFolder.h"
-#include "app/Trace.h"
+#include "failure/Failure.h"
+#include "base/ProgramFolder.h"
+#include "base/Trace.h"
 #include "engine/RunContext.h"
 #include "readers/ZlogTranslators.h"
 #include "reference/EntityLookup.h"
@@ -18,14 +18,14 @@ namespace {
 
 using namespace vornhale;
 
-class SilentDialogs : public app::Dialogs
+class SilentDialogs : public base::Dialogs
 {
 public:
     void message(std::string_view, std::string_view, Icon) override {}
 };
 
 void translate(const std::filesystem::path& log, const std::uint8_t* data, std::size_t size,
-               const app::ProgramFolder& folder, bool toAll)
+               const base::ProgramFolder& folder, bool toAll)
 {
     {
         std::ofstream out(log, std::ios::binary | std::ios::trunc);
@@ -33,8 +33,8 @@ void translate(const std::filesystem::path& log, const std::uint8_t* data, std::
     }
     settings::Options options = settings::Options::defaults();
     options.set("txtYYYY", "2026");
-    app::Trace trace;
-    app::RunObserver observer;
+    base::Trace trace;
+    base::RunObserver observer;
     SilentDialogs dialogs;
     engine::ProgramState program;
     reference::NoEntities entities;
@@ -49,7 +49,7 @@ void translate(const std::filesystem::path& log, const std::uint8_t* data, std::
         } else {
             readers::zlog_all_2_zlog_txt(ctx);
         }
-    } catch (const app::Failure&) {
+    } catch (const failure::Failure&) {
         if (std::filesystem::exists(out)) {
             std::abort(); // a failed run must not leave a half text
         }
@@ -62,8 +62,8 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
 {
     static const std::filesystem::path home =
         std::filesystem::temp_directory_path() / ("vornhale-fuzz-" + std::to_string(getpid()));
-    static const app::ProgramFolder folder = [] {
-        auto f = app::ProgramFolder::at(home);
+    static const base::ProgramFolder folder = [] {
+        auto f = base::ProgramFolder::at(home);
         f.makeFolders();
         return f;
     }();

@@ -11,6 +11,11 @@ packages=(
     clang libclang-rt-14-dev
     hamradio-files
     time
+    libcurl4-openssl-dev libarchive-dev mdbtools-dev mdbtools
+    libcpp-httplib-dev
+    qt6-base-dev fonts-noto-cjk xvfb xauth
+    lhasa jlha-utils zip unzip
+    dpkg-dev
 )
 
 missing=()

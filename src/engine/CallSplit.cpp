@@ -1,7 +1,7 @@
 #include "engine/CallSplit.h"
 
 #include "engine/Records.h"
-#include "engine/WorkingFiles.h"
+#include "base/WorkingFiles.h"
 #include "reference/EntityLookup.h"
 #include "text/Chars.h"
 #include "text/LineFile.h"
@@ -43,11 +43,11 @@ std::string twoDigits(std::string_view s) { return text::right("0" + std::string
 void bak_sep1(RunContext& ctx)
 {
     ctx.trace.line("Private sub bak_sep1()");
-    ctx.observer.status("  変　換　処　理　中．．．．．", app::Colour::Green);
+    ctx.observer.status("  変　換　処　理　中．．．．．", base::Colour::Green);
     ctx.observer.progressRange(ctx.run.line_count + 4);
 
-    text::RecordReader in(ctx.work(working::zlog_1));
-    text::LineWriter out(ctx.work(working::zlog_2));
+    text::RecordReader in(ctx.work(base::working::zlog_1));
+    text::LineWriter out(ctx.work(base::working::zlog_2));
     const bool useFreq = ctx.options.tick("Check17");
 
     // A first read happens before the end is tested: an empty zlog_1.txt is a failure.

@@ -1,24 +1,24 @@
 #include "engine/Driver.h"
 
-#include "app/Failure.h"
-#include "app/FileMask.h"
-#include "app/startup/ProgramStart.h"
+#include "failure/Failure.h"
+#include "base/FileMask.h"
+#include "settings/WorkingFolderCleanup.h"
 #include "engine/CallSplit.h"
 #include "engine/FinalOutput.h"
 #include "engine/RecordConversion.h"
 #include "engine/RecordLookups.h"
 #include "engine/RemarkLayout.h"
 #include "engine/ResultGrid.h"
-#include "engine/WorkingFiles.h"
+#include "base/WorkingFiles.h"
 #include "history/NoQslMarking.h"
-#include "readers/ZloReader.h"
-#include "readers/ZlogTextReader.h"
+#include "readers/InputKinds.h"
 #include "readers/ZlogTranslators.h"
 #include "settings/RemarkHistory.h"
 #include "text/Chars.h"
 #include "text/LineFile.h"
 
 #include <filesystem>
+#include <memory>
 #include <string>
 
 namespace vornhale::engine {
@@ -102,7 +102,7 @@ std::string settleProvMoji(const settings::Options& o)
 
 void tmp_file_Del(RunContext& ctx)
 {
-    startup::tmp_file_Del(ctx.folder, ctx.trace, ctx.settings, ctx.dialogs);
+    settings::tmp_file_Del(ctx.folder, ctx.trace, ctx.settings, ctx.dialogs);
 }
 
 void sort_set_(RunContext& ctx)
@@ -124,15 +124,16 @@ void cmd_henkan(RunContext& ctx, const RemarkLayout& layout)
 {
     RunState& run = ctx.run;
     ctx.trace.line("Private sub cmd_henkan()");
-    ctx.observer.status("  処 理 開 始", app::Colour::Green);
+    ctx.observer.status("  処 理 開 始", base::Colour::Green);
 
     run.written_count = 0;
     run.counters.no_qsl_kazu = 0;
     run.counters.m_kazu = 0;
-    ctx.observer.status("", app::Colour::Black);
+    ctx.observer.status("", base::Colour::Black);
     run.counters.name_kazu = 0;
 
-    if (run.f_type != "zlo") {
+    const std::unique_ptr<readers::LogReader> reader = readers::makeReader(run.kind);
+    if (reader->countsLines()) {
         run.line_count = text::Count_lines(run.in_name);
     }
     run.op_filter_name = ctx.options.value("txtOp_name");
@@ -152,20 +153,7 @@ void cmd_henkan(RunContext& ctx, const RemarkLayout& layout)
         run.QSL_Q = " ";
     }
 
-    if (run.f_type == "txt" || run.f_type == "all") {
-        // The letter comes from the first of the last three characters of the shown name.
-        const std::string tail = text::right(run.lblIn_name, 3);
-        const std::string letter = text::upper(text::left(tail, 1));
-        if (letter == "T" || letter == "A") {
-            run.file_letter = letter;
-        }
-        readers::henkan_at_2_t(ctx);
-    } else if (run.f_type == "zlo") {
-        readers::read_zlo(ctx);
-    } else {
-        throw app::Failure(app::failure::InvalidCall,
-                           "この形式の入力はまだ変換できません: " + run.f_type);
-    }
+    reader->read(ctx);
 
     bak_sep1(ctx);
     if (layout.use().state && ctx.lookups != nullptr) {
@@ -177,7 +165,7 @@ void cmd_henkan(RunContext& ctx, const RemarkLayout& layout)
         for (const char* mask :
              {"sort-in.csv", "sort-out.csv", "sort-out?.csv", "temp_s.csv", "temp_d.csv",
               "semp_s.csv", "semp_d.csv", "uemp_s.csv", "uemp_d.csv"}) {
-            app::deleteByMask(ctx.folder.drive_path, mask);
+            base::deleteByMask(ctx.folder.drive_path, mask);
         }
     }
     run.written_count = 0;
@@ -218,19 +206,16 @@ void cmdStart_Click(RunContext& ctx)
     ctx.observer.label("Text2", "");
     removeIfExists(ctx.folder.Temp_Files / "bak_qso.HDX");
 
-    ctx.observer.status("", app::Colour::Black);
+    ctx.observer.status("", base::Colour::Black);
     run.counters = Counters{};
     showCounters(ctx);
 
     const RemarkLayout layout = RemarkLayout::fromOptions(ctx.options);
     run.use = layout.use();
-    if (run.f_type == "zlo" &&
-        readers::read_zlo_head(ctx, run.zlo, run.exchange) == readers::ZloHead::ProgramEnds) {
-        throw app::ProgramEnd{"read_zlo_head"};
-    }
+    readers::makeReader(run.kind)->beforeConversion(ctx);
     storeSettings(ctx, &settings::SettingsFiles::ini_write_new);
 
-    ctx.observer.status("  処 理 開 始", app::Colour::Green);
+    ctx.observer.status("  処 理 開 始", base::Colour::Green);
     run.Zone_moji = settleZoneMoji(ctx.options);
     run.Prov_moji = settleProvMoji(ctx.options);
     storeSettings(ctx, &settings::SettingsFiles::ini_write_new);
@@ -266,7 +251,7 @@ void cmdStart_Click(RunContext& ctx)
                                      ctx.trace, ctx.observer);
     }
 
-    ctx.observer.status("　処理終了", app::Colour::BrightBlue);
+    ctx.observer.status("　処理終了", base::Colour::BrightBlue);
     for (const std::string& name : {run.names.out_name_ham0, run.names.out_name_con0,
                                     run.names.out_name_con, run.names.out_name_ham}) {
         removeIfExists(name);

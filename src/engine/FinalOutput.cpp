@@ -1,6 +1,6 @@
 #include "engine/FinalOutput.h"
 
-#include "app/Failure.h"
+#include "failure/Failure.h"
 #include "engine/Records.h"
 #include "engine/RemarkLayout.h"
 #include "readers/OutputNames.h"
@@ -78,7 +78,7 @@ void reduceFile(const fs::path& path, bool check23, bool anyWidth)
     std::error_code ec;
     fs::rename(copy, path, ec);
     if (ec) {
-        throw app::Failure(app::failure::PathFileAccess, "パス名が無効です。 " + path.string());
+        throw failure::Failure(failure::PathFileAccess, "パス名が無効です。 " + path.string());
     }
 }
 
@@ -135,7 +135,7 @@ std::string timeStamp(const char* format)
 std::string count_No_QSL_MNG_2(RunContext& ctx)
 {
     ctx.trace.line("Private sub count_No_QSL_MNG_2()");
-    ctx.observer.status("  No QSL and MNG 件数カウント中", app::Colour::Green);
+    ctx.observer.status("  No QSL and MNG 件数カウント中", base::Colour::Green);
     ctx.run.counters.no_qsl_kazu = 0;
     ctx.run.counters.m_kazu = 0;
     std::string lastMode;

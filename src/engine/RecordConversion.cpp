@@ -6,7 +6,7 @@
 #include "engine/RemarkComposer.h"
 #include "engine/RemarkLayout.h"
 #include "engine/SortSplit.h"
-#include "engine/WorkingFiles.h"
+#include "base/WorkingFiles.h"
 #include "reference/EntityLookup.h"
 #include "text/Chars.h"
 #include "text/LineFile.h"
@@ -131,12 +131,12 @@ void Henkan_txt(RunContext& ctx, const RemarkLayout& layout)
         run.use_log_zone = true;
     }
     const std::string hamName = std::filesystem::path(run.names.out_name_ham_n).filename().string();
-    ctx.observer.status(hamName + "  に変換中", app::Colour::Green);
+    ctx.observer.status(hamName + "  に変換中", base::Colour::Green);
 
     look.beforeFirstRecord(ctx);
-    const long count = text::Count_lines(ctx.work(working::zlog_2));
-    text::RecordReader in(ctx.work(working::zlog_2));
-    text::LineWriter sortOut(ctx.work(working::sort_in));
+    const long count = text::Count_lines(ctx.work(base::working::zlog_2));
+    text::RecordReader in(ctx.work(base::working::zlog_2));
+    text::LineWriter sortOut(ctx.work(base::working::sort_in));
     text::LineWriter hamOut(run.names.out_name_ham0);
     ctx.observer.progressRange(count + 2);
     ctx.trace.line("   Private sub Henkan_txt() ___ Do  読み込み");
@@ -438,10 +438,10 @@ void henkan_conv(RunContext& ctx, const RemarkLayout& layout)
     Henkan_txt(ctx, layout);
     if (ctx.run.sort_kind == 0) {
         Henkan_out_name_con(ctx);
-        sort_(ctx, 1, 8, false, ctx.work(working::sort_in), ctx.work(working::sort_out));
+        sort_(ctx, 1, 8, false, ctx.work(base::working::sort_in), ctx.work(base::working::sort_out));
         count_tan_fuku(ctx);
     } else {
-        sort_(ctx, 1, 8, false, ctx.work(working::sort_in), ctx.work(working::sort_out));
+        sort_(ctx, 1, 8, false, ctx.work(base::working::sort_in), ctx.work(base::working::sort_out));
         temp_sep(ctx);
     }
 }

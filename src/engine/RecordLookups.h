@@ -26,11 +26,11 @@ public:
     /// program (and again on request): the entity masters and the state master.
     virtual void prepareMasters(RunContext& /*ctx*/) {}
     /// Before the record loop of a conversion: the masters this conversion needs and has not
-    /// yet loaded. May end the program (throws app::Failure) when a master that is switched on
+    /// yet loaded. May end the program (throws failure::Failure) when a master that is switched on
     /// is missing.
     virtual void beforeFirstRecord(RunContext& /*ctx*/) {}
     /// Before the reader of a conversion: the list of entities without cards (`Check09`) and
-    /// the history scan. Throws app::ProgramEnd when the history database cannot be opened.
+    /// the history scan. Throws failure::ProgramEnd when the history database cannot be opened.
     virtual void prepareHistory(RunContext& /*ctx*/) {}
     /// Before the record conversion: the state master, when a layout uses the state item and
     /// it is not loaded.

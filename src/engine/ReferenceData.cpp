@@ -1,7 +1,7 @@
 #include "engine/ReferenceData.h"
 
-#include "app/Failure.h"
-#include "app/startup/ProgramStart.h"
+#include "failure/Failure.h"
+#include "base/DataFiles.h"
 #include "engine/RunContext.h"
 #include "history/HistoryScan.h"
 #include "history/NoQslMarking.h"
@@ -30,7 +30,7 @@ void ReferenceData::prepareMasters(RunContext& ctx)
 {
     // A program folder without its own prefix list takes the system's current one.
     const fs::path own = ctx.folder.strPath / "cty.dat";
-    if (const fs::path system = startup::systemCtyDat(); !isFile(own) && !system.empty()) {
+    if (const fs::path system = base::systemCtyDat(); !isFile(own) && !system.empty()) {
         std::error_code ec;
         if (fs::copy_file(system, own, ec)) {
             ctx.trace.line("     cty.dat : " + system.string());
@@ -39,7 +39,7 @@ void ReferenceData::prepareMasters(RunContext& ctx)
     reference::CtyImport import({ctx.folder.strPath, ctx.folder.drive_path}, ctx.trace,
                                 ctx.dialogs);
     if (!import.importAll(ctx.folder.strPath / "dxcc_mas.txt")) {
-        throw app::Failure(app::failure::FileNotFound,
+        throw failure::Failure(failure::FileNotFound,
                            (ctx.folder.strPath / "cty_conv.txt").string() + "　がありません。");
     }
     m_entities.load(import.tables(), ctx.folder.strPath / "cty_mastL.txt");
@@ -67,8 +67,8 @@ void ReferenceData::loadCallMaster(RunContext& ctx, reference::CallMaster& maste
                             folder + "\n[　" + display + "  ] がありません。\n" +
                                 "同梱されているサンプルファイルまたは自己作成ファイルを\n" +
                                 " フォルダにコピーして下さい。",
-                            app::Dialogs::Icon::Stop);
-        throw app::Failure(app::failure::FileNotFound, path.string() + " がありません。");
+                            base::Dialogs::Icon::Stop);
+        throw failure::Failure(failure::FileNotFound, path.string() + " がありません。");
     }
     if (master.kazu() == 0 || !master.loaded()) {
         if (&master == &m_names) {
@@ -90,7 +90,7 @@ void ReferenceData::prepareHistory(RunContext& ctx)
     history::HistoryScan scan(ctx.folder.drive_path, ctx.folder.Temp_Files, ctx.options, ctx.trace,
                               ctx.observer, ctx.settings);
     if (scan.run() == history::HistoryStep::OpenFailed) {
-        throw app::ProgramEnd{"history database: " + o.value("hamlog_hdb_dir")};
+        throw failure::ProgramEnd{"history database: " + o.value("hamlog_hdb_dir")};
     }
 }
 

@@ -30,7 +30,7 @@ public:
     const std::filesystem::path& provinceMaster() const { return m_provinceMaster; }
 
     /// The import of `cty.dat` and the load of `dxcc_mas.txt` (also `mnuGet_Entity`), then
-    /// `ardx_sep`. Throws app::Failure when a file they need is missing.
+    /// `ardx_sep`. Throws failure::Failure when a file they need is missing.
     void prepareMasters(RunContext& ctx) override;
     void beforeFirstRecord(RunContext& ctx) override;
     void ensureStateMaster(RunContext& ctx) override;

@@ -92,7 +92,7 @@ std::string compose_rmks(const std::vector<std::string>& layout, const RemarkVal
 }
 
 void iota_chk(std::string_view q_rcvd, std::string& iota_text, std::string& rcvd_text,
-              app::Trace& trace)
+              base::Trace& trace)
 {
     trace.line("Private sub iota_chk()");
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "app/Trace.h"
+#include "base/Trace.h"
 #include "engine/RemarkLayout.h"
 
 #include <string>
@@ -65,6 +65,6 @@ private:
 /// of `q_rcvd`. Sets nothing when no continent word stands there. The positions of several
 /// continent words are added, which gives a cut that fits none of them. Never throws.
 void iota_chk(std::string_view q_rcvd, std::string& iota_text, std::string& rcvd_text,
-              app::Trace& trace);
+              base::Trace& trace);
 
 } // namespace vornhale::engine

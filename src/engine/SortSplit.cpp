@@ -1,7 +1,7 @@
 #include "engine/SortSplit.h"
 
-#include "app/Failure.h"
-#include "engine/WorkingFiles.h"
+#include "failure/Failure.h"
+#include "base/WorkingFiles.h"
 #include "text/ByteKeySort.h"
 #include "text/Chars.h"
 #include "text/LineFile.h"
@@ -80,7 +80,7 @@ template <typename Single, typename Multiple>
 void splitRuns(RunContext& ctx, Single single, Multiple multiple)
 {
     Counters& c = ctx.run.counters;
-    text::LineReader in(ctx.work(working::sort_out));
+    text::LineReader in(ctx.work(base::working::sort_out));
     std::string previous, previousKey;
     bool havePrevious = false, inRun = false;
     while (!in.atEnd()) {
@@ -122,7 +122,7 @@ void sort_(RunContext& ctx, int start, int length, bool descending, const fs::pa
     ctx.trace.line("Public Sub sort_()");
     try {
         text::sortLinesByKey(in, out, start, length, descending);
-    } catch (const app::Failure&) {
+    } catch (const failure::Failure&) {
         // The sort's result is not examined: it only leaves no output.
         std::error_code ec;
         fs::remove(out, ec);
@@ -163,7 +163,7 @@ std::string sortKey(const SortRecord& r, int sort_kind, bool check17)
 void count_tan_fuku(RunContext& ctx)
 {
     ctx.trace.line("Private sub count_tan_fuku()");
-    ctx.observer.status("　単／複　カウント中", app::Colour::Green);
+    ctx.observer.status("　単／複　カウント中", base::Colour::Green);
     splitRuns(ctx, [](const std::string&) {}, [](const std::string&) {});
 }
 
@@ -171,7 +171,7 @@ void Henkan_out_name_con(RunContext& ctx)
 {
     ctx.trace.line("Private sub Henkan_out_name_con()");
     const RunState& run = ctx.run;
-    text::RecordReader in(ctx.work(working::sort_in));
+    text::RecordReader in(ctx.work(base::working::sort_in));
     text::LineWriter out(run.names.out_name_con0);
     while (!in.atEnd()) {
         SortRecord r = SortRecord::from(in.fields(SortRecord::kFields));
@@ -193,10 +193,10 @@ void Henkan_out_name_con(RunContext& ctx)
 void temp_sep(RunContext& ctx)
 {
     ctx.trace.line("Private sub temp_sep()");
-    ctx.observer.status("　単／複　ＱＳＯに分割中", app::Colour::Green);
+    ctx.observer.status("　単／複　ＱＳＯに分割中", base::Colour::Green);
     {
-        text::LineWriter singles(ctx.work(working::semp_s));
-        text::LineWriter multiples(ctx.work(working::semp_d));
+        text::LineWriter singles(ctx.work(base::working::semp_s));
+        text::LineWriter multiples(ctx.work(base::working::semp_d));
         splitRuns(
             ctx, [&](const std::string& line) { singles.writeRaw(line); },
             [&](const std::string& line) { multiples.writeRaw(line); });
@@ -215,9 +215,9 @@ void temp_sep(RunContext& ctx)
 void sort_wakeru_c(RunContext& ctx)
 {
     ctx.trace.line("Private sub sort_wakeru_c()");
-    ctx.observer.status("　最　終　処　理　中", app::Colour::Green);
-    for (const auto& [semp, temp, uemp] : {std::tuple{working::semp_s, working::temp_s, working::uemp_s},
-                                          std::tuple{working::semp_d, working::temp_d, working::uemp_d}}) {
+    ctx.observer.status("　最　終　処　理　中", base::Colour::Green);
+    for (const auto& [semp, temp, uemp] : {std::tuple{base::working::semp_s, base::working::temp_s, base::working::uemp_s},
+                                          std::tuple{base::working::semp_d, base::working::temp_d, base::working::uemp_d}}) {
         {
             text::LineWriter out(ctx.work(temp));
             keyFile(ctx, ctx.work(semp), out);
@@ -231,16 +231,16 @@ void sort_wakeru_c(RunContext& ctx)
 void sort_wakenai_c(RunContext& ctx)
 {
     ctx.trace.line("Private sub sort_wakenai_c()");
-    ctx.observer.status("　最　終　処　理　中", app::Colour::Green);
+    ctx.observer.status("　最　終　処　理　中", base::Colour::Green);
     {
-        text::LineWriter out(ctx.work(working::temp_s));
-        keyFile(ctx, ctx.work(working::semp_s), out);
-        keyFile(ctx, ctx.work(working::semp_d), out);
+        text::LineWriter out(ctx.work(base::working::temp_s));
+        keyFile(ctx, ctx.work(base::working::semp_s), out);
+        keyFile(ctx, ctx.work(base::working::semp_d), out);
         out.close();
     }
-    sort_(ctx, 2, 37, false, ctx.work(working::temp_s), ctx.work(working::uemp_s));
+    sort_(ctx, 2, 37, false, ctx.work(base::working::temp_s), ctx.work(base::working::uemp_s));
     text::LineWriter out(ctx.run.names.out_name_con0);
-    writeResults(ctx, ctx.work(working::uemp_s), true, out);
+    writeResults(ctx, ctx.work(base::working::uemp_s), true, out);
     out.close();
 }
 
@@ -248,10 +248,10 @@ void temp_marge(RunContext& ctx)
 {
     ctx.trace.line("Private sub temp_marge()");
     const std::string name = fs::path(ctx.run.names.out_name_con0).filename().string();
-    ctx.observer.status(name + "  に変換中", app::Colour::Green);
+    ctx.observer.status(name + "  に変換中", base::Colour::Green);
     text::LineWriter out(ctx.run.names.out_name_con0);
-    writeResults(ctx, ctx.work(working::uemp_s), true, out);
-    writeResults(ctx, ctx.work(working::uemp_d), false, out);
+    writeResults(ctx, ctx.work(base::working::uemp_s), true, out);
+    writeResults(ctx, ctx.work(base::working::uemp_d), false, out);
     out.close();
 }
 

@@ -1,6 +1,6 @@
 #include "history/HamlogCsvReader.h"
 
-#include "app/Failure.h"
+#include "failure/Failure.h"
 #include "text/LineFile.h"
 #include "text/SjisCodec.h"
 #include "text/SjisText.h"
@@ -51,7 +51,7 @@ std::optional<long> HamlogCsvReader::open(const std::filesystem::path& path)
 const HamlogFields& HamlogCsvReader::read(long number)
 {
     if (number < 1 || static_cast<std::size_t>(number) > m_lines.size()) {
-        throw app::Failure(app::failure::SubscriptOutOfRange,
+        throw failure::Failure(failure::SubscriptOutOfRange,
                            "インデックスが有効範囲にありません。 " + std::to_string(number));
     }
     m_fields = parseLine(m_lines[static_cast<std::size_t>(number - 1)]);

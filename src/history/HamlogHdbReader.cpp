@@ -1,6 +1,6 @@
 #include "history/HamlogHdbReader.h"
 
-#include "app/Failure.h"
+#include "failure/Failure.h"
 #include "text/SjisCodec.h"
 #include "text/SjisText.h"
 
@@ -170,7 +170,7 @@ std::string_view HamlogHdbReader::fieldBytes(const unsigned char* record, const 
 const unsigned char* HamlogHdbReader::recordBytes(long number)
 {
     if (!m_file || number < 1 || number > m_count) {
-        throw app::Failure(app::failure::SubscriptOutOfRange,
+        throw failure::Failure(failure::SubscriptOutOfRange,
                            "インデックスが有効範囲にありません。 " + std::to_string(number));
     }
     if (number >= m_bufferFirst && number < m_bufferFirst + m_bufferCount) {
@@ -182,7 +182,7 @@ const unsigned char* HamlogHdbReader::recordBytes(long number)
     const long inFile = static_cast<long>(std::min<std::uint64_t>(
         available / m_recordLength, static_cast<std::uint64_t>(m_count - number + 1)));
     if (inFile < 1) {
-        throw app::Failure(app::failure::InputPastEnd,
+        throw failure::Failure(failure::InputPastEnd,
                            "ファイルにこれ以上データがありません。 レコード " +
                                std::to_string(number));
     }
@@ -192,7 +192,7 @@ const unsigned char* HamlogHdbReader::recordBytes(long number)
     if (fseeko(m_file, static_cast<off_t>(start), SEEK_SET) != 0 ||
         std::fread(m_buffer.data(), 1, m_buffer.size(), m_file) != m_buffer.size()) {
         m_bufferCount = 0;
-        throw app::Failure(app::failure::DeviceIo,
+        throw failure::Failure(failure::DeviceIo,
                            "デバイス I/O エラーです。 レコード " + std::to_string(number));
     }
     m_bufferFirst = number;

@@ -28,7 +28,7 @@ public:
     virtual std::optional<long> open(const std::filesystem::path& path) = 0;
 
     /// The fields of record `number` (1 to the count). The returned fields stay valid until
-    /// the next call. Throws app::Failure when the record cannot be read (62 when the file
+    /// the next call. Throws failure::Failure when the record cannot be read (62 when the file
     /// ends before it, 9 for a number outside the count); never reads past the file.
     virtual const HamlogFields& read(long number) = 0;
 

@@ -1,6 +1,6 @@
 #include "history/HistoryMaster.h"
 
-#include "app/Trace.h"
+#include "base/Trace.h"
 #include "text/Chars.h"
 #include "text/Record.h"
 
@@ -86,7 +86,7 @@ BandModeCode band_mode_code(std::string_view freq, std::string_view mode)
 }
 
 void HistoryMaster::sum_bak_4_bas_p(const std::filesystem::path& bak_qso_mas_file,
-                                    app::Trace& trace)
+                                    base::Trace& trace)
 {
     trace.line("     bak_qso_mas_file : " + bak_qso_mas_file.string());
     const std::filesystem::path file = bak_qso_mas_file.string() + "p";

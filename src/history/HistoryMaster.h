@@ -7,7 +7,7 @@
 #include <unordered_map>
 #include <vector>
 
-namespace vornhale::app {
+namespace vornhale::base {
 class Trace;
 }
 
@@ -39,7 +39,7 @@ public:
     /// item count to `trace`. The file is read one comma-separated item at a time, as records
     /// are read everywhere; its unquoted last line reads as the pair "ZZZ/ZZZZZZ", "E2".
     /// Throws Failure 53 when the file cannot be opened, 62 when it ends within a pair.
-    void sum_bak_4_bas_p(const std::filesystem::path& bak_qso_mas_file, app::Trace& trace);
+    void sum_bak_4_bas_p(const std::filesystem::path& bak_qso_mas_file, base::Trace& trace);
 
     /// `chk_bak_qso`: whether `call` counts as worked. The call is trimmed, and cut before its
     /// last "/" when it holds two or more; then compared exactly with the calls of the master

@@ -1,8 +1,8 @@
 #include "history/HistoryScan.h"
 
-#include "app/Failure.h"
-#include "app/RunObserver.h"
-#include "app/Trace.h"
+#include "failure/Failure.h"
+#include "base/RunObserver.h"
+#include "base/Trace.h"
 #include "history/HistoryMaster.h"
 #include "settings/Options.h"
 #include "settings/SettingsFiles.h"
@@ -180,7 +180,7 @@ std::string dateTimeKey(int kind)
 }
 
 HistoryScan::HistoryScan(fs::path drive_path, fs::path Temp_Files, settings::Options& options,
-                         app::Trace& trace, app::RunObserver& observer,
+                         base::Trace& trace, base::RunObserver& observer,
                          settings::SettingsFiles* settings)
     : m_drivePath(std::move(drive_path)), m_tempFiles(std::move(Temp_Files)),
       m_options(options), m_trace(trace), m_observer(observer), m_settings(settings),
@@ -248,7 +248,7 @@ bool HistoryScan::read_hl_hdb(int kind, HamlogReader& reader)
     }
     m_observer.status(shown + (kind == 3 ? "．ｈｄｂ の 読込 for No QSL"
                                          : "．ｈｄｂ の読込 for No QSL"),
-                      app::Colour::Green);
+                      base::Colour::Green);
 
     // The date-time is stored before the scan, so it stands even when the scan fails.
     const std::string stamp = fileDateTime(source);
@@ -329,16 +329,16 @@ bool HistoryScan::read_hl_hdb(int kind, HamlogReader& reader)
 void HistoryScan::sum_bak_2()
 {
     m_trace.line("Private sub sum_bak_2()");
-    m_observer.status("  ソ ー ト 中 ．．．１", app::Colour::Green);
+    m_observer.status("  ソ ー ト 中 ．．．１", base::Colour::Green);
     m_trace.line("Public Sub sort_()");
     try {
         sortOnSixteenColumns(bak_1(), bak_2());
-    } catch (const app::Failure&) {
+    } catch (const failure::Failure&) {
         // A sort that fails leaves no output; the read below fails then.
         std::error_code ec;
         fs::remove(bak_2(), ec);
     }
-    m_observer.status("  処　理　中 ．．．１", app::Colour::Green);
+    m_observer.status("  処　理　中 ．．．１", base::Colour::Green);
     const long lines = text::Count_lines(bak_2());
     m_observer.progressRange(lines);
     const long step = progressStep(lines);
@@ -361,7 +361,7 @@ void HistoryScan::sum_bak_2()
         const std::size_t c1 = line.find(',');
         const std::size_t c2 = c1 == std::string::npos ? c1 : line.find(',', c1 + 1);
         if (c2 == std::string::npos) {
-            throw app::Failure(app::failure::SubscriptOutOfRange,
+            throw failure::Failure(failure::SubscriptOutOfRange,
                                "インデックスが有効範囲にありません。 bak_2.txt");
         }
         const std::size_t c3 = line.find(',', c2 + 1);
@@ -385,7 +385,7 @@ void HistoryScan::sum_bak_2()
 void HistoryScan::sum_bak_3(int kind)
 {
     m_trace.line("Private sub sum_bak_3()");
-    m_observer.status("  処　理　中 ．．．．．．２", app::Colour::Green);
+    m_observer.status("  処　理　中 ．．．．．．２", base::Colour::Green);
     const long lines = text::Count_lines(bak_3());
     m_observer.progressRange(lines);
     const long step = progressStep(lines);
@@ -433,11 +433,11 @@ void HistoryScan::sum_bak_3(int kind)
     if (ec || size < 10) {
         fs::remove(writing, ec);
         m_trace.line("エラー発生 ：　ファイル不良" + target.string());
-        throw app::Failure(app::failure::DeviceIo, "ファイル不良 " + target.string());
+        throw failure::Failure(failure::DeviceIo, "ファイル不良 " + target.string());
     }
     fs::rename(writing, target, ec);
     if (ec) {
-        throw app::Failure(app::failure::PathFileAccess,
+        throw failure::Failure(failure::PathFileAccess,
                            "パス名が無効です。 " + target.string());
     }
 }

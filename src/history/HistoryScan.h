@@ -7,10 +7,10 @@
 #include <memory>
 #include <string>
 
-namespace vornhale::app {
+namespace vornhale::base {
 class Trace;
 class RunObserver;
-} // namespace vornhale::app
+} // namespace vornhale::base
 
 namespace vornhale::settings {
 class Options;
@@ -58,7 +58,7 @@ public:
         std::function<std::unique_ptr<HamlogReader>(const std::filesystem::path&)>;
 
     HistoryScan(std::filesystem::path drive_path, std::filesystem::path Temp_Files,
-                settings::Options& options, app::Trace& trace, app::RunObserver& observer,
+                settings::Options& options, base::Trace& trace, base::RunObserver& observer,
                 settings::SettingsFiles* settings = nullptr);
 
     /// Today's date (yyyymmdd) that an empty `End_date` takes; the system date unless set.
@@ -67,7 +67,7 @@ public:
     void setReaderFactory(ReaderFactory factory) { m_factory = std::move(factory); }
 
     /// The history step of `cmd_henkan`: finds the kind, reads the stored date-times, and
-    /// scans and condenses when a scan is due. Throws app::Failure on a failed scan (the
+    /// scans and condenses when a scan is due. Throws failure::Failure on a failed scan (the
     /// previous master then stays in place).
     HistoryStep run();
 
@@ -78,7 +78,7 @@ public:
     /// `read_hl_hdb_1`, `read_hl_hdb_2`, `read_hl_hdb_3` for `kind` 1 to 3: records of the
     /// period (all of them, those with a card sent, those with a card received) into
     /// `bak_1.txt`, then the two closing lines. Stores the database's date-time first.
-    /// Returns false when the open failed; throws app::Failure when a read fails. The reader
+    /// Returns false when the open failed; throws failure::Failure when a read fails. The reader
     /// is closed on every way out.
     bool read_hl_hdb(int kind, HamlogReader& reader);
 
@@ -89,7 +89,7 @@ public:
     /// `sum_bak_3`: `bak_3.txt` into the master of `kind`, one line per call with its codes,
     /// then the line "ZZZ/ZZZZZZ,E2". The master is written under a temporary name and takes
     /// the place of the previous one only when complete and at least 10 bytes long; a
-    /// shorter one is reported to the trace and throws app::Failure.
+    /// shorter one is reported to the trace and throws failure::Failure.
     void sum_bak_3(int kind);
 
     std::filesystem::path bak_1() const { return m_drivePath / "bak_1.txt"; }
@@ -104,8 +104,8 @@ private:
     std::filesystem::path m_drivePath;
     std::filesystem::path m_tempFiles;
     settings::Options& m_options;
-    app::Trace& m_trace;
-    app::RunObserver& m_observer;
+    base::Trace& m_trace;
+    base::RunObserver& m_observer;
     settings::SettingsFiles* m_settings;
     std::string m_today;
     ReaderFactory m_factory;

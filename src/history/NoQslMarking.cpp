@@ -1,8 +1,8 @@
 #include "history/NoQslMarking.h"
 
-#include "app/Failure.h"
-#include "app/RunObserver.h"
-#include "app/Trace.h"
+#include "failure/Failure.h"
+#include "base/RunObserver.h"
+#include "base/Trace.h"
 #include "text/Chars.h"
 #include "text/LineFile.h"
 #include "text/Record.h"
@@ -122,7 +122,7 @@ std::string Full_call_key(std::string_view call_key, std::string_view call_ext,
 }
 
 void all_JN_Chikan_full(const ResultFiles& files, std::string_view QSL_Q, std::string_view QSL_S,
-                        app::Trace& trace)
+                        base::Trace& trace)
 {
     trace.line("Private sub all_JN_Chikan_full()_a_1  'No QSL はフルコールで行うに　レ点有りの時");
     const fs::path contest = files.drive_path / "contest_n_1.csv";
@@ -158,7 +158,7 @@ void all_JN_Chikan_full(const ResultFiles& files, std::string_view QSL_Q, std::s
 }
 
 void all_NJ_Chikan_full(const ResultFiles& files, std::string_view QSL_Q, std::string_view QSL_S,
-                        app::Trace& trace)
+                        base::Trace& trace)
 {
     trace.line("Private sub all_NJ_Chikan_full()_b_1  'No QSL はフルコールで行うに　レ点有りの時");
     const fs::path hamlog = files.drive_path / "Hamlog_n_1.csv";
@@ -204,8 +204,8 @@ void all_NJ_Chikan_full(const ResultFiles& files, std::string_view QSL_Q, std::s
 
 void No_QSL_moji_ReWrite(const fs::path& out_name_ham0, const fs::path& out_name_ham,
                          const fs::path& out_name_con0, const fs::path& out_name_con,
-                         std::string_view No_QSL_moji, bool check21, app::Trace& trace,
-                         app::RunObserver& observer)
+                         std::string_view No_QSL_moji, bool check21, base::Trace& trace,
+                         base::RunObserver& observer)
 {
     trace.line("Private Sub No_QSL_moji_ReWrite");
     const std::pair<fs::path, fs::path> passes[] = {{out_name_ham0, out_name_ham},
@@ -239,7 +239,7 @@ void No_QSL_moji_ReWrite(const fs::path& out_name_ham0, const fs::path& out_name
         std::error_code ec;
         fs::copy_file(copy, final, fs::copy_options::overwrite_existing, ec);
         if (ec) {
-            throw app::Failure(app::failure::PathFileAccess, "パス名が無効です。 " + final.string());
+            throw failure::Failure(failure::PathFileAccess, "パス名が無効です。 " + final.string());
         }
         copies.push_back(copy);
     }

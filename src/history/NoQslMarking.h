@@ -4,10 +4,10 @@
 #include <string>
 #include <string_view>
 
-namespace vornhale::app {
+namespace vornhale::base {
 class Trace;
 class RunObserver;
-} // namespace vornhale::app
+} // namespace vornhale::base
 
 namespace vornhale::history {
 
@@ -36,28 +36,28 @@ struct ResultFiles
 /// the remarks without the manager. The calls are taken from the contest file only, so an
 /// "N" that stands only in the log-order file does nothing. A route "J" becomes `QSL_Q`.
 /// Manager marks that stand alone ("@") are removed from the manager remarks. Throws
-/// app::Failure when a file is missing.
+/// failure::Failure when a file is missing.
 void all_JN_Chikan_full(const ResultFiles& files, std::string_view QSL_Q, std::string_view QSL_S,
-                        app::Trace& trace);
+                        base::Trace& trace);
 
 /// `all_NJ_Chikan_full` (`Check3`): every record of a full call that has a record other than
 /// "N" in the log-order file gets the normal route: in the log-order file `qsl3` becomes
 /// `QSL_Q` + `QSL_S` + a blank; in the contest file only its first character becomes
 /// `QSL_Q`, and that file is searched by the main call alone (so a portable call there is
 /// not matched). A record with a manager ("@" in a manager remark) gets "M" first and the
-/// manager remarks. Throws app::Failure when a file is missing.
+/// manager remarks. Throws failure::Failure when a file is missing.
 void all_NJ_Chikan_full(const ResultFiles& files, std::string_view QSL_Q, std::string_view QSL_S,
-                        app::Trace& trace);
+                        base::Trace& trace);
 
 /// `No_QSL_moji_ReWrite` (when `No_QSL_moji` is not "N"): `out_name_ham0` to `out_name_ham`
 /// and `out_name_con0` to `out_name_con`, each `qsl3` that begins with "N" becoming
 /// `No_QSL_moji`, its second character and a blank. The records may have any number of
 /// fields (the eleventh is `qsl3`). With `check21` the two opening lines go to the trace.
-/// Throws app::Failure when a file is missing.
+/// Throws failure::Failure when a file is missing.
 void No_QSL_moji_ReWrite(const std::filesystem::path& out_name_ham0,
                          const std::filesystem::path& out_name_ham,
                          const std::filesystem::path& out_name_con0,
                          const std::filesystem::path& out_name_con, std::string_view No_QSL_moji,
-                         bool check21, app::Trace& trace, app::RunObserver& observer);
+                         bool check21, base::Trace& trace, base::RunObserver& observer);
 
 } // namespace vornhale::history

@@ -1,8 +1,8 @@
 #include "readers/ExchangeAnalysis.h"
 
-#include "app/Failure.h"
+#include "failure/Failure.h"
 #include "readers/ZloRecord.h"
-#include "settings/OptionModel.h"
+#include "readers/ContestTags.h"
 #include "settings/Options.h"
 #include "text/Chars.h"
 #include "text/LineFile.h"
@@ -111,8 +111,8 @@ bool ExchangeAnalysis::hasMissingItems() const
 void ExchangeAnalysis::showMissing()
 {
     if (hasMissingItems()) {
-        lblMsg1 = {std::string(kMissingWarning), app::Colour::Red};
-        lblMsg2 = {missing_items, app::Colour::Red};
+        lblMsg1 = {std::string(kMissingWarning), base::Colour::Red};
+        lblMsg2 = {missing_items, base::Colour::Red};
     }
 }
 
@@ -147,11 +147,11 @@ void ExchangeAnalysis::Check_Use_Item(std::string_view cont_name, const RemarkCe
 void ExchangeAnalysis::bump(std::size_t index)
 {
     if (index >= kCounters) {
-        throw app::Failure(app::failure::SubscriptOutOfRange,
+        throw failure::Failure(failure::SubscriptOutOfRange,
                            "インデックスが有効範囲にありません。");
     }
     if (counters[index] == std::numeric_limits<std::int16_t>::max()) {
-        throw app::Failure(app::failure::Overflow, "オーバーフローしました。");
+        throw failure::Failure(failure::Overflow, "オーバーフローしました。");
     }
     ++counters[index];
 }
@@ -336,13 +336,13 @@ void ExchangeAnalysis::check_rcvd_txt(const std::filesystem::path& path, std::st
 
 std::optional<ContestFromName> contestFromFileName(std::string_view path)
 {
-    const std::string_view contest = settings::contestOfFileName(path);
+    const std::string_view contest = contestOfFileName(path);
     if (contest.empty()) {
         return std::nullopt;
     }
     ContestFromName c{std::string(contest), std::nullopt};
     if (contest == "IOTA Contest") {
-        c.lblMas_dat_zlo = ColouredText{"Prov , Oblast 取得は不可能です｡", app::Colour::Red};
+        c.lblMas_dat_zlo = ColouredText{"Prov , Oblast 取得は不可能です｡", base::Colour::Red};
     }
     return c;
 }

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "app/RunObserver.h"
+#include "base/RunObserver.h"
 
 #include <array>
 #include <cstddef>
@@ -38,7 +38,7 @@ struct RemarkCells
 struct ColouredText
 {
     std::string text;
-    app::Colour colour = app::Colour::Black;
+    base::Colour colour = base::Colour::Black;
 };
 
 /// What the received exchange of the opened log holds, found when a log is opened and again

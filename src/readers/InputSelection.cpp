@@ -1,9 +1,5 @@
 #include "readers/InputSelection.h"
 
-#include "readers/ExchangeAnalysis.h"
-#include "readers/ZloReader.h"
-#include "readers/ZloRecord.h"
-#include "readers/ZlogTextReader.h"
 #include "text/Chars.h"
 #include "text/LineFile.h"
 #include "text/SjisText.h"
@@ -32,56 +28,45 @@ std::string countLabel(long count)
     return n + "　件";
 }
 
-void Disp_in_name(engine::RunState& run, app::Trace& trace)
+void Disp_in_name(InputState& run, base::Trace& trace)
 {
     run.lblIn_name = shortenedPath(run.in_name);
     run.names = OutputNames::of(run.in_name);
-    if (run.f_type == "zlo") {
-        std::error_code ec;
-        const auto bytes = std::filesystem::file_size(run.in_name, ec);
-        run.Label37 = countLabel(zloRecordCount(ec ? 0 : bytes));
-    } else {
-        run.Label37 = countLabel(text::Count_lines(run.in_name));
-    }
+    const long count = run.kind == InputKind::None
+                           ? text::Count_lines(run.in_name)
+                           : makeReader(run.kind)->countForLabel(run.in_name);
+    run.Label37 = countLabel(count);
     trace.line("入力ファイル in_name：" + run.in_name);
     trace.line("入力ファイル lblIn  ：" + run.lblIn_name);
     trace.line("入 力 件 数　：" + run.Label37);
 }
 
-OpenResult openInput(engine::RunContext& ctx, const std::filesystem::path& path,
-                     const std::string& kind)
+OpenResult openInput(const ReaderContext& ctx, const std::filesystem::path& path,
+                     std::string_view typeWord)
 {
-    engine::RunState& run = ctx.run;
+    InputState& run = ctx.run;
     run.in_name = path.string();
     run.chosen_name = run.in_name;
     run.cont_name.clear();
     ctx.trace.line("入力ファイル ：" + run.in_name);
 
-    const bool zlo =
-        kind == "zlo" || (kind.empty() && text::upper(path.extension().string()) == ".ZLO");
-    if (zlo) {
-        switch (openZloFile(ctx, run.zlo, run.exchange, false)) {
-        case ZloHead::ProgramEnds:
-            return OpenResult::ProgramEnds;
-        case ZloHead::NoInput:
-            return OpenResult::Rejected;
-        case ZloHead::Read:
-            break;
-        }
-    } else if (kind.empty() || kind == "all" || kind == "txt") {
-        if (!FileOpen_all_txt_set(run, path)) {
-            return OpenResult::Rejected;
-        }
-        // What the received exchange of the log holds, for the warnings of the window.
-        const RemarkCells layout = RemarkCells::fromOptions(ctx.options);
-        const bool check6 = ctx.options.tick("Check6");
-        if (run.f_type == "all") {
-            run.exchange.check_rcvd_all(path, run.in_name, check6, layout);
-        } else {
-            run.exchange.check_rcvd_txt(path, run.in_name, check6, layout);
+    const InputKindRow* row = nullptr;
+    if (typeWord.empty()) {
+        row = rowOfFileName(path);
+        if (row == nullptr) {
+            row = &rowOf(InputKind::All);
         }
     } else {
-        run.f_type = kind;
+        row = rowOfTypeWord(typeWord);
+        if (row == nullptr) {
+            run.in_name = "--type は次のどれかです: " + typeWords();
+            run.lblIn_name = run.in_name;
+            return OpenResult::Rejected;
+        }
+    }
+    const OpenResult result = row->make()->open(ctx, path);
+    if (result != OpenResult::Opened) {
+        return result;
     }
     Disp_in_name(run, ctx.trace);
     if (text::contains(text::upper(run.in_name), "REF")) {

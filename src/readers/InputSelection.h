@@ -1,7 +1,8 @@
 #pragma once
 
-#include "app/Trace.h"
-#include "engine/RunContext.h"
+#include "base/Trace.h"
+#include "readers/InputKinds.h"
+#include "readers/ReaderContext.h"
 
 #include <filesystem>
 #include <string>
@@ -16,23 +17,16 @@ std::string shortenedPath(std::string_view path);
 /// then "　件".
 std::string countLabel(long count);
 
-/// What an open ends in.
-enum class OpenResult {
-    Opened,     ///< a usable input: `f_type`, the names and the counts are set
-    Rejected,   ///< the file's test refused it: `run.in_name` and `lblIn_name` hold the message
-    ProgramEnds ///< the operator cancelled a question that ends the program
-};
-
-/// What the open actions share once a file is chosen: `in_name`, the trace line, the test
-/// of the file for `kind` ("zlo", "all", "txt", ...; empty: by the extension, `.ZLO` as the
-/// binary log and anything else as a zLog text log), and, for a usable input,
+/// What the open actions share once a file is chosen: `in_name`, the trace line, the open
+/// action of the kind whose `--type` word is `typeWord` (empty: the kind a name alone opens
+/// as, else the zLog text open, which decides by the name's letter), and, for a usable input,
 /// `Disp_in_name` (output names, shown name, count). A path holding "REF" in any case ticks
-/// `Check13`.
-OpenResult openInput(engine::RunContext& ctx, const std::filesystem::path& path,
-                     const std::string& kind);
+/// `Check13`. An unknown `typeWord` is a rejection whose message lists the words.
+OpenResult openInput(const ReaderContext& ctx, const std::filesystem::path& path,
+                     std::string_view typeWord);
 
-/// Derives the output names and the shown name and count of `run.in_name`: for `.ZLO` the
-/// records of the file, for text logs its lines.
-void Disp_in_name(engine::RunState& run, app::Trace& trace);
+/// Derives the output names and the shown name and count of `run.in_name`: the count the
+/// reader of its kind gives (records of a binary log, lines of a text log).
+void Disp_in_name(InputState& run, base::Trace& trace);
 
 } // namespace vornhale::readers

@@ -1,6 +1,6 @@
 #include "readers/OutputNames.h"
 
-#include "app/Failure.h"
+#include "failure/Failure.h"
 #include "text/Chars.h"
 
 #include <filesystem>
@@ -26,7 +26,7 @@ std::string replaceExtension(std::string_view in_name, std::string_view suffix)
         out = text::replaceAllNoCase(in_name, dotExt, suffix);
     }
     if (out == in_name) {
-        throw app::Failure(app::failure::InvalidCall,
+        throw failure::Failure(failure::InvalidCall,
                            "出力ファイル名が入力ファイルと同じになります。 " + std::string(in_name));
     }
     return out;

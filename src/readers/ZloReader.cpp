@@ -1,7 +1,8 @@
 #include "readers/ZloReader.h"
 
-#include "engine/Records.h"
-#include "engine/WorkingFiles.h"
+#include "base/QsoLine.h"
+#include "failure/Failure.h"
+#include "base/WorkingFiles.h"
 #include "readers/InputSelection.h"
 #include "text/Chars.h"
 #include "text/LineFile.h"
@@ -108,21 +109,21 @@ std::string noNameDialogText(std::string_view in_name)
     return text;
 }
 
-bool no_name_in_header(app::Dialogs& dialogs, std::string_view in_name, ZloOpenState& zlo)
+bool no_name_in_header(base::Dialogs& dialogs, std::string_view in_name, ZloOpenState& zlo)
 {
     const auto answer =
         dialogs.question(kZloNoNameTitle, noNameDialogText(in_name),
-                         app::Dialogs::Buttons::RetryCancel, app::Dialogs::Icon::Stop);
-    if (answer == app::Dialogs::Answer::Retry) {
+                         base::Dialogs::Buttons::RetryCancel, base::Dialogs::Icon::Stop);
+    if (answer == base::Dialogs::Answer::Retry) {
         zlo.zlo_name_missing = true;
         return true;
     }
     return false;
 }
 
-ZloHead read_zlo_head(engine::RunContext& ctx, ZloOpenState& zlo, ExchangeAnalysis& analysis)
+ZloHead read_zlo_head(const ReaderContext& ctx, ZloOpenState& zlo, ExchangeAnalysis& analysis)
 {
-    engine::RunState& run = ctx.run;
+    InputState& run = ctx.run;
     ctx.trace.line("Private sub read_zlo_head()");
     if (run.in_name.empty()) {
         run.lblIn_name = kZloNoInput;
@@ -141,10 +142,10 @@ ZloHead read_zlo_head(engine::RunContext& ctx, ZloOpenState& zlo, ExchangeAnalys
         run.cont_name = "CQWW160 Contest";
     }
     if (run.f_type == "zlo") {
-        ctx.observer.status(run.cont_name, app::Colour::Green);
+        ctx.observer.status(run.cont_name, base::Colour::Green);
     }
     if (header.cont_name_length == 0 && !zlo.zlo_name_missing) {
-        ctx.observer.status(kZloNoContestName, app::Colour::Red);
+        ctx.observer.status(kZloNoContestName, base::Colour::Red);
         if (!no_name_in_header(ctx.dialogs, run.in_name, zlo)) {
             return ZloHead::ProgramEnds;
         }
@@ -159,11 +160,11 @@ ZloHead read_zlo_head(engine::RunContext& ctx, ZloOpenState& zlo, ExchangeAnalys
     return ZloHead::Read;
 }
 
-ZloHead openZloFile(engine::RunContext& ctx, ZloOpenState& zlo, ExchangeAnalysis& analysis,
+ZloHead openZloFile(const ReaderContext& ctx, ZloOpenState& zlo, ExchangeAnalysis& analysis,
                     bool folderDialog)
 {
-    engine::RunState& run = ctx.run;
-    run.f_type = "zlo";
+    InputState& run = ctx.run;
+    run.setKind(InputKind::Zlo);
     run.file_letter = "Z";
     zlo.prev_in_name = zlo.last_in_name;
     zlo.last_in_name = run.in_name;
@@ -185,20 +186,20 @@ ZloHead openZloFile(engine::RunContext& ctx, ZloOpenState& zlo, ExchangeAnalysis
     return head;
 }
 
-void read_zlo(engine::RunContext& ctx)
+void read_zlo(const ReaderContext& ctx)
 {
-    engine::RunState& run = ctx.run;
+    InputState& run = ctx.run;
     const bool check02 = ctx.options.tick("Check02");
     const bool check17 = ctx.options.tick("Check17");
 
     ctx.trace.line("Private sub read_zlo()");
-    ctx.observer.status("  入力ファイルを読み込み中", app::Colour::Green);
+    ctx.observer.status("  入力ファイルを読み込み中", base::Colour::Green);
     const ZloFile file(run.in_name);
-    text::LineWriter out(ctx.work(engine::working::zlog_1));
+    text::LineWriter out(ctx.work(base::working::zlog_1));
 
     Decoded d;
     std::string freq;
-    engine::QsoLine q;
+    base::QsoLine q;
     const long count = file.count();
     for (long n = 2; n <= count; ++n) {
         const ZloQso z = decodeZloQso(file.record(n));
@@ -256,11 +257,11 @@ std::string z2aName(std::string_view in_name)
     return stem + "_z2a.all";
 }
 
-Z2aResult mnuMake_z2a_Click(engine::RunContext& ctx)
+Z2aResult mnuMake_z2a_Click(const ReaderContext& ctx)
 {
-    engine::RunState& run = ctx.run;
+    InputState& run = ctx.run;
     ctx.trace.line("Private sub mnuMake_z2a_Click()");
-    ctx.observer.status("", app::Colour::Black);
+    ctx.observer.status("", base::Colour::Black);
 
     Z2aResult result;
     result.path = z2aName(run.in_name);
@@ -288,8 +289,35 @@ Z2aResult mnuMake_z2a_Click(engine::RunContext& ctx)
     out.close();
 
     result.showZ2a = run.f_type == "zlo";
-    ctx.observer.status(kZ2aDone, app::Colour::Black);
+    ctx.observer.status(kZ2aDone, base::Colour::Black);
     return result;
+}
+
+OpenResult ZloReader::open(const ReaderContext& ctx, const std::filesystem::path&)
+{
+    switch (openZloFile(ctx, ctx.run.zlo, ctx.run.exchange, false)) {
+    case ZloHead::ProgramEnds:
+        return OpenResult::ProgramEnds;
+    case ZloHead::NoInput:
+        return OpenResult::Rejected;
+    case ZloHead::Read:
+        break;
+    }
+    return OpenResult::Opened;
+}
+
+long ZloReader::countForLabel(const std::filesystem::path& path) const
+{
+    std::error_code ec;
+    const auto bytes = std::filesystem::file_size(path, ec);
+    return zloRecordCount(ec ? 0 : bytes);
+}
+
+void ZloReader::beforeConversion(const ReaderContext& ctx)
+{
+    if (read_zlo_head(ctx, ctx.run.zlo, ctx.run.exchange) == ZloHead::ProgramEnds) {
+        throw failure::ProgramEnd{"read_zlo_head"};
+    }
 }
 
 } // namespace vornhale::readers

@@ -1,8 +1,9 @@
 #pragma once
 
-#include "app/Dialogs.h"
-#include "engine/RunContext.h"
+#include "base/Dialogs.h"
+#include "readers/ReaderContext.h"
 #include "readers/ExchangeAnalysis.h"
+#include "readers/InputKinds.h"
 #include "readers/ZloRecord.h"
 
 #include <string>
@@ -30,7 +31,7 @@ std::string noNameDialogText(std::string_view in_name);
 
 /// `no_name_in_header`: asks with retry and cancel. Returns true on retry (and sets
 /// `zlo_name_missing`); false on cancel, after which the program ends on the spot.
-[[nodiscard]] bool no_name_in_header(app::Dialogs& dialogs, std::string_view in_name,
+[[nodiscard]] bool no_name_in_header(base::Dialogs& dialogs, std::string_view in_name,
                                      ZloOpenState& zlo);
 
 /// `read_zlo_head`: reads the header record of `run.in_name`, sets `run.cont_name` ("…CQWW160…"
@@ -39,7 +40,7 @@ std::string noNameDialogText(std::string_view in_name);
 /// `check_rcvd_zlo` with the layout keys of `ctx.options`. The zone and IOTA results reach
 /// the run as `use_log_zone` and `zlo_iota`. Throws Failure 53 when the file cannot be read.
 /// The front end runs `lblRmks1_use_name_Check` and `lblRmks2_use_name_Check` after it.
-[[nodiscard]] ZloHead read_zlo_head(engine::RunContext& ctx, ZloOpenState& zlo,
+[[nodiscard]] ZloHead read_zlo_head(const ReaderContext& ctx, ZloOpenState& zlo,
                                     ExchangeAnalysis& analysis);
 
 /// The test of a `.ZLO` file in its open actions (`FileOpen_z`, `FileOpen_z_set`), once the
@@ -48,7 +49,7 @@ std::string noNameDialogText(std::string_view in_name);
 /// `folderDialog` (`FileOpen_z_set`) runs `check_rcvd_zlo` once more and, with `Option02(2)` and
 /// another file than before, `read_zlo_head` again. With `Check5` the front end runs
 /// `read_cont_name_zlo` after it, then `Disp_in_name`.
-[[nodiscard]] ZloHead openZloFile(engine::RunContext& ctx, ZloOpenState& zlo,
+[[nodiscard]] ZloHead openZloFile(const ReaderContext& ctx, ZloOpenState& zlo,
                                   ExchangeAnalysis& analysis, bool folderDialog);
 
 /// `read_zlo`: each QSO record of `run.in_name` as one common QSO line in `zlog_1.txt`,
@@ -56,7 +57,7 @@ std::string noNameDialogText(std::string_view in_name);
 /// the record before left where a rule assigns nothing. Throws Failure 6 for a report whose
 /// high byte is 128 or above and for a time stamp that is no date, Failure 53 when the file
 /// cannot be read.
-void read_zlo(engine::RunContext& ctx);
+void read_zlo(const ReaderContext& ctx);
 
 /// The name of the `.ALL` text of a `.ZLO` input: `in_name` cut to its first 120 Shift-JIS
 /// bytes, trimmed, cut before its first "." (a folder's included), plus "_z2a.all".
@@ -74,6 +75,18 @@ struct Z2aResult
 
 /// `mnuMake_z2a_Click`: writes the `.ZLO` input as a zLog `.ALL` text beside it. Throws
 /// as `read_zlo` does; Failure 75 when the text cannot be written.
-Z2aResult mnuMake_z2a_Click(engine::RunContext& ctx);
+Z2aResult mnuMake_z2a_Click(const ReaderContext& ctx);
+
+/// zLog `.ZLO` logs: the open action `FileOpen_z`, the header read again at the start of a
+/// conversion, and `read_zlo`.
+class ZloReader : public LogReader
+{
+public:
+    OpenResult open(const ReaderContext& ctx, const std::filesystem::path& path) override;
+    long countForLabel(const std::filesystem::path& path) const override;
+    bool countsLines() const override { return false; }
+    void beforeConversion(const ReaderContext& ctx) override;
+    void read(const ReaderContext& ctx) override { read_zlo(ctx); }
+};
 
 } // namespace vornhale::readers

@@ -1,6 +1,6 @@
 #include "readers/ZloRecord.h"
 
-#include "app/Failure.h"
+#include "failure/Failure.h"
 #include "text/Chars.h"
 #include "text/LineFile.h"
 #include "text/SjisCodec.h"
@@ -138,7 +138,7 @@ ZloQso decodeZloQso(const ZloRecord& r)
 void zloDateTime(double when, std::string& date, std::string& time)
 {
     if (!(when >= kFirstDay && when < kPastLastDay)) {
-        throw app::Failure(app::failure::Overflow, "オーバーフローしました。");
+        throw failure::Failure(failure::Overflow, "オーバーフローしました。");
     }
     // The whole days count from 1899-12-30 in either direction; the fraction is always the
     // time after midnight of that day.
@@ -161,7 +161,7 @@ void zloDateTime(double when, std::string& date, std::string& time)
 std::string zloRst(std::uint8_t low, std::uint8_t high)
 {
     if (high >= 128) {
-        throw app::Failure(app::failure::Overflow, "オーバーフローしました。");
+        throw failure::Failure(failure::Overflow, "オーバーフローしました。");
     }
     return std::to_string(low + 256 * high);
 }

@@ -1,11 +1,12 @@
 #include "readers/ZlogTextReader.h"
 
-#include "app/Failure.h"
-#include "engine/Records.h"
-#include "engine/WorkingFiles.h"
+#include "failure/Failure.h"
+#include "base/QsoLine.h"
+#include "base/WorkingFiles.h"
 #include "text/Chars.h"
 #include "text/LineFile.h"
 #include "text/Record.h"
+#include "readers/ExchangeAnalysis.h"
 #include "text/SjisText.h"
 
 #include <array>
@@ -14,7 +15,7 @@ namespace vornhale::readers {
 namespace {
 
 namespace fs = std::filesystem;
-using engine::QsoLine;
+using base::QsoLine;
 using text::Mid_sjis;
 using text::trim;
 
@@ -104,21 +105,21 @@ void iotaRule(std::string& q_rcvd, std::string& q_memo)
     q_memo = q_rcvd + " " + q_memo;
 }
 
-void readZlogText(engine::RunContext& ctx, Form form)
+void readZlogText(const ReaderContext& ctx, Form form)
 {
-    engine::RunState& run = ctx.run;
+    InputState& run = ctx.run;
     const bool check02 = ctx.options.tick("Check02");
     const bool check17 = ctx.options.tick("Check17");
     const std::string year = ctx.options.value("txtYYYY");
 
-    ctx.observer.status("  入力ファイル読み込み中", app::Colour::Green);
+    ctx.observer.status("  入力ファイル読み込み中", base::Colour::Green);
     // The driver has counted this file already; the count is only needed when a reader runs
     // on its own.
     const long count = run.line_count > 0 ? run.line_count : text::Count_lines(run.in_name);
     ctx.observer.progressRange(count + 2);
 
     text::LineReader in(run.in_name);
-    text::LineWriter out(ctx.work(engine::working::zlog_1));
+    text::LineWriter out(ctx.work(base::working::zlog_1));
     in.next(); // the first line names the logger or titles the columns
 
     QsoLine q;
@@ -129,7 +130,7 @@ void readZlogText(engine::RunContext& ctx, Form form)
             std::string t = trimmed(line);
             if (t.empty()) {
                 // A blank line has no first piece to look at.
-                throw app::Failure(app::failure::SubscriptOutOfRange,
+                throw failure::Failure(failure::SubscriptOutOfRange,
                                    "インデックスが有効範囲にありません。");
             }
             if (text::charCount(t.substr(0, t.find(' '))) == 1) {
@@ -212,8 +213,8 @@ void readZlogText(engine::RunContext& ctx, Form form)
     out.close();
     if (form == Form::All) {
         std::error_code ec;
-        fs::remove(ctx.work(engine::working::zlog_0), ec);
-        fs::remove(ctx.work(engine::working::zlog_01), ec);
+        fs::remove(ctx.work(base::working::zlog_0), ec);
+        fs::remove(ctx.work(base::working::zlog_01), ec);
         if (!run.chosen_name.empty()) {
             run.in_name = run.chosen_name;
         }
@@ -222,7 +223,7 @@ void readZlogText(engine::RunContext& ctx, Form form)
 
 } // namespace
 
-bool FileOpen_all_txt_set(engine::RunState& run, const std::filesystem::path& path)
+bool FileOpen_all_txt_set(InputState& run, const std::filesystem::path& path)
 {
     std::string first;
     {
@@ -237,12 +238,12 @@ bool FileOpen_all_txt_set(engine::RunState& run, const std::filesystem::path& pa
     if (letter == "A") {
         accepted = text::left(first, 16) == "zLog for Windows";
         if (accepted) {
-            run.f_type = "all";
+            run.setKind(InputKind::All);
         }
     } else if (letter == "T") {
         accepted = text::left(first, 22) == "mon day time  callsign";
         if (accepted) {
-            run.f_type = "txt";
+            run.setKind(InputKind::Txt);
         }
     } else {
         return true;
@@ -254,19 +255,19 @@ bool FileOpen_all_txt_set(engine::RunState& run, const std::filesystem::path& pa
     return accepted;
 }
 
-void a_2_t(engine::RunContext& ctx)
+void a_2_t(const ReaderContext& ctx)
 {
     ctx.trace.line("Private sub a_2_t()");
     readZlogText(ctx, Form::All);
 }
 
-void t_2_t(engine::RunContext& ctx)
+void t_2_t(const ReaderContext& ctx)
 {
     ctx.trace.line("Private sub t_2_t()");
     readZlogText(ctx, Form::Txt);
 }
 
-void henkan_at_2_t(engine::RunContext& ctx)
+void henkan_at_2_t(const ReaderContext& ctx)
 {
     ctx.trace.line("Private sub henkan_at_2_t()");
     if (ctx.run.file_letter == "A") {
@@ -274,6 +275,35 @@ void henkan_at_2_t(engine::RunContext& ctx)
     } else {
         t_2_t(ctx);
     }
+}
+
+OpenResult ZlogTextReader::open(const ReaderContext& ctx, const std::filesystem::path& path)
+{
+    InputState& run = ctx.run;
+    if (!FileOpen_all_txt_set(run, path)) {
+        return OpenResult::Rejected;
+    }
+    // What the received exchange of the log holds, for the warnings of the window.
+    const RemarkCells layout = RemarkCells::fromOptions(ctx.options);
+    const bool check6 = ctx.options.tick("Check6");
+    if (run.kind == InputKind::All) {
+        run.exchange.check_rcvd_all(path, run.in_name, check6, layout);
+    } else {
+        run.exchange.check_rcvd_txt(path, run.in_name, check6, layout);
+    }
+    return OpenResult::Opened;
+}
+
+void ZlogTextReader::read(const ReaderContext& ctx)
+{
+    InputState& run = ctx.run;
+    // The letter comes from the first of the last three characters of the shown name.
+    const std::string tail = text::right(run.lblIn_name, 3);
+    const std::string letter = text::upper(text::left(tail, 1));
+    if (letter == "T" || letter == "A") {
+        run.file_letter = letter;
+    }
+    henkan_at_2_t(ctx);
 }
 
 } // namespace vornhale::readers

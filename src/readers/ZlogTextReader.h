@@ -1,6 +1,7 @@
 #pragma once
 
-#include "engine/RunContext.h"
+#include "readers/InputKinds.h"
+#include "readers/ReaderContext.h"
 
 #include <filesystem>
 #include <string>
@@ -15,19 +16,28 @@ inline constexpr const char* kNotZlogText = "zlogのﾃｷｽﾄﾌｧｲﾙで�
 /// begin as that form begins. Sets `run.f_type` to "all" or "txt"; on a mismatch puts the
 /// rejection text into `run.in_name` and `run.lblIn_name`. A name of neither letter changes
 /// nothing. Returns false when the file was rejected.
-bool FileOpen_all_txt_set(engine::RunState& run, const std::filesystem::path& path);
+bool FileOpen_all_txt_set(InputState& run, const std::filesystem::path& path);
 
 /// Reads the `.ALL` form of `run.in_name` into `zlog_1.txt`, one common QSO line per QSO
 /// line, adding one to `written_count` for each. Throws Failure 62 when the file holds
 /// nothing after its first line.
-void a_2_t(engine::RunContext& ctx);
+void a_2_t(const ReaderContext& ctx);
 
 /// Reads the `.TXT` form into `zlog_1.txt`; the year comes from `txtYYYY`. Leaves
 /// `written_count` alone. Throws Failure 62 on an empty file after the title line, and
 /// Failure 9 on a blank line.
-void t_2_t(engine::RunContext& ctx);
+void t_2_t(const ReaderContext& ctx);
 
 /// `a_2_t` when `file_letter` is "A", `t_2_t` otherwise.
-void henkan_at_2_t(engine::RunContext& ctx);
+void henkan_at_2_t(const ReaderContext& ctx);
+
+/// zLog `.ALL` and `.TXT` logs: one open action (`FileOpen_all_txt_set`, which decides the
+/// form by the name, then the exchange analysis) and one reader (`henkan_at_2_t`).
+class ZlogTextReader : public LogReader
+{
+public:
+    OpenResult open(const ReaderContext& ctx, const std::filesystem::path& path) override;
+    void read(const ReaderContext& ctx) override;
+};
 
 } // namespace vornhale::readers

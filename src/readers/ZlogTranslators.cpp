@@ -1,6 +1,6 @@
 #include "readers/ZlogTranslators.h"
 
-#include "app/Failure.h"
+#include "failure/Failure.h"
 #include "readers/OutputNames.h"
 #include "settings/SettingsFiles.h"
 #include "text/Chars.h"
@@ -29,7 +29,7 @@ std::string rightAligned(std::string_view s, std::size_t blanks, std::size_t wid
 const std::string& token(const std::vector<std::string>& tokens, std::size_t i)
 {
     if (i >= tokens.size()) {
-        throw app::Failure(app::failure::SubscriptOutOfRange,
+        throw failure::Failure(failure::SubscriptOutOfRange,
                            "インデックスが有効範囲にありません。");
     }
     return tokens[i];
@@ -131,7 +131,7 @@ std::string za2tLine(std::string_view allLine)
     return out;
 }
 
-std::string zlog_txt_2_zlog_all(const engine::RunContext& ctx)
+std::string zlog_txt_2_zlog_all(const ReaderContext& ctx)
 {
     ctx.trace.line("Private sub zlog_txt_2_zlog_all()");
     const std::string path = replaceExtension(ctx.run.in_name, "_zt2a.all");
@@ -148,7 +148,7 @@ std::string zlog_txt_2_zlog_all(const engine::RunContext& ctx)
     return path;
 }
 
-Za2tResult zlog_all_2_zlog_txt(const engine::RunContext& ctx)
+Za2tResult zlog_all_2_zlog_txt(const ReaderContext& ctx)
 {
     ctx.trace.line("Private sub zlog_all_2_zlog_txt()");
     Za2tResult result;
@@ -163,7 +163,7 @@ Za2tResult zlog_all_2_zlog_txt(const engine::RunContext& ctx)
     }
     out.close();
 
-    ctx.observer.status(kZa2tDone, app::Colour::Black);
+    ctx.observer.status(kZa2tDone, base::Colour::Black);
     result.mnuDisp_za2t = true;
     return result;
 }

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "engine/RunContext.h"
+#include "readers/ReaderContext.h"
 
 #include <string>
 #include <string_view>
@@ -34,7 +34,7 @@ std::string za2tLine(std::string_view allLine);
 /// the whole text is written. The year comes from the option `txtYYYY`. Returns the path
 /// written. Throws Failure 62 when the input is empty, Failure 5 when the name would be the
 /// input's own, Failure 53/75/57 when a file cannot be read or written.
-std::string zlog_txt_2_zlog_all(const engine::RunContext& ctx);
+std::string zlog_txt_2_zlog_all(const ReaderContext& ctx);
 
 /// What `zlog_all_2_zlog_txt` leaves for the window.
 struct Za2tResult
@@ -47,6 +47,6 @@ struct Za2tResult
 /// with "." + extension replaced by "_za2t.txt", replacing an older one only when the whole
 /// text is written, then shows `kZa2tDone`. Throws Failure 9 for a line with too few tokens
 /// or a blank line (nothing is written then), and the failures of `zlog_txt_2_zlog_all`.
-Za2tResult zlog_all_2_zlog_txt(const engine::RunContext& ctx);
+Za2tResult zlog_all_2_zlog_txt(const ReaderContext& ctx);
 
 } // namespace vornhale::readers

@@ -56,7 +56,7 @@ void separate(const fs::path& dat, std::initializer_list<std::string_view> endLi
 } // namespace
 
 void ArdxMaster::ardx_sep(const fs::path& zlog_dat_dir, const fs::path& drive_path,
-                          app::Trace& trace)
+                          base::Trace& trace)
 {
     const fs::path work1 = drive_path / "ardx_dat.001";
     const fs::path work2 = drive_path / "ardx_dat.002";

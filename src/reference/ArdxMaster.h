@@ -1,6 +1,6 @@
 #pragma once
 
-#include "app/Trace.h"
+#include "base/Trace.h"
 
 #include <cstddef>
 #include <filesystem>
@@ -41,7 +41,7 @@ public:
     /// lines, Failure 75 when a file cannot be written. The loaded master stays as it was
     /// after a failure.
     void ardx_sep(const std::filesystem::path& zlog_dat_dir,
-                  const std::filesystem::path& drive_path, app::Trace& trace);
+                  const std::filesystem::path& drive_path, base::Trace& trace);
 
     /// `get_ardx`: the name of a received exchange, or empty. The exchange is padded with
     /// blanks or cut to 6 characters and compared in upper case with the codes, which were

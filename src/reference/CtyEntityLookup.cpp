@@ -1,6 +1,6 @@
 #include "reference/CtyEntityLookup.h"
 
-#include "app/Failure.h"
+#include "failure/Failure.h"
 #include "text/Chars.h"
 #include "text/Record.h"
 #include "text/Utf8.h"
@@ -29,7 +29,7 @@ void CtyEntityLookup::load(const CtyTables& tables, const std::filesystem::path&
             std::vector<std::string> f;
             try {
                 f = in.fields(4);
-            } catch (const app::Failure&) {
+            } catch (const failure::Failure&) {
                 // Only a call that no whole record holds reads on into the broken end.
                 m_longTruncated = true;
                 break;
@@ -37,7 +37,7 @@ void CtyEntityLookup::load(const CtyTables& tables, const std::filesystem::path&
             m_long.emplace(std::string(text::trim(text::replaceAll(f[0], "=", ""))),
                            padTo(f[2], 9));
         }
-    } catch (const app::Failure&) {
+    } catch (const failure::Failure&) {
         // A missing long master fails at each lookup, as its open would.
     }
 
@@ -122,7 +122,7 @@ CtyEntityLookup::PartHit CtyEntityLookup::prefixSearch(std::string_view part,
 std::string CtyEntityLookup::get_entity(std::string_view call) const
 {
     if (!m_longPresent) {
-        throw app::Failure(app::failure::FileNotFound, "ファイルが見つかりません。 cty_mastL.txt");
+        throw failure::Failure(failure::FileNotFound, "ファイルが見つかりません。 cty_mastL.txt");
     }
     const std::string_view Call_in = text::trim(call);
     const auto slash = Call_in.find('/');
@@ -139,7 +139,7 @@ std::string CtyEntityLookup::get_entity(std::string_view call) const
         return it->second;
     }
     if (m_longTruncated) {
-        throw app::Failure(app::failure::InputPastEnd,
+        throw failure::Failure(failure::InputPastEnd,
                            "ファイルの終わりを越えて入力しようとしました。 cty_mastL.txt");
     }
 

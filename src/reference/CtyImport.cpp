@@ -1,6 +1,6 @@
 #include "reference/CtyImport.h"
 
-#include "app/Failure.h"
+#include "failure/Failure.h"
 #include "text/ByteKeySort.h"
 #include "text/Chars.h"
 #include "text/LineFile.h"
@@ -56,12 +56,12 @@ void writeBytesTo(const fs::path& path, std::string_view bytes)
 {
     std::FILE* f = std::fopen(path.c_str(), "wb");
     if (f == nullptr) {
-        throw app::Failure(app::failure::PathFileAccess,
+        throw failure::Failure(failure::PathFileAccess,
                            "パス名が無効です。 " + path.string());
     }
     const bool ok = std::fwrite(bytes.data(), 1, bytes.size(), f) == bytes.size();
     if (std::fclose(f) != 0 || !ok) {
-        throw app::Failure(app::failure::DeviceIo, "デバイス I/O エラーです。 " + path.string());
+        throw failure::Failure(failure::DeviceIo, "デバイス I/O エラーです。 " + path.string());
     }
 }
 
@@ -108,7 +108,7 @@ bool readPrefixLine(std::string_view line, const Header& h, text::LineWriter& ou
 
 } // namespace
 
-CtyImport::CtyImport(CtyPlaces places, app::Trace& trace, app::Dialogs& dialogs)
+CtyImport::CtyImport(CtyPlaces places, base::Trace& trace, base::Dialogs& dialogs)
     : m_places(std::move(places)), m_trace(trace), m_dialogs(dialogs)
 {
 }
@@ -128,7 +128,7 @@ std::string CtyImport::continentText(std::string_view two)
 void CtyImport::missing(const fs::path& folder, std::string_view name)
 {
     m_dialogs.message("Vornhale", folderText(folder) + std::string(name) + "　がありません。",
-                      app::Dialogs::Icon::Exclamation);
+                      base::Dialogs::Icon::Exclamation);
 }
 
 bool CtyImport::importAll(const fs::path& dxccMasPath)
@@ -229,7 +229,7 @@ void CtyImport::make_dx_mas2_new()
     }
     try {
         text::sortLinesByKey(dat1, dat3, 1, 10, true);
-    } catch (const app::Failure&) {
+    } catch (const failure::Failure&) {
         // A failed sort leaves no output; the test below reports it.
         std::error_code ec;
         fs::remove(dat3, ec);
@@ -285,7 +285,7 @@ void CtyImport::cty_mas_read()
     std::vector<std::string> lines;
     try {
         lines = text::readLines(path);
-    } catch (const app::Failure&) {
+    } catch (const failure::Failure&) {
         // This stage passes over its failures: the arrays stay empty.
         return;
     }
@@ -303,7 +303,7 @@ void CtyImport::make_dxcc_mas(const fs::path& dxccMasPath)
     const long count = text::Count_lines(dxccMasPath);
     const std::vector<std::string> lines = text::readLines(dxccMasPath);
     if (lines.size() < 2) {
-        throw app::Failure(app::failure::InputPastEnd,
+        throw failure::Failure(failure::InputPastEnd,
                            "ファイルの終わりを越えて入力しようとしました。 " +
                                dxccMasPath.string());
     }

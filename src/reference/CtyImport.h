@@ -1,7 +1,7 @@
 #pragma once
 
-#include "app/Dialogs.h"
-#include "app/Trace.h"
+#include "base/Dialogs.h"
+#include "base/Trace.h"
 #include "reference/CtyTables.h"
 
 #include <filesystem>
@@ -20,7 +20,7 @@ class CtyImport
 {
 public:
     /// `trace` and `dialogs` must outlive the import.
-    CtyImport(CtyPlaces places, app::Trace& trace, app::Dialogs& dialogs);
+    CtyImport(CtyPlaces places, base::Trace& trace, base::Dialogs& dialogs);
 
     /// The first press of the start button and `mnuGet_Entity`: writes
     /// "Private sub cmdStart_cty_dat_sep" and the like before each of the four stages and runs
@@ -65,8 +65,8 @@ private:
     void missing(const std::filesystem::path& folder, std::string_view name);
 
     CtyPlaces m_places;
-    app::Trace& m_trace;
-    app::Dialogs& m_dialogs;
+    base::Trace& m_trace;
+    base::Dialogs& m_dialogs;
     CtyTables m_tables;
 };
 

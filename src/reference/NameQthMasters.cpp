@@ -17,12 +17,12 @@ std::string column(std::string_view line, long start, long width)
     return std::string(text::trim(text::Mid_sjis(line, start, width)));
 }
 
-void loadWithStatus(CallMaster& master, const fs::path& file, app::RunObserver& observer,
+void loadWithStatus(CallMaster& master, const fs::path& file, base::RunObserver& observer,
                     std::string_view status)
 {
-    observer.status(status, app::Colour::Black);
+    observer.status(status, base::Colour::Black);
     master.load(file);
-    observer.status("", app::Colour::Black);
+    observer.status("", base::Colour::Black);
 }
 
 } // namespace
@@ -68,12 +68,12 @@ std::ptrdiff_t CallMaster::find(std::string_view call) const
     return hit == m_first.end() ? -1 : static_cast<std::ptrdiff_t>(hit->second);
 }
 
-void read_name_mas_txt(CallMaster& master, const fs::path& file, app::RunObserver& observer)
+void read_name_mas_txt(CallMaster& master, const fs::path& file, base::RunObserver& observer)
 {
     loadWithStatus(master, file, observer, "　name_mas.txt を読込中 ．．．");
 }
 
-void read_qth_mas_txt(CallMaster& master, const fs::path& file, app::RunObserver& observer)
+void read_qth_mas_txt(CallMaster& master, const fs::path& file, base::RunObserver& observer)
 {
     loadWithStatus(master, file, observer, "　qth_mas.txt を読込中 ．．．");
 }
@@ -121,11 +121,11 @@ bool portableForQth(std::string_view q_call)
     return text::contains(call, "/");
 }
 
-std::string cmdCount_Click(const fs::path& file, app::RunObserver& observer)
+std::string cmdCount_Click(const fs::path& file, base::RunObserver& observer)
 {
-    observer.status("name_mas．txt の件数をカウント中 !!", app::Colour::Black);
+    observer.status("name_mas．txt の件数をカウント中 !!", base::Colour::Black);
     const std::string count = std::to_string(text::Count_lines(file) - 2) + "　件";
-    observer.status(count, app::Colour::Black);
+    observer.status(count, base::Colour::Black);
     return count;
 }
 

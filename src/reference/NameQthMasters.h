@@ -1,6 +1,6 @@
 #pragma once
 
-#include "app/RunObserver.h"
+#include "base/RunObserver.h"
 
 #include <cstddef>
 #include <filesystem>
@@ -75,10 +75,10 @@ struct CallMasterHit
 /// `read_name_mas_txt`: loads `name_mas.txt` into `master`, the status line reading
 /// "　name_mas.txt を読込中 ．．．" meanwhile and cleared afterwards. Throws as `load`.
 void read_name_mas_txt(CallMaster& master, const std::filesystem::path& file,
-                       app::RunObserver& observer);
+                       base::RunObserver& observer);
 /// `read_qth_mas_txt`: the same for `qth_mas.txt` with "　qth_mas.txt を読込中 ．．．".
 void read_qth_mas_txt(CallMaster& master, const std::filesystem::path& file,
-                      app::RunObserver& observer);
+                      base::RunObserver& observer);
 
 /// `get_name_mas`: name, code, QTH and remark of `call`; all empty when it is not found.
 void get_name_mas(const CallMaster& master, std::string_view call, std::string& name,
@@ -95,6 +95,6 @@ bool portableForQth(std::string_view q_call);
 /// `cmdCount_Click`: shows "name_mas．txt の件数をカウント中 !!", then the line count of the
 /// file (`Count_lines`, one above the number of lines when the last one ends in CR LF) less 2
 /// followed by "　件", which it also returns.
-std::string cmdCount_Click(const std::filesystem::path& file, app::RunObserver& observer);
+std::string cmdCount_Click(const std::filesystem::path& file, base::RunObserver& observer);
 
 } // namespace vornhale::reference

@@ -1,6 +1,6 @@
 #include "reference/ProvinceMaster.h"
 
-#include "app/Failure.h"
+#include "failure/Failure.h"
 #include "text/Chars.h"
 #include "text/LineFile.h"
 
@@ -19,7 +19,7 @@ std::string pathText(const fs::path& p)
 
 } // namespace
 
-void ProvinceMaster::read_prov_mas(const fs::path& mas_dat_name, app::Trace& trace)
+void ProvinceMaster::read_prov_mas(const fs::path& mas_dat_name, base::Trace& trace)
 {
     trace.line("mas_dat_name ： " + pathText(mas_dat_name));
     const std::vector<std::string> lines = text::readLines(mas_dat_name);
@@ -34,7 +34,7 @@ void ProvinceMaster::read_prov_mas(const fs::path& mas_dat_name, app::Trace& tra
         const std::size_t comma = line.find(',');
         if (comma == std::string::npos) {
             // A line with one text has no second part to take.
-            throw app::Failure(app::failure::SubscriptOutOfRange,
+            throw failure::Failure(failure::SubscriptOutOfRange,
                                "インデックスが有効範囲にありません。 " + pathText(mas_dat_name) +
                                    " (" + std::to_string(lineNo) + " 行目: " + line + ")");
         }
@@ -53,7 +53,7 @@ void ProvinceMaster::read_prov_mas(const fs::path& mas_dat_name, app::Trace& tra
     index();
 }
 
-void ProvinceMaster::read_prov_dat_all(const fs::path& mas_dat_name, app::Trace& trace)
+void ProvinceMaster::read_prov_dat_all(const fs::path& mas_dat_name, base::Trace& trace)
 {
     trace.line("mas_dat_name ： " + pathText(mas_dat_name));
     const std::vector<std::string> lines = text::readLines(mas_dat_name);
@@ -97,7 +97,7 @@ void ProvinceMaster::read_prov_dat_all(const fs::path& mas_dat_name, app::Trace&
     index();
 }
 
-bool ProvinceMaster::read_prov_mas_dat(const fs::path& mas_dat_name, app::Trace& trace)
+bool ProvinceMaster::read_prov_mas_dat(const fs::path& mas_dat_name, base::Trace& trace)
 {
     const std::string ext = text::lower(mas_dat_name.extension().string());
     if (ext == ".mas") {
@@ -196,14 +196,14 @@ ProvMasterLabels provMasterLabels(bool zloInput, bool masterExists, bool Prov_au
     }
     if (!masterExists) {
         labels.lblMas_dat_zlo =
-            LabelText{"マスターファイル無し、Province 取得は不可能かも知れない", app::Colour::Red};
-        labels.lblMas_dat = LabelText{"手動選択するか、レ点を消して下さい。", app::Colour::Red};
+            LabelText{"マスターファイル無し、Province 取得は不可能かも知れない", base::Colour::Red};
+        labels.lblMas_dat = LabelText{"手動選択するか、レ点を消して下さい。", base::Colour::Red};
         labels.status = "マスター無し、手動選択するか、レ点を消して下さい。";
         return labels;
     }
     if (Prov_auto_found) {
         labels.lblMas_dat_zlo =
-            LabelText{"cont_name_zlo.cfg より自動選択しました。", app::Colour::Green};
+            LabelText{"cont_name_zlo.cfg より自動選択しました。", base::Colour::Green};
     }
     labels.read = true;
     return labels;

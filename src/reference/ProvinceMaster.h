@@ -1,7 +1,7 @@
 #pragma once
 
-#include "app/RunObserver.h"
-#include "app/Trace.h"
+#include "base/RunObserver.h"
+#include "base/Trace.h"
 
 #include <cstddef>
 #include <filesystem>
@@ -25,7 +25,7 @@ public:
     /// number of data lines. Writes "mas_dat_name ： " and the path to the trace first.
     /// Throws Failure 53 when the file cannot be opened and Failure 9 at a data line without
     /// a comma; after a failure the master holds what it held before.
-    void read_prov_mas(const std::filesystem::path& mas_dat_name, app::Trace& trace);
+    void read_prov_mas(const std::filesystem::path& mas_dat_name, base::Trace& trace);
 
     /// `read_prov_dat_all`: reads a zLog contest `.dat` file. A line beginning with ";" is a
     /// comment; a line containing "end of file" ends the reading; a line containing ".DAT" in
@@ -35,11 +35,11 @@ public:
     /// with commas gives one entry per code, all with the same name. `Prov_kazu` becomes the
     /// number of data lines plus the commas in them. Trace as `read_prov_mas`.
     /// Throws Failure 53 when the file cannot be opened.
-    void read_prov_dat_all(const std::filesystem::path& mas_dat_name, app::Trace& trace);
+    void read_prov_dat_all(const std::filesystem::path& mas_dat_name, base::Trace& trace);
 
     /// `read_prov_mas_dat`: picks the reader by the lower-cased extension (".mas" or ".dat").
     /// Returns false, leaving the master as it was, for any other extension.
-    bool read_prov_mas_dat(const std::filesystem::path& mas_dat_name, app::Trace& trace);
+    bool read_prov_mas_dat(const std::filesystem::path& mas_dat_name, base::Trace& trace);
 
     /// `get_prov_mas`: the text to add to a remark for a received exchange, or empty.
     /// Unless `Check13` is on, the digits 0 to 9 are removed first; the exchange is then
@@ -97,7 +97,7 @@ ContNameChoice read_cont_name_zlo(std::string_view cont_name, const std::filesys
 struct LabelText
 {
     std::string text;
-    app::Colour colour = app::Colour::Black;
+    base::Colour colour = base::Colour::Black;
 };
 
 /// The labels `read_prov_mas_dat` shows before it reads, and whether it reads at all.

@@ -1,7 +1,7 @@
 #include "settings/LayoutHistory.h"
 
-#include "app/Failure.h"
-#include "app/Trace.h"
+#include "failure/Failure.h"
+#include "base/Trace.h"
 #include "settings/SettingsFiles.h"
 #include "text/Chars.h"
 #include "text/LineFile.h"
@@ -20,7 +20,7 @@ std::string LayoutHistory::appendHeader()
     return std::string(kFileName) + "  " + std::string(kProgramVersion);
 }
 
-LayoutHistory::Table LayoutHistory::read(const std::filesystem::path& file, app::Trace* trace)
+LayoutHistory::Table LayoutHistory::read(const std::filesystem::path& file, base::Trace* trace)
 {
     Table table;
     auto fail = [&](int number, const std::string& description) {
@@ -33,14 +33,14 @@ LayoutHistory::Table LayoutHistory::read(const std::filesystem::path& file, app:
     std::vector<std::string> lines;
     try {
         lines = text::readLines(file);
-    } catch (const app::Failure& f) {
+    } catch (const failure::Failure& f) {
         fail(f.number(), f.description());
         return table;
     }
     for (std::size_t i = 1; i < lines.size() && table.rows.size() < kMaxLayouts; ++i) {
         const auto fields = text::split(lines[i], ",");
         if (fields.size() < kFields) {
-            fail(app::failure::SubscriptOutOfRange, "インデックスが有効範囲にありません。 " +
+            fail(failure::SubscriptOutOfRange, "インデックスが有効範囲にありません。 " +
                                                         file.filename().string() + " " +
                                                         std::to_string(i + 1) + " 行目");
             break;

@@ -7,9 +7,9 @@
 #include <string_view>
 #include <vector>
 
-namespace vornhale::app {
+namespace vornhale::base {
 class Trace;
-} // namespace vornhale::app
+} // namespace vornhale::base
 
 namespace vornhale::settings {
 
@@ -41,7 +41,7 @@ public:
     /// first 49 fields, at most 200 rows. A line of fewer fields stops the reading there with
     /// an error (traced when `trace` is given); the rows before it stay. A file that cannot be
     /// read gives no rows.
-    static Table read(const std::filesystem::path& file, app::Trace* trace = nullptr);
+    static Table read(const std::filesystem::path& file, base::Trace* trace = nullptr);
 
     /// `save_rireki`: rewrites the history from `rows`, leaving out rows whose name is blank.
     static void save_rireki(const std::filesystem::path& file, const std::vector<Row>& rows);

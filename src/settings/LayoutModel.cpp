@@ -1,8 +1,8 @@
 #include "settings/LayoutModel.h"
 
-#include "app/Dialogs.h"
-#include "app/Failure.h"
-#include "app/RunObserver.h"
+#include "base/Dialogs.h"
+#include "failure/Failure.h"
+#include "base/RunObserver.h"
 #include "settings/SettingsFiles.h"
 #include "text/Chars.h"
 #include "text/LineFile.h"
@@ -50,7 +50,7 @@ LayoutModel::Cells cellsOf(std::string_view list)
 
 } // namespace
 
-LayoutModel::LayoutModel(Options& options, SettingsFiles* files, app::RunObserver* observer)
+LayoutModel::LayoutModel(Options& options, SettingsFiles* files, base::RunObserver* observer)
     : m_options(options), m_files(files), m_observer(observer)
 {
 }
@@ -256,7 +256,7 @@ void LayoutModel::lblRmks_Check(int row, std::size_t index)
         m_red[r][index] = true;
         m_status = std::string(kStateOrProvince);
         if (m_observer != nullptr) {
-            m_observer->status(m_status, app::Colour::Red);
+            m_observer->status(m_status, base::Colour::Red);
         }
     }
 }
@@ -404,7 +404,7 @@ std::string LayoutModel::namesFromCells(int row, std::size_t count) const
     return names;
 }
 
-bool LayoutModel::cmdSet_Len_OK_Click(const std::filesystem::path& folder, app::Dialogs& dialogs)
+bool LayoutModel::cmdSet_Len_OK_Click(const std::filesystem::path& folder, base::Dialogs& dialogs)
 {
     // The file has room for nine cells of each row only.
     constexpr std::size_t kFileCells = 9;
@@ -424,7 +424,7 @@ bool LayoutModel::cmdSet_Len_OK_Click(const std::filesystem::path& folder, app::
     try {
         auto lines = text::readRawLines(cfg);
         if (lines.size() < kOwnLines) {
-            throw app::Failure(app::failure::InputPastEnd, "Vornhale.cfg");
+            throw failure::Failure(failure::InputPastEnd, "Vornhale.cfg");
         }
         lines.resize(kOwnLines);
         own = std::move(lines);
@@ -445,7 +445,7 @@ bool LayoutModel::cmdSet_Len_OK_Click(const std::filesystem::path& folder, app::
         std::error_code ec;
         std::filesystem::remove(scratch, ec);
         dialogs.message("Vornhale", "Vornhale.ｃｆｇ が不良です。\n",
-                        app::Dialogs::Icon::Exclamation);
+                        base::Dialogs::Icon::Exclamation);
         return false;
     }
     return true;

@@ -9,10 +9,10 @@
 #include <string>
 #include <string_view>
 
-namespace vornhale::app {
+namespace vornhale::base {
 class Dialogs;
 class RunObserver;
-} // namespace vornhale::app
+} // namespace vornhale::base
 
 namespace vornhale::settings {
 
@@ -56,7 +56,7 @@ public:
     /// `files`, every drop ends with its `ini_write_old`. With `observer`, the status texts
     /// of the checks also go to it (`lblShori`).
     explicit LayoutModel(Options& options, SettingsFiles* files = nullptr,
-                         app::RunObserver* observer = nullptr);
+                         base::RunObserver* observer = nullptr);
 
     // --- The palette ---------------------------------------------------------------------
     /// Caption of palette item `i` ("ｺﾝﾃｽﾄ", "Zone", …).
@@ -173,7 +173,7 @@ public:
     /// When that file cannot be read or holds fewer than 21 lines, "Vornhale.ｃｆｇ が不良です。"
     /// is shown, the file is left untouched and false is returned; the keys are rebuilt all the
     /// same.
-    bool cmdSet_Len_OK_Click(const std::filesystem::path& folder, app::Dialogs& dialogs);
+    bool cmdSet_Len_OK_Click(const std::filesystem::path& folder, base::Dialogs& dialogs);
 
 private:
     static std::size_t rowIndex(int row);
@@ -187,7 +187,7 @@ private:
 
     Options& m_options;
     SettingsFiles* m_files;
-    app::RunObserver* m_observer;
+    base::RunObserver* m_observer;
 
     std::array<Cells, kRows> m_cells;
     std::array<std::array<bool, kCells>, kRows> m_red{};

@@ -31,7 +31,7 @@ const ModeTableModel::Row& ModeTableModel::row(int n) const
 void ModeTableModel::showTick(Row& r, bool on)
 {
     r.on = on;
-    r.colour = on ? app::Colour::Blue : app::Colour::Black;
+    r.colour = on ? base::Colour::Blue : base::Colour::Black;
 }
 
 void ModeTableModel::Form_Load()

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "app/RunObserver.h"
+#include "base/RunObserver.h"
 #include "settings/SettingsFiles.h"
 
 #include <array>
@@ -33,7 +33,7 @@ public:
         std::string source; // TextN(0)
         std::string target; // TextN(1)
         bool on = false;    // CheckN
-        app::Colour colour = app::Colour::Black;
+        base::Colour colour = base::Colour::Black;
     };
 
     /// `files` (and its options) must outlive the model.

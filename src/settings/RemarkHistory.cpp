@@ -1,8 +1,8 @@
 #include "settings/RemarkHistory.h"
 
-#include "app/Dialogs.h"
-#include "app/Failure.h"
-#include "app/Trace.h"
+#include "base/Dialogs.h"
+#include "failure/Failure.h"
+#include "base/Trace.h"
 #include "settings/SettingsFiles.h"
 #include "text/Chars.h"
 #include "text/LineFile.h"
@@ -29,7 +29,7 @@ std::vector<std::string> RemarkHistory::read(const std::filesystem::path& file)
     std::vector<std::string> lines;
     try {
         lines = text::readLines(file);
-    } catch (const app::Failure&) {
+    } catch (const failure::Failure&) {
         return {};
     }
     if (!lines.empty()) {
@@ -39,8 +39,8 @@ std::vector<std::string> RemarkHistory::read(const std::filesystem::path& file)
 }
 
 void RemarkHistory::save_rmks2(const std::filesystem::path& folder, std::string_view txtRmks1,
-                               std::string_view txtRmks2, bool savingOff, app::Dialogs& dialogs,
-                               app::Trace* trace)
+                               std::string_view txtRmks2, bool savingOff, base::Dialogs& dialogs,
+                               base::Trace* trace)
 {
     if (trace != nullptr) {
         trace->line("Public Sub save_rmks2()");
@@ -52,8 +52,8 @@ void RemarkHistory::save_rmks2(const std::filesystem::path& folder, std::string_
         if (!std::filesystem::is_regular_file(folder / fileName(column))) {
             const std::string missing = fileName(column) + " がありません";
             dialogs.message("Vornhale", missing + "\n" + folder.string() + " にコピーして下さい！",
-                            app::Dialogs::Icon::Exclamation);
-            throw app::Failure(app::failure::FileNotFound,
+                            base::Dialogs::Icon::Exclamation);
+            throw failure::Failure(failure::FileNotFound,
                                missing + " " + (folder / fileName(column)).string());
         }
     }
@@ -73,7 +73,7 @@ void RemarkHistory::save_rmks2(const std::filesystem::path& folder, std::string_
     }
 }
 
-void RemarkHistory::dupe_chk(const std::filesystem::path& file, app::Trace* trace)
+void RemarkHistory::dupe_chk(const std::filesystem::path& file, base::Trace* trace)
 {
     if (trace != nullptr) {
         trace->line("Private Sub dupe_chk()");
@@ -82,7 +82,7 @@ void RemarkHistory::dupe_chk(const std::filesystem::path& file, app::Trace* trac
     std::vector<std::string> table;
     for (std::size_t i = 1; i < lines.size(); ++i) {
         if (table.size() == kMaxComments) {
-            throw app::Failure(app::failure::SubscriptOutOfRange,
+            throw failure::Failure(failure::SubscriptOutOfRange,
                                "インデックスが有効範囲にありません。 " + file.string());
         }
         table.emplace_back(text::trim(lines[i]));

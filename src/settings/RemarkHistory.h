@@ -6,10 +6,10 @@
 #include <string_view>
 #include <vector>
 
-namespace vornhale::app {
+namespace vornhale::base {
 class Dialogs;
 class Trace;
-} // namespace vornhale::app
+} // namespace vornhale::base
 
 namespace vornhale::settings {
 
@@ -36,14 +36,14 @@ public:
     /// " にコピーして下さい！", and throws Failure 53 so that the program ends. A comment that is
     /// not empty is appended to its history, and the history is tidied by `dupe_chk`.
     static void save_rmks2(const std::filesystem::path& folder, std::string_view txtRmks1,
-                           std::string_view txtRmks2, bool savingOff, app::Dialogs& dialogs,
-                           app::Trace* trace = nullptr);
+                           std::string_view txtRmks2, bool savingOff, base::Dialogs& dialogs,
+                           base::Trace* trace = nullptr);
 
     /// `dupe_chk`: reads the comments of `file` (trimmed, first line skipped), sorts them in
     /// descending order by an exchange sort, writes the non-blank ones to `rmk_01.txt` beside
     /// the file, and rewrites the file as the header and those comments with equal neighbours
     /// collapsed. A 201st comment throws Failure 9 before anything is written.
-    static void dupe_chk(const std::filesystem::path& file, app::Trace* trace = nullptr);
+    static void dupe_chk(const std::filesystem::path& file, base::Trace* trace = nullptr);
 
     /// `save_rmks`: rewrites both histories in `folder` as the header and the lines given.
     static void save_rmks(const std::filesystem::path& folder,

@@ -23,7 +23,7 @@ std::string keyOf(const LayoutHistory::Row& row, std::size_t first)
 
 } // namespace
 
-RirekiSelModel::RirekiSelModel(std::filesystem::path folder, LayoutModel& layout, app::Trace* trace)
+RirekiSelModel::RirekiSelModel(std::filesystem::path folder, LayoutModel& layout, base::Trace* trace)
     : m_folder(std::move(folder)), m_layout(layout), m_trace(trace)
 {
 }

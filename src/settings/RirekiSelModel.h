@@ -9,9 +9,9 @@
 #include <string>
 #include <vector>
 
-namespace vornhale::app {
+namespace vornhale::base {
 class Trace;
-} // namespace vornhale::app
+} // namespace vornhale::base
 
 namespace vornhale::settings {
 
@@ -27,7 +27,7 @@ public:
 
     /// `layout` is the main window's layout; `folder` the program folder. Both must outlive
     /// the model; `trace` may be null.
-    RirekiSelModel(std::filesystem::path folder, LayoutModel& layout, app::Trace* trace = nullptr);
+    RirekiSelModel(std::filesystem::path folder, LayoutModel& layout, base::Trace* trace = nullptr);
 
     /// `Form_Load`: the marker `Vornhale.001`, the table and the three lists.
     void Form_Load();
@@ -62,7 +62,7 @@ private:
 
     std::filesystem::path m_folder;
     LayoutModel& m_layout;
-    app::Trace* m_trace;
+    base::Trace* m_trace;
     std::vector<LayoutHistory::Row> m_rows;
     std::string m_error;
     std::vector<std::string> m_list1, m_list2, m_list3;

@@ -1,6 +1,6 @@
 #include "settings/WidthsModel.h"
 
-#include "app/Trace.h"
+#include "base/Trace.h"
 #include "settings/LayoutHistory.h"
 #include "settings/SettingsFiles.h"
 #include "text/Chars.h"
@@ -16,7 +16,7 @@ constexpr std::string_view kLabels[LayoutModel::kItems] = {
 
 } // namespace
 
-WidthsModel::WidthsModel(LayoutModel& layout, SettingsFiles* files, app::Trace* trace)
+WidthsModel::WidthsModel(LayoutModel& layout, SettingsFiles* files, base::Trace* trace)
     : m_layout(layout), m_files(files), m_trace(trace)
 {
 }

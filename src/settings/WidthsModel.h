@@ -9,9 +9,9 @@
 #include <string>
 #include <string_view>
 
-namespace vornhale::app {
+namespace vornhale::base {
 class Trace;
-} // namespace vornhale::app
+} // namespace vornhale::base
 
 namespace vornhale::settings {
 
@@ -31,7 +31,7 @@ public:
 
     /// `layout` is the main window's layout. With `files`, `Form_Load` reads and
     /// `cmdSet_Len_Main` writes the old option file; `trace` receives refused positions.
-    WidthsModel(LayoutModel& layout, SettingsFiles* files = nullptr, app::Trace* trace = nullptr);
+    WidthsModel(LayoutModel& layout, SettingsFiles* files = nullptr, base::Trace* trace = nullptr);
 
     /// The label of list `item` ("MNG", "mome=", "o p", …).
     static std::string_view label(std::size_t item);
@@ -77,7 +77,7 @@ public:
 private:
     LayoutModel& m_layout;
     SettingsFiles* m_files;
-    app::Trace* m_trace;
+    base::Trace* m_trace;
     std::array<std::optional<std::size_t>, LayoutModel::kItems> m_index{};
     std::array<std::string, LayoutModel::kItems> m_lblLen;
     std::string m_contestName;

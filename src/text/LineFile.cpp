@@ -1,6 +1,6 @@
 #include "text/LineFile.h"
 
-#include "app/Failure.h"
+#include "failure/Failure.h"
 #include "text/SjisCodec.h"
 
 #include <algorithm>
@@ -13,12 +13,12 @@ namespace {
 
 [[noreturn]] void fileNotFound(const std::filesystem::path& path)
 {
-    throw app::Failure(app::failure::FileNotFound, "ファイルが見つかりません。 " + path.string());
+    throw failure::Failure(failure::FileNotFound, "ファイルが見つかりません。 " + path.string());
 }
 
 [[noreturn]] void inputPastEnd()
 {
-    throw app::Failure(app::failure::InputPastEnd, "ファイルの終わりを越えて入力しようとしました。");
+    throw failure::Failure(failure::InputPastEnd, "ファイルの終わりを越えて入力しようとしました。");
 }
 
 } // namespace
@@ -150,7 +150,7 @@ LineWriter::LineWriter(const std::filesystem::path& path, Mode mode)
     }
     m_file = std::fopen(m_writePath.c_str(), mode == Mode::Append ? "ab" : "wb");
     if (m_file == nullptr) {
-        throw app::Failure(app::failure::PathFileAccess,
+        throw failure::Failure(failure::PathFileAccess,
                            "パス名が無効です。 " + m_path.string());
     }
     m_buffer.reserve(1 << 16);
@@ -211,14 +211,14 @@ void LineWriter::close()
             std::error_code ec;
             std::filesystem::remove(m_writePath, ec);
         }
-        throw app::Failure(app::failure::DeviceIo, "デバイス I/O エラーです。 " + m_path.string());
+        throw failure::Failure(failure::DeviceIo, "デバイス I/O エラーです。 " + m_path.string());
     }
     if (m_replace) {
         std::error_code ec;
         std::filesystem::rename(m_writePath, m_path, ec);
         if (ec) {
             std::filesystem::remove(m_writePath, ec);
-            throw app::Failure(app::failure::PathFileAccess,
+            throw failure::Failure(failure::PathFileAccess,
                                "パス名が無効です。 " + m_path.string());
         }
     }
@@ -228,7 +228,7 @@ void writeFileSjis(const std::filesystem::path& path, std::string_view text)
 {
     std::ofstream out(path, std::ios::binary | std::ios::trunc);
     if (!out) {
-        throw app::Failure(app::failure::PathFileAccess, "パス名が無効です。 " + path.string());
+        throw failure::Failure(failure::PathFileAccess, "パス名が無効です。 " + path.string());
     }
     const std::string bytes = encodeSjis(text);
     out.write(bytes.data(), static_cast<std::streamsize>(bytes.size()));

@@ -1,6 +1,6 @@
 #include "text/Record.h"
 
-#include "app/Failure.h"
+#include "failure/Failure.h"
 #include "text/Chars.h"
 #include "text/LineFile.h"
 #include "text/SjisCodec.h"
@@ -24,7 +24,7 @@ RecordReader RecordReader::fromText(std::string text)
 std::string RecordReader::field()
 {
     if (atEnd()) {
-        throw app::Failure(app::failure::InputPastEnd, "ファイルの終わりを越えて入力しようとしました。");
+        throw failure::Failure(failure::InputPastEnd, "ファイルの終わりを越えて入力しようとしました。");
     }
     const char* const begin = m_text.data();
     const char* const end = begin + m_text.size();

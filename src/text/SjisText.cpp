@@ -1,6 +1,6 @@
 #include "text/SjisText.h"
 
-#include "app/Failure.h"
+#include "failure/Failure.h"
 #include "text/SjisCodec.h"
 #include "text/Utf8.h"
 
@@ -25,7 +25,7 @@ std::size_t Len_sjis(std::string_view text)
 std::string Mid_sjis(std::string_view text, long start, std::optional<long> length, bool byteCut)
 {
     if (start < 1 || (length && *length < 0)) {
-        throw app::Failure(app::failure::InvalidCall, "プロシージャの呼び出し、または引数が不正です。");
+        throw failure::Failure(failure::InvalidCall, "プロシージャの呼び出し、または引数が不正です。");
     }
     const long want = length ? *length : static_cast<long>(Len_sjis(text)) - start + 1;
     if (want <= 0) {

@@ -1,4 +1,4 @@
-#include "app/Failure.h"
+#include "failure/Failure.h"
 #include "engine/CallSplit.h"
 #include "support/RunFixture.h"
 
@@ -129,7 +129,7 @@ TEST(bak_sep1, AnEmptyWorkingFileIsReadPastItsEnd)
     try {
         engine::bak_sep1(f.context());
         FAIL();
-    } catch (const app::Failure& e) {
+    } catch (const failure::Failure& e) {
         EXPECT_EQ(e.number(), 62);
     }
 }
@@ -138,5 +138,5 @@ TEST(bak_sep1, RunningOutOfInputInsideARecordIsAFailure)
 {
     test::RunFixture f;
     test::writeBytes(f.work("zlog_1.txt"), "\"2026\",\"11\"\r\n");
-    EXPECT_THROW(engine::bak_sep1(f.context()), app::Failure);
+    EXPECT_THROW(engine::bak_sep1(f.context()), failure::Failure);
 }

@@ -236,7 +236,7 @@ TEST(compose_rmks, OddWidthsNeverCrash)
 
 TEST(iota_chk, PadsTheNumberToThreeDigitsBehindTheContinent)
 {
-    app::Trace trace;
+    base::Trace trace;
     std::string iota, rcvd = "untouched";
     engine::iota_chk("OC7", iota, rcvd, trace);
     EXPECT_EQ(iota, "OC-007");
@@ -252,7 +252,7 @@ TEST(iota_chk, PadsTheNumberToThreeDigitsBehindTheContinent)
 
 TEST(iota_chk, FindsTheContinentWithoutRegardToCaseAndKeepsTheText)
 {
-    app::Trace trace;
+    base::Trace trace;
     std::string iota, rcvd;
     engine::iota_chk("oc-7", iota, rcvd, trace);
     // The "-" is part of the rest, which keeps its last three characters.
@@ -263,7 +263,7 @@ TEST(iota_chk, FindsTheContinentWithoutRegardToCaseAndKeepsTheText)
 
 TEST(iota_chk, ASerialFirstCutsTheReceivedTextToEightCharacters)
 {
-    app::Trace trace;
+    base::Trace trace;
     std::string iota, rcvd;
     engine::iota_chk("001EU005XYZ", iota, rcvd, trace);
     EXPECT_EQ(rcvd, "001EU005");
@@ -279,7 +279,7 @@ TEST(iota_chk, ASerialFirstCutsTheReceivedTextToEightCharacters)
 
 TEST(iota_chk, SetsNothingWhenNoContinentAppears)
 {
-    app::Trace trace;
+    base::Trace trace;
     std::string iota = "keep", rcvd = "keep";
     for (const char* q : {"599013", "", "   ", "東京", "A S"}) {
         engine::iota_chk(q, iota, rcvd, trace);
@@ -290,7 +290,7 @@ TEST(iota_chk, SetsNothingWhenNoContinentAppears)
 
 TEST(iota_chk, TwoContinentWordsAddTheirPositionsIntoAWrongCut)
 {
-    app::Trace trace;
+    base::Trace trace;
     std::string iota, rcvd;
     // "NA" at 1 and "AS" at 2 add up to 3.
     engine::iota_chk("NAS12", iota, rcvd, trace);
@@ -307,7 +307,7 @@ TEST(iota_chk, TwoContinentWordsAddTheirPositionsIntoAWrongCut)
 
 TEST(iota_chk, PositionsPastTheTextGiveAnEmptyReference)
 {
-    app::Trace trace;
+    base::Trace trace;
     std::string iota, rcvd;
     // "EU" at 5 and "OC" at 9 add up to 14, beyond the ten characters.
     engine::iota_chk("1234EU78OC", iota, rcvd, trace);
@@ -316,7 +316,7 @@ TEST(iota_chk, PositionsPastTheTextGiveAnEmptyReference)
 
 TEST(iota_chk, CutsByShiftJisBytes)
 {
-    app::Trace trace;
+    base::Trace trace;
     std::string iota, rcvd;
     // "EU" stands at character 2 but byte 3: the cut from byte 2 starts at the next whole
     // character and takes four bytes from there.
@@ -331,7 +331,7 @@ TEST(iota_chk, WritesItsNameToTheTrace)
 {
     test::TempDir dir;
     {
-        app::Trace trace(dir / "Error_Log");
+        base::Trace trace(dir / "Error_Log");
         std::string iota, rcvd;
         engine::iota_chk("599013", iota, rcvd, trace);
         EXPECT_EQ(test::readBytes(trace.path()), "Private sub iota_chk()\r\n");

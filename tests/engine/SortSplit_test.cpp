@@ -1,5 +1,5 @@
 #include "engine/SortSplit.h"
-#include "engine/WorkingFiles.h"
+#include "base/WorkingFiles.h"
 #include "support/RunFixture.h"
 
 #include <gtest/gtest.h>
@@ -41,12 +41,12 @@ struct SplitRun : test::RunFixture
     }
     void sortOut(const std::vector<SortRecord>& records)
     {
-        text::LineWriter w(work(engine::working::sort_in));
+        text::LineWriter w(work(base::working::sort_in));
         for (const auto& r : records) {
             w.write(text::formatRecord(r.fields()));
         }
         w.close();
-        engine::sort_(*c, 1, 8, false, work(engine::working::sort_in), work(engine::working::sort_out));
+        engine::sort_(*c, 1, 8, false, work(base::working::sort_in), work(base::working::sort_out));
     }
     std::vector<std::string> calls(const std::filesystem::path& path, std::size_t width, std::size_t at)
     {
@@ -188,7 +188,7 @@ TEST(SortSplit, LogOrderCountsAndWritesTheContestFileUnsorted)
     in[2].rmks1 = "@K1XX  QSL";
     in[2].mng_pad = "@K1XX  ";
     {
-        text::LineWriter w(s.work(engine::working::sort_in));
+        text::LineWriter w(s.work(base::working::sort_in));
         for (const auto& r : in) {
             w.write(text::formatRecord(r.fields()));
         }
@@ -202,7 +202,7 @@ TEST(SortSplit, LogOrderCountsAndWritesTheContestFileUnsorted)
     EXPECT_EQ(out[0][10], "J* ");
     EXPECT_EQ(out[2][10], "N* ");
     EXPECT_EQ(out[2][13], "QSL");
-    engine::sort_(*s.c, 1, 8, false, s.work(engine::working::sort_in), s.work(engine::working::sort_out));
+    engine::sort_(*s.c, 1, 8, false, s.work(base::working::sort_in), s.work(base::working::sort_out));
     engine::count_tan_fuku(*s.c);
     EXPECT_EQ(s.c->run.counters.qso_kazu, 3);
     EXPECT_EQ(s.c->run.counters.tan_kazu, 1);

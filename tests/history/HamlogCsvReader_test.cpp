@@ -1,6 +1,6 @@
 #include "history/HamlogCsvReader.h"
 
-#include "app/Failure.h"
+#include "failure/Failure.h"
 #include "history/HamlogHdbReader.h"
 #include "support/TestSupport.h"
 #include "text/LineFile.h"
@@ -89,8 +89,8 @@ TEST(HamlogCsvReader, SkipsEmptyLinesAndKnowsAllLineEnds)
     ASSERT_EQ(reader.open(dir / "e.csv"), 3);
     EXPECT_EQ(reader.read(2)[0], "B1B");
     EXPECT_EQ(reader.read(3)[0], "C1C");
-    EXPECT_THROW(reader.read(4), app::Failure);
-    EXPECT_THROW(reader.read(0), app::Failure);
+    EXPECT_THROW(reader.read(4), failure::Failure);
+    EXPECT_THROW(reader.read(0), failure::Failure);
 }
 
 TEST(HamlogCsvReader, AMissingOrEmptyExport)

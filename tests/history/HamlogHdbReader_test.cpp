@@ -1,6 +1,6 @@
 #include "history/HamlogHdbReader.h"
 
-#include "app/Failure.h"
+#include "failure/Failure.h"
 #include "history/HdbBuilder.h"
 #include "history/HistoryMaster.h"
 #include "support/TestSupport.h"
@@ -231,7 +231,7 @@ TEST(HamlogHdbReader, AnEmptyDatabaseHasNoRecords)
     const auto path = writeHdb(dir, test::hdbFile(test::defaultHdbLayout(), {}));
     HamlogHdbReader reader;
     EXPECT_EQ(reader.open(path), 0);
-    EXPECT_THROW(reader.read(1), app::Failure);
+    EXPECT_THROW(reader.read(1), failure::Failure);
 }
 
 TEST(HamlogHdbReader, ReadsRecordsOutOfOrderAndAcrossWindows)
@@ -293,10 +293,10 @@ TEST(HamlogHdbReader, ARecordCountBeyondTheFileFailsAtThatRecord)
     try {
         reader.read(3);
         FAIL() << "a cut record was read";
-    } catch (const app::Failure& f) {
-        EXPECT_EQ(f.number(), app::failure::InputPastEnd);
+    } catch (const failure::Failure& f) {
+        EXPECT_EQ(f.number(), failure::InputPastEnd);
     }
-    EXPECT_THROW(reader.read(100), app::Failure);
+    EXPECT_THROW(reader.read(100), failure::Failure);
     EXPECT_EQ(reader.read(1)[0], "A1A");
 }
 
@@ -311,7 +311,7 @@ TEST(HamlogHdbReader, AHugeClaimedCountNeitherAllocatesNorReadsPastTheFile)
     ASSERT_TRUE(count);
     EXPECT_EQ(*count, 4294967295L);
     EXPECT_NO_THROW(reader.read(1));
-    EXPECT_THROW(reader.read(2), app::Failure);
+    EXPECT_THROW(reader.read(2), failure::Failure);
 }
 
 TEST(HamlogHdbReader, CloseIsHarmlessTwiceAndBeforeOpen)
@@ -319,7 +319,7 @@ TEST(HamlogHdbReader, CloseIsHarmlessTwiceAndBeforeOpen)
     HamlogHdbReader reader;
     reader.close();
     reader.close();
-    EXPECT_THROW(reader.read(1), app::Failure);
+    EXPECT_THROW(reader.read(1), failure::Failure);
 }
 
 } // namespace

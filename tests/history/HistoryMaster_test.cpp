@@ -1,7 +1,7 @@
 #include "history/HistoryMaster.h"
 
-#include "app/Failure.h"
-#include "app/Trace.h"
+#include "failure/Failure.h"
+#include "base/Trace.h"
 #include "support/TestSupport.h"
 #include "text/Chars.h"
 
@@ -82,7 +82,7 @@ protected:
         m_master.sum_bak_4_bas_p(m_dir / "bak_qso.mas1_", m_trace);
     }
     test::TempDir m_dir;
-    app::Trace m_trace;
+    base::Trace m_trace;
     HistoryMaster m_master;
 };
 
@@ -107,7 +107,7 @@ TEST_F(Master, WritesTheFileNameAndTheItemCountToTheTrace)
 {
     test::TempDir logs;
     {
-        app::Trace trace(logs.path());
+        base::Trace trace(logs.path());
         test::writeBytes(m_dir / "bak_qso.mas1_p", kMaster);
         m_master.sum_bak_4_bas_p(m_dir / "bak_qso.mas1_", trace);
         const auto lines = test::readSjisLines(trace.path());
@@ -209,8 +209,8 @@ TEST_F(Master, AnEmptyMasterKnowsNoCall)
 
 TEST_F(Master, AMissingMasterOrAnOddItemCountFails)
 {
-    EXPECT_THROW(m_master.sum_bak_4_bas_p(m_dir / "none_", m_trace), app::Failure);
-    EXPECT_THROW(load("\"A1A\",\"K1\"\r\n\"B1B\"\r\n"), app::Failure);
+    EXPECT_THROW(m_master.sum_bak_4_bas_p(m_dir / "none_", m_trace), failure::Failure);
+    EXPECT_THROW(load("\"A1A\",\"K1\"\r\n\"B1B\"\r\n"), failure::Failure);
 }
 
 TEST_F(Master, ALoadReplacesTheFormerOne)

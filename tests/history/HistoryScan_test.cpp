@@ -1,8 +1,8 @@
 #include "history/HistoryScan.h"
 
-#include "app/Failure.h"
-#include "app/RunObserver.h"
-#include "app/Trace.h"
+#include "failure/Failure.h"
+#include "base/RunObserver.h"
+#include "base/Trace.h"
 #include "history/HamlogCsvReader.h"
 #include "history/HamlogHdbReader.h"
 #include "history/HdbBuilder.h"
@@ -44,7 +44,7 @@ public:
     const HamlogFields& read(long number) override
     {
         if (number > static_cast<long>(m_records.size())) {
-            throw app::Failure(app::failure::InputPastEnd, "past end");
+            throw failure::Failure(failure::InputPastEnd, "past end");
         }
         return m_records[static_cast<std::size_t>(number - 1)];
     }
@@ -72,16 +72,16 @@ HamlogFields contact(std::string call, std::string date, std::string freq, std::
     return f;
 }
 
-class Recorder : public app::RunObserver
+class Recorder : public base::RunObserver
 {
 public:
-    void status(std::string_view text, app::Colour colour) override
+    void status(std::string_view text, base::Colour colour) override
     {
         statuses.emplace_back(std::string(text), colour);
     }
     void progressRange(long maximum) override { ranges.push_back(maximum); }
     void progress(long value) override { last = value; }
-    std::vector<std::pair<std::string, app::Colour>> statuses;
+    std::vector<std::pair<std::string, base::Colour>> statuses;
     std::vector<long> ranges;
     long last = -1;
 };
@@ -121,7 +121,7 @@ protected:
 
     test::TempDir m_dir;
     settings::Options m_options;
-    app::Trace m_trace;
+    base::Trace m_trace;
     Recorder m_observer;
 };
 
@@ -226,7 +226,7 @@ TEST_F(Scan, ShowsItsStepsAndProgress)
     scanned({contact("A1", "24/01/01", "7", "CW"), contact("B1", "24/01/01", "7", "CW")});
     ASSERT_EQ(m_observer.statuses.size(), 4u);
     EXPECT_EQ(m_observer.statuses[0].first, "Hamlog.．ｈｄｂ の読込 for No QSL");
-    EXPECT_EQ(m_observer.statuses[0].second, app::Colour::Green);
+    EXPECT_EQ(m_observer.statuses[0].second, base::Colour::Green);
     EXPECT_EQ(m_observer.statuses[1].first, "  ソ ー ト 中 ．．．１");
     EXPECT_EQ(m_observer.statuses[2].first, "  処　理　中 ．．．１");
     EXPECT_EQ(m_observer.statuses[3].first, "  処　理　中 ．．．．．．２");
@@ -242,7 +242,7 @@ TEST_F(Scan, ShowsItsStepsAndProgress)
 TEST_F(Scan, WritesItsNameToTheTrace)
 {
     test::TempDir logs;
-    app::Trace trace(logs.path());
+    base::Trace trace(logs.path());
     HistoryScan s(m_dir / "Work", m_dir / "Temp_Files", m_options, trace, m_observer);
     MemoryReader reader({});
     s.read_hl_hdb(2, reader);
@@ -273,7 +273,7 @@ TEST_F(Scan, AFailedReadThrowsAndKeepsThePreviousMaster)
     test::writeBytes(m_dir / "Hamlog.hdb", bytes);
     m_options.set("Check19", "1");
     HistoryScan s = scan();
-    EXPECT_THROW(s.run(), app::Failure);
+    EXPECT_THROW(s.run(), failure::Failure);
     EXPECT_EQ(master(), "previous master\r\n");
 }
 
@@ -295,7 +295,7 @@ TEST_F(Scan, ADatabaseOfAnotherFormatIsAFailedOpen)
 TEST_F(Scan, WithoutBak3TheMasterStays)
 {
     test::writeBytes(m_dir / "Temp_Files" / "bak_qso.mas2_p", "previous master\r\n");
-    EXPECT_THROW(scan().sum_bak_3(2), app::Failure);
+    EXPECT_THROW(scan().sum_bak_3(2), failure::Failure);
     EXPECT_EQ(master(2), "previous master\r\n");
     EXPECT_FALSE(fs::exists(m_dir / "Temp_Files" / "bak_qso.mas2_p.writing"));
 }
@@ -489,7 +489,7 @@ TEST_F(Scan, SortsBak1AsTheFileSortDoesOnColumnsOneToSixteen)
     test::writeBytes(m_dir / "other.txt", bytes);
     try {
         scan().sum_bak_2();
-    } catch (const app::Failure&) {
+    } catch (const failure::Failure&) {
         // The odd lines have too few parts for the condensing; the sort stands before it.
     }
     text::sortLinesByKey(m_dir / "other.txt", m_dir / "sorted.txt", 1, 16, false);

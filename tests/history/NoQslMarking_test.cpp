@@ -1,8 +1,8 @@
 #include "history/NoQslMarking.h"
 
-#include "app/Failure.h"
-#include "app/RunObserver.h"
-#include "app/Trace.h"
+#include "failure/Failure.h"
+#include "base/RunObserver.h"
+#include "base/Trace.h"
 #include "history/NoQslCountries.h"
 #include "support/TestSupport.h"
 #include "text/Record.h"
@@ -112,7 +112,7 @@ protected:
     }
     test::TempDir m_dir;
     ResultFiles m_files;
-    app::Trace m_trace;
+    base::Trace m_trace;
 };
 
 TEST_F(Rewrite, AnNInTheContestFileTurnsTheFullCallNInBothFiles)
@@ -204,8 +204,8 @@ TEST_F(Rewrite, NjMarksManagersM)
 
 TEST_F(Rewrite, AMissingFileFails)
 {
-    EXPECT_THROW(all_JN_Chikan_full(m_files, "J", " ", m_trace), app::Failure);
-    EXPECT_THROW(all_NJ_Chikan_full(m_files, "J", " ", m_trace), app::Failure);
+    EXPECT_THROW(all_JN_Chikan_full(m_files, "J", " ", m_trace), failure::Failure);
+    EXPECT_THROW(all_NJ_Chikan_full(m_files, "J", " ", m_trace), failure::Failure);
 }
 
 TEST_F(Rewrite, NoQslMojiRewritesTheNRecordsIntoTheOtherFiles)
@@ -218,8 +218,8 @@ TEST_F(Rewrite, NoQslMojiRewritesTheNRecordsIntoTheOtherFiles)
     write(m_files.out_name_con0, {reduced("A1A", "N* ")});
     const fs::path ham = m_dir / "LOG_h.csv", con = m_dir / "LOG_c.csv";
     test::TempDir logs;
-    app::Trace trace(logs.path());
-    app::RunObserver observer;
+    base::Trace trace(logs.path());
+    base::RunObserver observer;
     No_QSL_moji_ReWrite(m_files.out_name_ham0, ham, m_files.out_name_con0, con, "NO", true, trace,
                         observer);
     EXPECT_EQ(test::readBytes(ham),
@@ -241,7 +241,7 @@ TEST_F(Rewrite, AOneCharacterNoQslMojiKeepsThreeCharacters)
 {
     write(m_files.out_name_ham0, {result("A1A", "", "N  ")});
     write(m_files.out_name_con0, {});
-    app::RunObserver observer;
+    base::RunObserver observer;
     No_QSL_moji_ReWrite(m_files.out_name_ham0, m_dir / "h.csv", m_files.out_name_con0,
                         m_dir / "c.csv", "_", false, m_trace, observer);
     text::RecordReader in(m_dir / "h.csv");

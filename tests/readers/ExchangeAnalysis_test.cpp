@@ -1,4 +1,4 @@
-#include "app/Failure.h"
+#include "failure/Failure.h"
 #include "readers/ExchangeAnalysis.h"
 #include "readers/ZloRecord.h"
 #include "readers/ZloWriter.h"
@@ -202,11 +202,11 @@ TEST_F(Pass, AFileWithOnlyItsFirstLineIsAFailure)
     try {
         a.check_rcvd_all(path, path.string(), false, layout);
         ADD_FAILURE() << "no failure";
-    } catch (const app::Failure& f) {
-        EXPECT_EQ(f.number(), app::failure::InputPastEnd);
+    } catch (const failure::Failure& f) {
+        EXPECT_EQ(f.number(), failure::InputPastEnd);
     }
     test::writeBytes(path, "");
-    EXPECT_THROW(a.check_rcvd_all(path, path.string(), false, layout), app::Failure);
+    EXPECT_THROW(a.check_rcvd_all(path, path.string(), false, layout), failure::Failure);
 }
 
 TEST_F(Pass, ABlankLineCountsAsAnEmptyExchange)
@@ -280,9 +280,9 @@ TEST_F(Pass, ItemsTheLogCannotFillAreListedAndMarked)
     EXPECT_EQ(a.missing_items, " zone 番号 ,  IOTA 番号 , ");
     EXPECT_EQ(a.highlight_item, "IOTA");
     EXPECT_EQ(a.lblMsg1.text, " ｺﾝﾃｽﾄ・ﾅﾝﾊﾞｰ に下記は含まれません。");
-    EXPECT_EQ(a.lblMsg1.colour, app::Colour::Red);
+    EXPECT_EQ(a.lblMsg1.colour, base::Colour::Red);
     EXPECT_EQ(a.lblMsg2.text, a.missing_items);
-    EXPECT_EQ(a.lblMsg2.colour, app::Colour::Red);
+    EXPECT_EQ(a.lblMsg2.colour, base::Colour::Red);
     EXPECT_TRUE(a.cellHighlighted[0][2]);
     EXPECT_TRUE(a.cellHighlighted[0][3]);
     EXPECT_FALSE(a.cellHighlighted[1][0]);
@@ -490,7 +490,7 @@ TEST(ContestFromFileName, LooksAtTheFileNameOnlyAndMayFindNothing)
     const auto iota = readers::contestFromFileName("/l/iota.all");
     ASSERT_TRUE(iota && iota->lblMas_dat_zlo);
     EXPECT_EQ(iota->lblMas_dat_zlo->text, "Prov , Oblast 取得は不可能です｡");
-    EXPECT_EQ(iota->lblMas_dat_zlo->colour, app::Colour::Red);
+    EXPECT_EQ(iota->lblMas_dat_zlo->colour, base::Colour::Red);
 }
 
 // --- Real logs ------------------------------------------------------------------------------

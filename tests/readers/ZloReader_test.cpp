@@ -1,5 +1,5 @@
-#include "app/Failure.h"
-#include "engine/WorkingFiles.h"
+#include "failure/Failure.h"
+#include "base/WorkingFiles.h"
 #include "readers/ZloReader.h"
 #include "readers/ZloWriter.h"
 #include "readers/ZlogTextReader.h"
@@ -70,7 +70,7 @@ struct ZloRun : ::testing::Test, test::RunFixture
     {
         engine::RunContext& c = make(file(bytes));
         readers::read_zlo(c);
-        return records(work(engine::working::zlog_1), 13);
+        return records(work(base::working::zlog_1), 13);
     }
 
     std::vector<std::vector<std::string>> convert(const std::vector<ZloQsoSpec>& qsos)
@@ -154,7 +154,7 @@ TEST_F(ZloRun, AFileOfOneRecordGivesAnEmptyWorkingFile)
 {
     const auto lines = convert(ZloWriter().header("X").bytes());
     EXPECT_TRUE(lines.empty());
-    EXPECT_TRUE(std::filesystem::exists(work(engine::working::zlog_1)));
+    EXPECT_TRUE(std::filesystem::exists(work(base::working::zlog_1)));
     EXPECT_EQ(zctx->run.written_count, 0);
 }
 
@@ -255,8 +255,8 @@ TEST_F(ZloRun, ATimeStampThatIsNoDateIsARunTimeFailure)
         try {
             convert({q});
             ADD_FAILURE() << "no failure for " << when;
-        } catch (const app::Failure& f) {
-            EXPECT_EQ(f.number(), app::failure::Overflow);
+        } catch (const failure::Failure& f) {
+            EXPECT_EQ(f.number(), failure::Overflow);
         }
     }
 }
@@ -269,8 +269,8 @@ TEST_F(ZloRun, AReportWithAHighByteOf128OrAboveIsARunTimeFailure)
         try {
             convert({good, bad});
             ADD_FAILURE() << "no failure";
-        } catch (const app::Failure& f) {
-            EXPECT_EQ(f.number(), app::failure::Overflow);
+        } catch (const failure::Failure& f) {
+            EXPECT_EQ(f.number(), failure::Overflow);
         }
     }
     ZloQsoSpec high;
@@ -355,7 +355,7 @@ TEST_F(ZloRun, WithCheck02TheOperatorFieldIsWhatTheFilterCompares)
         make(file(ZloWriter().header("X").qso(mine).qso(other).qso(marked).bytes()));
     c.run.op_filter_name = "JA1";
     readers::read_zlo(c);
-    const auto lines = records(work(engine::working::zlog_1), 13);
+    const auto lines = records(work(base::working::zlog_1), 13);
     ASSERT_EQ(lines.size(), 1u);
     EXPECT_EQ(lines[0][Op], "JA1");
     EXPECT_EQ(c.run.written_count, 1);
@@ -488,7 +488,7 @@ TEST_F(ZloHeadRun, TakesTheContestNameUpToItsFirstNulAndShowsItInGreen)
     EXPECT_EQ(zctx->run.cont_name, "CQ WPX Contest");
     ASSERT_FALSE(observer.statuses.empty());
     EXPECT_EQ(observer.statuses.back(),
-              (std::pair<std::string, app::Colour>{"CQ WPX Contest", app::Colour::Green}));
+              (std::pair<std::string, base::Colour>{"CQ WPX Contest", base::Colour::Green}));
     EXPECT_TRUE(asking.asked.empty());
 }
 
@@ -530,20 +530,20 @@ TEST_F(ZloHeadRun, AMissingFileIsARunTimeFailure)
     try {
         (void)readers::read_zlo_head(c, zlo, analysis);
         ADD_FAILURE() << "no failure";
-    } catch (const app::Failure& f) {
-        EXPECT_EQ(f.number(), app::failure::FileNotFound);
+    } catch (const failure::Failure& f) {
+        EXPECT_EQ(f.number(), failure::FileNotFound);
     }
 }
 
 TEST_F(ZloHeadRun, AnEmptyContestNameAsksAndRetryGoesOnWithAnEmptyName)
 {
-    asking.answer = app::Dialogs::Answer::Retry;
+    asking.answer = base::Dialogs::Answer::Retry;
     EXPECT_EQ(head(ZloWriter().header("").bytes()), ZloHead::Read);
     ASSERT_EQ(asking.asked.size(), 1u);
     const auto& a = asking.asked[0];
     EXPECT_EQ(a.title, "　　DAT ﾌｧｲﾙ よりcode、QTHの取得は不可能！");
-    EXPECT_EQ(a.buttons, app::Dialogs::Buttons::RetryCancel);
-    EXPECT_EQ(a.icon, app::Dialogs::Icon::Stop);
+    EXPECT_EQ(a.buttons, base::Dialogs::Buttons::RetryCancel);
+    EXPECT_EQ(a.icon, base::Dialogs::Icon::Stop);
     EXPECT_EQ(a.text, readers::noNameDialogText(zctx->run.in_name));
     EXPECT_NE(a.text.find("または　zLog for windows にて　[ " + zctx->run.in_name + " ]"),
               std::string::npos);
@@ -551,7 +551,7 @@ TEST_F(ZloHeadRun, AnEmptyContestNameAsksAndRetryGoesOnWithAnEmptyName)
     EXPECT_EQ(zctx->run.cont_name, "");
     EXPECT_NE(
         std::find(observer.statuses.begin(), observer.statuses.end(),
-                  std::pair<std::string, app::Colour>{"　ｺﾝﾃｽﾄ名　取得不可能", app::Colour::Red}),
+                  std::pair<std::string, base::Colour>{"　ｺﾝﾃｽﾄ名　取得不可能", base::Colour::Red}),
         observer.statuses.end());
 
     // The run's second reading of the header does not ask again.
@@ -561,7 +561,7 @@ TEST_F(ZloHeadRun, AnEmptyContestNameAsksAndRetryGoesOnWithAnEmptyName)
 
 TEST_F(ZloHeadRun, CancelEndsTheProgram)
 {
-    asking.answer = app::Dialogs::Answer::Cancel;
+    asking.answer = base::Dialogs::Answer::Cancel;
     EXPECT_EQ(head(ZloWriter().header("").bytes()), ZloHead::ProgramEnds);
     EXPECT_FALSE(zlo.zlo_name_missing);
 }
@@ -658,7 +658,7 @@ TEST_F(ZloHeadRun, TheFolderOpenReadsTheHeaderAgainForAnotherFileWithOption02Mem
     EXPECT_EQ(readers::openZloFile(c, zlo, analysis, true), ZloHead::Read);
     const auto count = [&] {
         return std::count(observer.statuses.begin(), observer.statuses.end(),
-                          std::pair<std::string, app::Colour>{"X", app::Colour::Green});
+                          std::pair<std::string, base::Colour>{"X", base::Colour::Green});
     };
     EXPECT_EQ(count(), 2);
     // The same file again: read once.
@@ -775,7 +775,7 @@ TEST_F(Z2aRun, TheReportFailureStopsTheText)
     ZloQsoSpec bad;
     bad.rstRcvd = 0x8100;
     engine::RunContext& c = make(file(ZloWriter().header("X").qso(bad).bytes(), "LOG.ZLO"));
-    EXPECT_THROW(readers::mnuMake_z2a_Click(c), app::Failure);
+    EXPECT_THROW(readers::mnuMake_z2a_Click(c), failure::Failure);
     EXPECT_FALSE(std::filesystem::exists(dir / "LOG_z2a.all"));
 }
 
@@ -804,7 +804,7 @@ TEST_F(ZloRun, AnyFileOfAnyLengthIsReadOrFailsCleanly)
                 (void)readers::read_zlo_head(c, zlo, analysis);
                 readers::read_zlo(c);
                 readers::mnuMake_z2a_Click(c);
-            } catch (const app::Failure&) {
+            } catch (const failure::Failure&) {
             }
         }
     }
@@ -843,14 +843,14 @@ TEST_F(ZloRun, TheQxslFixtureMatchesItsAllTextForTheContactsTheTextHolds)
     EXPECT_EQ(zlo.station_name, "Your call si");
     EXPECT_EQ(zlo.record_count, 1001);
     readers::read_zlo(c);
-    const auto fromZlo = records(work(engine::working::zlog_1), 13);
+    const auto fromZlo = records(work(base::working::zlog_1), 13);
     ASSERT_EQ(fromZlo.size(), 1000u);
     EXPECT_EQ(c.run.written_count, 1000);
 
     engine::RunContext& t = make(*allPath, "all");
     t.run.file_letter = "A";
     readers::a_2_t(t);
-    const auto fromAll = records(work(engine::working::zlog_1), 13);
+    const auto fromAll = records(work(base::working::zlog_1), 13);
     ASSERT_EQ(fromAll.size(), 776u);
 
     // The text holds the contacts of every mode but "Other", in the same order.
@@ -895,13 +895,13 @@ TEST_F(ZloRun, TheQxslFixturesZ2aTextReadsBackAsTheSameContacts)
     use.op = true;
     engine::RunContext& c = make(copy);
     readers::read_zlo(c);
-    const auto fromZlo = records(work(engine::working::zlog_1), 13);
+    const auto fromZlo = records(work(base::working::zlog_1), 13);
     const auto z2a = readers::mnuMake_z2a_Click(c);
 
     engine::RunContext& t = make(z2a.path, "all");
     t.run.file_letter = "A";
     readers::a_2_t(t);
-    const auto back = records(work(engine::working::zlog_1), 13);
+    const auto back = records(work(base::working::zlog_1), 13);
     ASSERT_EQ(back.size(), fromZlo.size());
     for (std::size_t i = 0; i < back.size(); ++i) {
         EXPECT_EQ(text::replaceAll(fromZlo[i][Time], ":", ""), back[i][Time]);
@@ -934,7 +934,7 @@ TEST_F(ZloRun, ZLogsOwnZloxFilesReadAsZloDoNotCrash)
             engine::RunContext& c = make(copy);
             (void)readers::read_zlo_head(c, zlo, analysis);
             readers::read_zlo(c);
-        } catch (const app::Failure&) {
+        } catch (const failure::Failure&) {
         }
     }
     EXPECT_GT(files, 0);

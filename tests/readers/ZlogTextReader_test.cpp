@@ -1,4 +1,4 @@
-#include "app/Failure.h"
+#include "failure/Failure.h"
 #include "readers/ZlogTextReader.h"
 #include "support/RunFixture.h"
 
@@ -86,7 +86,7 @@ struct ReaderRun : test::RunFixture
     {
         try {
             run(lines, name, letter);
-        } catch (const app::Failure& f) {
+        } catch (const failure::Failure& f) {
             return f.number();
         }
         return 0;
@@ -344,7 +344,7 @@ TEST(ZlogAllReader, AnEmptyFileFailsPastItsEnd)
     try {
         readers::a_2_t(c);
         FAIL();
-    } catch (const app::Failure& f) {
+    } catch (const failure::Failure& f) {
         EXPECT_EQ(f.number(), 62);
     }
 }

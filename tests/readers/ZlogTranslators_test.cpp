@@ -1,4 +1,4 @@
-#include "app/Failure.h"
+#include "failure/Failure.h"
 #include "readers/ZlogTextReader.h"
 #include "readers/ZlogTranslators.h"
 #include "support/RunFixture.h"
@@ -21,7 +21,7 @@ int failureNumber(const std::function<void()>& f)
 {
     try {
         f();
-    } catch (const app::Failure& e) {
+    } catch (const failure::Failure& e) {
         return e.number();
     }
     return 0;
@@ -252,7 +252,7 @@ TEST(ZlogTranslators, AllLineWithTooFewTokensFails)
         "2026/06/19 00:01 XX9TST       59  AS0459  45      AS",
     };
     for (const char* l : lines) {
-        EXPECT_EQ(failureNumber([&] { readers::za2tLine(l); }), app::failure::SubscriptOutOfRange)
+        EXPECT_EQ(failureNumber([&] { readers::za2tLine(l); }), failure::SubscriptOutOfRange)
             << l;
     }
 }
@@ -260,7 +260,7 @@ TEST(ZlogTranslators, AllLineWithTooFewTokensFails)
 TEST(ZlogTranslators, BlankAllLineFails)
 {
     for (const char* l : {"", " ", "      "}) {
-        EXPECT_EQ(failureNumber([&] { readers::za2tLine(l); }), app::failure::SubscriptOutOfRange)
+        EXPECT_EQ(failureNumber([&] { readers::za2tLine(l); }), failure::SubscriptOutOfRange)
             << "[" << l << "]";
     }
 }
@@ -326,9 +326,9 @@ TEST(ZlogTranslatorsFile, EmptyInputIsReadPastItsEnd)
     test::writeBytes(txt, "");
     test::writeBytes(all, "");
     EXPECT_EQ(failureNumber([&] { readers::zlog_txt_2_zlog_all(r.on(txt)); }),
-              app::failure::InputPastEnd);
+              failure::InputPastEnd);
     EXPECT_EQ(failureNumber([&] { readers::zlog_all_2_zlog_txt(r.on(all)); }),
-              app::failure::InputPastEnd);
+              failure::InputPastEnd);
     EXPECT_EQ(r.filesIn(), (std::vector<std::string>{"E.ALL", "E.TXT", "home"}));
 }
 
@@ -401,7 +401,7 @@ TEST(ZlogTranslatorsFile, FailingLineLeavesThePreviousOutputAndNoHalfFile)
         r.write("LOG.ALL", {kAllHeader, "2026/11/21 23:19 JA1ABC 599 1001 599 1002 - - 21 CW 1 NEW",
                             bad, "2026/11/21 23:19 JA1ABC 599 1001 599 1002 - - 21 CW 1 NEW"});
         EXPECT_EQ(failureNumber([&] { readers::zlog_all_2_zlog_txt(r.on(in)); }),
-                  app::failure::SubscriptOutOfRange)
+                  failure::SubscriptOutOfRange)
             << "[" << bad << "]";
         EXPECT_EQ(test::readBytes(out), before);
         EXPECT_EQ(r.filesIn(), (std::vector<std::string>{"LOG.ALL", "LOG_za2t.txt", "home"}));
@@ -470,7 +470,7 @@ TEST(ZlogTranslatorsGolden, SampleAllFailsAtItsFirstLineWithoutSentNumberOrMemo)
     const auto in = r.dir / "SAMPLE2026.ALL";
     std::filesystem::copy_file(test::sourceDir() / "data/sample/SAMPLE2026.ALL", in);
     EXPECT_EQ(failureNumber([&] { readers::zlog_all_2_zlog_txt(r.on(in)); }),
-              app::failure::SubscriptOutOfRange);
+              failure::SubscriptOutOfRange);
     EXPECT_FALSE(std::filesystem::exists(r.dir / "SAMPLE2026_za2t.txt"));
 }
 

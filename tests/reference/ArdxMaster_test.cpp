@@ -1,4 +1,4 @@
-#include "app/Failure.h"
+#include "failure/Failure.h"
 #include "reference/ArdxMaster.h"
 #include "support/TestSupport.h"
 #include "text/SjisCodec.h"
@@ -38,7 +38,7 @@ int failureNumber(const std::function<void()>& f)
 {
     try {
         f();
-    } catch (const app::Failure& e) {
+    } catch (const failure::Failure& e) {
         return e.number();
     }
     return 0;
@@ -62,7 +62,7 @@ struct Folders
     ArdxMaster build()
     {
         ArdxMaster m;
-        app::Trace trace;
+        base::Trace trace;
         m.ardx_sep(zlog, work, trace);
         return m;
     }
@@ -225,21 +225,21 @@ TEST(ArdxMaster, FilesWithoutEndLineAreReadToTheirEnd)
 TEST(ArdxMaster, MissingFilesTakeTheFailurePathAtTheOpen)
 {
     Folders f;
-    EXPECT_EQ(failureNumber([&] { f.build(); }), app::failure::FileNotFound);
+    EXPECT_EQ(failureNumber([&] { f.build(); }), failure::FileNotFound);
     test::writeBytes(f.zlog / "ARDX.DAT", crlf({"t", "One", "  ONE;"}));
-    EXPECT_EQ(failureNumber([&] { f.build(); }), app::failure::FileNotFound);
+    EXPECT_EQ(failureNumber([&] { f.build(); }), failure::FileNotFound);
 }
 
 TEST(ArdxMaster, CodeLinesPastTheEndAndAnEmptyMasterFail)
 {
     Folders f;
     f.files({"t", "Name without codes"}, {"t"});
-    EXPECT_EQ(failureNumber([&] { f.build(); }), app::failure::InputPastEnd);
+    EXPECT_EQ(failureNumber([&] { f.build(); }), failure::InputPastEnd);
     f.files({"t"}, {"t"});
     ArdxMaster m;
-    app::Trace trace;
+    base::Trace trace;
     EXPECT_EQ(failureNumber([&] { m.ardx_sep(f.zlog, f.work, trace); }),
-              app::failure::InputPastEnd);
+              failure::InputPastEnd);
     EXPECT_FALSE(m.loaded());
 }
 
@@ -249,7 +249,7 @@ TEST(ArdxMaster, WritesItsTraceLines)
     f.files({"t", "One", "  ONE;"}, {"t", "Two", "  TWO;"});
     std::filesystem::path tracePath;
     {
-        app::Trace trace(f.dir / "Error_Log");
+        base::Trace trace(f.dir / "Error_Log");
         tracePath = trace.path();
         ArdxMaster m;
         m.ardx_sep(f.zlog, f.work, trace);

@@ -1,4 +1,4 @@
-#include "app/Failure.h"
+#include "failure/Failure.h"
 #include "reference/CtyEntityLookup.h"
 #include "reference/CtyFixture.h"
 #include "reference/LiteralEntityLookup.h"
@@ -245,13 +245,13 @@ TEST(CtyEntityLookup, MissingLongMasterFailsEachLookup)
     try {
         unloaded.get_entity("XX9TST");
         FAIL() << "no failure";
-    } catch (const app::Failure& e) {
-        EXPECT_EQ(e.number(), app::failure::FileNotFound);
+    } catch (const failure::Failure& e) {
+        EXPECT_EQ(e.number(), failure::FileNotFound);
     }
     test::TempDir dir;
     reference::CtyEntityLookup lookup;
     lookup.load(reference::CtyTables{}, dir / "cty_mastL.txt");
-    EXPECT_THROW(lookup.entityOf("XX9TST"), app::Failure);
+    EXPECT_THROW(lookup.entityOf("XX9TST"), failure::Failure);
 }
 
 TEST(CtyEntityLookup, BrokenEndOfTheLongMasterFailsOnlyCallsThatReachIt)
@@ -270,10 +270,10 @@ TEST(CtyEntityLookup, BrokenEndOfTheLongMasterFailsOnlyCallsThatReachIt)
         try {
             lookup.get_entity(call);
             FAIL() << "no failure";
-        } catch (const app::Failure& e) {
-            EXPECT_EQ(e.number(), app::failure::InputPastEnd);
+        } catch (const failure::Failure& e) {
+            EXPECT_EQ(e.number(), failure::InputPastEnd);
         }
-        EXPECT_THROW(literal.get_entity(call), app::Failure);
+        EXPECT_THROW(literal.get_entity(call), failure::Failure);
     }
 }
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "app/Trace.h"
+#include "base/Trace.h"
 #include "reference/CtyEntityLookup.h"
 #include "reference/CtyImport.h"
 #include "support/RecordingFrontEnd.h"
@@ -20,7 +20,7 @@ struct CtyFolders
     TempDir dir;
     reference::CtyPlaces places;
     RecordingDialogs dialogs;
-    app::Trace trace;
+    base::Trace trace;
 
     CtyFolders()
     {

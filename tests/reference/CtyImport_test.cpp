@@ -1,4 +1,4 @@
-#include "app/Failure.h"
+#include "failure/Failure.h"
 #include "reference/CtyImport.h"
 #include "reference/CtyFixture.h"
 #include "support/TestSupport.h"
@@ -212,8 +212,8 @@ TEST(CtyImport, MissingCtyDatIsShownAndTheOpenFails)
     try {
         imp.cty_dat_sep();
         FAIL() << "no failure";
-    } catch (const app::Failure& e) {
-        EXPECT_EQ(e.number(), app::failure::FileNotFound);
+    } catch (const failure::Failure& e) {
+        EXPECT_EQ(e.number(), failure::FileNotFound);
     }
     ASSERT_EQ(f.dialogs.shown.size(), 1u);
     EXPECT_EQ(f.dialogs.shown[0].title, "Vornhale");
@@ -340,8 +340,8 @@ TEST(CtyImport, MissingCtyDat1AndCtyDat3AreShownThenTheOpenFails)
     try {
         imp.make_dx_mas2_new();
         FAIL() << "no failure";
-    } catch (const app::Failure& e) {
-        EXPECT_EQ(e.number(), app::failure::FileNotFound);
+    } catch (const failure::Failure& e) {
+        EXPECT_EQ(e.number(), failure::FileNotFound);
     }
     ASSERT_EQ(f.dialogs.shown.size(), 2u);
     EXPECT_EQ(f.dialogs.shown[0].text, f.places.drive_path.string() + "/cty_dat1.txt　がありません。");
@@ -383,7 +383,7 @@ TEST(CtyImport, DxccMasterSkipsTwoHeadingsAndReadsByteColumns)
 {
     CtyFolders f;
     test::TempDir logs;
-    app::Trace trace(logs.path());
+    base::Trace trace(logs.path());
     // Byte columns: 2-8 prefix, 9-19 number, 20-25 code, 26-53 name, 54 blank, 55 flag.
     const std::string japan = std::string(" JA     ") + "  339      " + "D339  " + "日本" +
                               std::string(24, ' ') + " X";
@@ -417,14 +417,14 @@ TEST(CtyImport, DxccMasterWithoutItsHeadingsOrMissingFails)
     try {
         imp.make_dxcc_mas(f.prog("dxcc_mas.txt"));
         FAIL() << "no failure";
-    } catch (const app::Failure& e) {
-        EXPECT_EQ(e.number(), app::failure::InputPastEnd);
+    } catch (const failure::Failure& e) {
+        EXPECT_EQ(e.number(), failure::InputPastEnd);
     }
     try {
         imp.make_dxcc_mas(f.prog("absent.txt"));
         FAIL() << "no failure";
-    } catch (const app::Failure& e) {
-        EXPECT_EQ(e.number(), app::failure::FileNotFound);
+    } catch (const failure::Failure& e) {
+        EXPECT_EQ(e.number(), failure::FileNotFound);
     }
 }
 
@@ -432,7 +432,7 @@ TEST(CtyImport, ImportAllTracesEachStageInOrder)
 {
     CtyFolders f;
     test::TempDir logs;
-    app::Trace trace(logs.path());
+    base::Trace trace(logs.path());
     f.writeCty(joinLines(kSmall, "\r\n"));
     f.writeConv({});
     test::writeSjisLines(f.prog("dxcc_mas.txt"), {"h1", "h2", " JA      339       D339  Japan"});
@@ -462,8 +462,8 @@ TEST(CtyImport, GarbageInputNeverStopsTheImport)
     reference::CtyImport imp(f.places, f.trace, f.dialogs);
     try {
         imp.importAll(f.prog("dxcc_mas.txt"));
-    } catch (const app::Failure& e) {
+    } catch (const failure::Failure& e) {
         // A stray double quote may break a record: that is a reported failure, not a crash.
-        EXPECT_EQ(e.number(), app::failure::InputPastEnd);
+        EXPECT_EQ(e.number(), failure::InputPastEnd);
     }
 }

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "app/Failure.h"
+#include "failure/Failure.h"
 #include "reference/CtyTables.h"
 #include "reference/EntityLookup.h"
 #include "text/Chars.h"
@@ -64,7 +64,7 @@ public:
             }
         }
         if (truncated) {
-            throw app::Failure(app::failure::InputPastEnd, "past end");
+            throw failure::Failure(failure::InputPastEnd, "past end");
         }
 
         if (slash == std::string::npos) {
@@ -195,7 +195,7 @@ private:
             std::vector<std::string> f;
             try {
                 f = in.fields(4);
-            } catch (const app::Failure&) {
+            } catch (const failure::Failure&) {
                 truncated = true;
                 return;
             }

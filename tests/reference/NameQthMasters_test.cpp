@@ -1,4 +1,4 @@
-#include "app/Failure.h"
+#include "failure/Failure.h"
 #include "reference/NameQthMasters.h"
 #include "support/TestSupport.h"
 #include "text/SjisCodec.h"
@@ -11,10 +11,10 @@ using reference::CallMaster;
 
 namespace {
 
-struct RecordingObserver : app::RunObserver
+struct RecordingObserver : base::RunObserver
 {
     std::vector<std::string> statuses;
-    void status(std::string_view text, app::Colour) override { statuses.emplace_back(text); }
+    void status(std::string_view text, base::Colour) override { statuses.emplace_back(text); }
 };
 
 std::string pad(std::string s, std::size_t bytes)
@@ -174,8 +174,8 @@ TEST(NameQthMasters, MissingFileFailsAndLeavesTheMasterUnloaded)
     try {
         reference::read_name_mas_txt(m, dir / "name_mas.txt", observer);
         FAIL() << "no failure";
-    } catch (const app::Failure& e) {
-        EXPECT_EQ(e.number(), app::failure::FileNotFound);
+    } catch (const failure::Failure& e) {
+        EXPECT_EQ(e.number(), failure::FileNotFound);
     }
     EXPECT_FALSE(m.loaded());
 }

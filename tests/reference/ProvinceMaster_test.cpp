@@ -1,4 +1,4 @@
-#include "app/Failure.h"
+#include "failure/Failure.h"
 #include "reference/ProvinceMaster.h"
 #include "support/TestSupport.h"
 
@@ -15,7 +15,7 @@ ProvinceMaster loadMas(const test::TempDir& dir, const std::vector<std::string>&
 {
     test::writeSjisLines(dir / "m.mas", lines);
     ProvinceMaster m;
-    app::Trace trace;
+    base::Trace trace;
     m.read_prov_mas(dir / "m.mas", trace);
     return m;
 }
@@ -24,7 +24,7 @@ ProvinceMaster loadDat(const test::TempDir& dir, const std::vector<std::string>&
 {
     test::writeSjisLines(dir / "c.dat", lines);
     ProvinceMaster m;
-    app::Trace trace;
+    base::Trace trace;
     m.read_prov_dat_all(dir / "c.dat", trace);
     return m;
 }
@@ -33,7 +33,7 @@ int failureNumber(const std::function<void()>& f)
 {
     try {
         f();
-    } catch (const app::Failure& e) {
+    } catch (const failure::Failure& e) {
         return e.number();
     }
     return 0;
@@ -78,9 +78,9 @@ TEST(ProvinceMaster, MasLineWithoutCommaTakesTheFailurePathAndKeepsTheOldMaster)
     test::TempDir dir;
     ProvinceMaster m = loadMas(dir, {"AB,Alberta"});
     test::writeSjisLines(dir / "bad.mas", {"BC,British Columbia", "ON Ontario"});
-    app::Trace trace;
+    base::Trace trace;
     EXPECT_EQ(failureNumber([&] { m.read_prov_mas(dir / "bad.mas", trace); }),
-              app::failure::SubscriptOutOfRange);
+              failure::SubscriptOutOfRange);
     EXPECT_EQ(m.get_prov_mas("AB", false, "", 0), "Alberta");
     EXPECT_EQ(m.get_prov_mas("BC", false, "", 0), "");
 }
@@ -89,11 +89,11 @@ TEST(ProvinceMaster, MissingMasterFileFailsAtTheOpen)
 {
     test::TempDir dir;
     ProvinceMaster m;
-    app::Trace trace;
+    base::Trace trace;
     EXPECT_EQ(failureNumber([&] { m.read_prov_mas(dir / "none.mas", trace); }),
-              app::failure::FileNotFound);
+              failure::FileNotFound);
     EXPECT_EQ(failureNumber([&] { m.read_prov_dat_all(dir / "none.dat", trace); }),
-              app::failure::FileNotFound);
+              failure::FileNotFound);
 }
 
 TEST(ProvinceMaster, BothReadersTraceTheMasterNameFirst)
@@ -103,7 +103,7 @@ TEST(ProvinceMaster, BothReadersTraceTheMasterNameFirst)
     test::writeSjisLines(dir / "c.dat", {"AB Alberta"});
     std::filesystem::path tracePath;
     {
-        app::Trace trace(dir / "Error_Log");
+        base::Trace trace(dir / "Error_Log");
         tracePath = trace.path();
         ProvinceMaster m;
         m.read_prov_mas(dir / "m.mas", trace);
@@ -197,7 +197,7 @@ TEST(ProvinceMaster, ReaderIsChosenByTheLowerCasedExtension)
     test::writeSjisLines(dir / "B.Dat", {"AA From dat"});
     test::writeSjisLines(dir / "C.txt", {"AA,From txt"});
     ProvinceMaster m;
-    app::Trace trace;
+    base::Trace trace;
     EXPECT_TRUE(m.read_prov_mas_dat(dir / "A.MAS", trace));
     EXPECT_EQ(m.get_prov_mas("AA", false, "", 2), "From mas");
     EXPECT_TRUE(m.read_prov_mas_dat(dir / "B.Dat", trace));
@@ -335,7 +335,7 @@ TEST(ProvinceMaster, MissingContestFileFailsAtTheOpen)
 {
     test::TempDir dir;
     EXPECT_EQ(failureNumber([&] { reference::read_cont_name_zlo("X", dir.path(), "", "", ""); }),
-              app::failure::FileNotFound);
+              failure::FileNotFound);
 }
 
 TEST(ProvinceMaster, BundledContestFileFindsABundledMasterForEachMasLine)
@@ -354,7 +354,7 @@ TEST(ProvinceMaster, BundledContestFileFindsABundledMasterForEachMasLine)
         }
         ++masLines;
         ProvinceMaster m;
-        app::Trace trace;
+        base::Trace trace;
         ASSERT_TRUE(m.read_prov_mas_dat(c.mas_dat_name, trace)) << c.mas_dat_name;
         EXPECT_GT(m.Prov_kazu(), 5u) << c.mas_dat_name;
     }
@@ -366,15 +366,15 @@ TEST(ProvinceMaster, LabelsOfAZloInputWithAndWithoutItsMaster)
     auto l = reference::provMasterLabels(true, true, true);
     ASSERT_TRUE(l.lblMas_dat_zlo);
     EXPECT_EQ(l.lblMas_dat_zlo->text, "cont_name_zlo.cfg より自動選択しました。");
-    EXPECT_EQ(l.lblMas_dat_zlo->colour, app::Colour::Green);
+    EXPECT_EQ(l.lblMas_dat_zlo->colour, base::Colour::Green);
     EXPECT_TRUE(l.read);
 
     l = reference::provMasterLabels(true, false, true);
     ASSERT_TRUE(l.lblMas_dat_zlo && l.lblMas_dat);
     EXPECT_EQ(l.lblMas_dat_zlo->text, "マスターファイル無し、Province 取得は不可能かも知れない");
-    EXPECT_EQ(l.lblMas_dat_zlo->colour, app::Colour::Red);
+    EXPECT_EQ(l.lblMas_dat_zlo->colour, base::Colour::Red);
     EXPECT_EQ(l.lblMas_dat->text, "手動選択するか、レ点を消して下さい。");
-    EXPECT_EQ(l.lblMas_dat->colour, app::Colour::Red);
+    EXPECT_EQ(l.lblMas_dat->colour, base::Colour::Red);
     EXPECT_EQ(l.status, "マスター無し、手動選択するか、レ点を消して下さい。");
     EXPECT_FALSE(l.read);
 
@@ -413,7 +413,7 @@ TEST(ProvinceMaster, BundledMasFilesCountTheirDataLines)
                                line.substr(comma + 1, line.find(',', comma + 1) - comma - 1));
         }
         ProvinceMaster m;
-        app::Trace trace;
+        base::Trace trace;
         m.read_prov_mas(entry.path(), trace);
         EXPECT_EQ(m.Prov_kazu(), data) << entry.path();
         for (std::size_t i = pairs.size(); i-- > 0;) {
@@ -439,7 +439,7 @@ TEST(ProvinceMaster, RealZlogContestDatFiles)
         GTEST_SKIP() << "zLog's contest .dat files are not in ../shared/realdata";
     }
     ProvinceMaster m;
-    app::Trace trace;
+    base::Trace trace;
     m.read_prov_dat_all(*dx / "aridx.dat", trace);
     EXPECT_EQ(m.get_prov_mas("AG", false, "Province = ", 0), "Province = Agrigento(IT9)");
     EXPECT_EQ(m.get_prov_mas("ARIDX.DAT", false, "", 2), "");

@@ -1,4 +1,4 @@
-#include "app/Trace.h"
+#include "base/Trace.h"
 #include "settings/LayoutHistory.h"
 #include "settings/LayoutModel.h"
 #include "settings/RirekiSelModel.h"
@@ -68,7 +68,7 @@ TEST(LayoutHistory, AShortLineStopsTheReadingAndKeepsTheRowsBefore)
 {
     test::TempDir dir;
     test::writeSjisLines(dir / "Vornhale_Rireki.cfg", {"h", kLineA, "short,MNG,,,", kLineB});
-    app::Trace trace(dir / "log");
+    base::Trace trace(dir / "log");
     const auto t = LayoutHistory::read(dir / "Vornhale_Rireki.cfg", &trace);
     ASSERT_EQ(t.rows.size(), 1u);
     EXPECT_EQ(t.rows[0][0], "標準");
@@ -306,7 +306,7 @@ TEST_F(Ketasu, LoadDrawsTheLayoutAndSelectsSixtyMinusEachSlot)
 
 TEST_F(Ketasu, ASlotAboveSixtyHasNoListPositionAndIsRefused)
 {
-    app::Trace trace(dir / "log");
+    base::Trace trace(dir / "log");
     options.set("Rmks1_cfg_len", "61,9,0,0,0,0,0,0,0,0,0,0,");
     options.set("Rmks2_cfg_len", "-1,0,0,0,0,0,0,0,0,0,0,0,");
     WidthsModel w(layout, nullptr, &trace);

@@ -246,7 +246,7 @@ TEST(LayoutModel, StateNameWithProvinceLookupOnTurnsTheCellRedAndSaysSo)
     EXPECT_EQ(m.lblShori(), "州名 又は Province のどちらかにして下さい。");
     ASSERT_EQ(observer.statuses.size(), 1u);
     EXPECT_EQ(observer.statuses[0].first, "州名 又は Province のどちらかにして下さい。");
-    EXPECT_EQ(observer.statuses[0].second, app::Colour::Red);
+    EXPECT_EQ(observer.statuses[0].second, base::Colour::Red);
 
     // Another item in that cell takes the red away; the status stays until cleared.
     m.dropFromPalette(0, 2, 3);

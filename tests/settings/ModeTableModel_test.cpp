@@ -6,7 +6,7 @@
 #include <gtest/gtest.h>
 
 using namespace vornhale;
-using app::Colour;
+using base::Colour;
 using settings::ModeTableModel;
 using settings::Options;
 using settings::SettingsFiles;

@@ -1,4 +1,4 @@
-#include "app/Failure.h"
+#include "failure/Failure.h"
 #include "settings/Options.h"
 #include "settings/RemarkHistory.h"
 #include "settings/RmksSelModel.h"
@@ -94,8 +94,8 @@ TEST(RemarkHistory, TheTwoHundredAndFirstCommentStopsDupeChkBeforeTheFileIsRewri
     try {
         RemarkHistory::dupe_chk(dir / "Vornhale.rmk1");
         FAIL() << "no failure";
-    } catch (const app::Failure& f) {
-        EXPECT_EQ(f.number(), app::failure::SubscriptOutOfRange);
+    } catch (const failure::Failure& f) {
+        EXPECT_EQ(f.number(), failure::SubscriptOutOfRange);
     }
     EXPECT_EQ(test::readBytes(dir / "Vornhale.rmk1"), before);
     EXPECT_FALSE(std::filesystem::exists(dir / "rmk_01.txt"));
@@ -146,8 +146,8 @@ TEST(RemarkHistory, AMissingHistoryIsReportedAndEndsTheProgram)
         try {
             RemarkHistory::save_rmks2(dir.path(), "A", "B", false, dialogs);
             FAIL() << "no failure";
-        } catch (const app::Failure& f) {
-            EXPECT_EQ(f.number(), app::failure::FileNotFound);
+        } catch (const failure::Failure& f) {
+            EXPECT_EQ(f.number(), failure::FileNotFound);
         }
         ASSERT_EQ(dialogs.shown.size(), 1u);
         EXPECT_EQ(dialogs.shown[0].text, "Vornhale.rmk" + std::to_string(missing) +

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "app/Dialogs.h"
-#include "app/RunObserver.h"
+#include "base/Dialogs.h"
+#include "base/RunObserver.h"
 
 #include <string>
 #include <vector>
@@ -9,7 +9,7 @@
 namespace vornhale::test {
 
 /// Dialogs that remember what they were asked to show.
-class RecordingDialogs : public app::Dialogs
+class RecordingDialogs : public base::Dialogs
 {
 public:
     struct Shown
@@ -25,10 +25,10 @@ public:
 };
 
 /// An observer that remembers the status texts and the counters.
-class RecordingObserver : public app::RunObserver
+class RecordingObserver : public base::RunObserver
 {
 public:
-    void status(std::string_view text, app::Colour colour) override
+    void status(std::string_view text, base::Colour colour) override
     {
         statuses.emplace_back(std::string(text), colour);
     }
@@ -38,7 +38,7 @@ public:
             counters[static_cast<std::size_t>(row)] = value;
         }
     }
-    std::vector<std::pair<std::string, app::Colour>> statuses;
+    std::vector<std::pair<std::string, base::Colour>> statuses;
     long counters[7] = {};
 };
 

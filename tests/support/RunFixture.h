@@ -1,7 +1,7 @@
 #pragma once
 
-#include "app/ProgramFolder.h"
-#include "app/Trace.h"
+#include "base/ProgramFolder.h"
+#include "base/Trace.h"
 #include "engine/RunContext.h"
 #include "reference/EntityLookup.h"
 #include "settings/Options.h"
@@ -20,8 +20,8 @@ namespace vornhale::test {
 struct RunFixture
 {
     TempDir dir;
-    app::ProgramFolder folder = app::ProgramFolder::at(dir / "home");
-    app::Trace trace;
+    base::ProgramFolder folder = base::ProgramFolder::at(dir / "home");
+    base::Trace trace;
     RecordingObserver observer;
     RecordingDialogs dialogs;
     engine::ProgramState program;

@@ -1,4 +1,4 @@
-#include "app/Failure.h"
+#include "failure/Failure.h"
 #include "support/TestSupport.h"
 #include "text/LineFile.h"
 
@@ -55,7 +55,7 @@ TEST(LineFile, ReaderTestsTheEndAndFailsPastIt)
     try {
         reader.next();
         FAIL();
-    } catch (const app::Failure& f) {
+    } catch (const failure::Failure& f) {
         EXPECT_EQ(f.number(), 62);
     }
 }
@@ -66,7 +66,7 @@ TEST(LineFile, MissingFileIsFileNotFound)
     try {
         LineReader reader(dir / "nope");
         FAIL();
-    } catch (const app::Failure& f) {
+    } catch (const failure::Failure& f) {
         EXPECT_EQ(f.number(), 53);
     }
 }

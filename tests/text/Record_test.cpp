@@ -1,4 +1,4 @@
-#include "app/Failure.h"
+#include "failure/Failure.h"
 #include "text/Record.h"
 
 #include <gtest/gtest.h>
@@ -57,7 +57,7 @@ TEST(Record, ReadingPastTheEndIsInputPastEnd)
     try {
         r.field();
         FAIL();
-    } catch (const app::Failure& f) {
+    } catch (const failure::Failure& f) {
         EXPECT_EQ(f.number(), 62);
     }
 }

@@ -1,4 +1,4 @@
-#include "app/Failure.h"
+#include "failure/Failure.h"
 #include "text/SjisText.h"
 
 #include <gtest/gtest.h>
@@ -64,7 +64,7 @@ TEST(Mid_sjis, StartBelowOneIsAnInvalidCall)
     try {
         Mid_sjis("abc", 0, 1);
         FAIL() << "no failure";
-    } catch (const vornhale::app::Failure& f) {
+    } catch (const vornhale::failure::Failure& f) {
         EXPECT_EQ(f.number(), 5);
     }
 }

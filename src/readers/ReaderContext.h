@@ -1,0 +1,73 @@
+#pragma once
+
+#include "base/Dialogs.h"
+#include "base/RunObserver.h"
+#include "base/Trace.h"
+#include "readers/ExchangeAnalysis.h"
+#include "readers/InputKind.h"
+#include "readers/OutputNames.h"
+#include "readers/ZloRecord.h"
+#include "settings/Options.h"
+
+#include <cstdint>
+#include <filesystem>
+#include <string>
+
+namespace vornhale::readers {
+
+/// Which remark items the two layouts use: an item is used when its caption stands in a
+/// cell of either layout.
+struct LayoutUse
+{
+    bool memo = false, memo_eq = false, op = false, op_pct = false, iota = false, zone = false,
+         state = false, calls = false;
+};
+
+/// What the open step and the reader of a run decide and leave for the stages after them.
+struct InputState
+{
+    std::string in_name;     ///< full path of the input log (or the rejection message)
+    std::string chosen_name; ///< the path the operator chose, restored after a reader
+    InputKind kind = InputKind::None;
+    std::string f_type;      ///< legacy text of `kind`: "zlo", "txt", "all", "log", …
+    std::string file_letter; ///< "A", "T" or "Z"
+    std::string lblIn_name;  ///< caption of the input-name label
+    std::string Label37;     ///< caption of the input count ("123件")
+    std::string cont_name;   ///< contest name of a .ZLO log, empty otherwise
+    OutputNames names;       ///< result names derived from `in_name`
+    std::int32_t written_count = 0;
+    long line_count = 0;
+    std::string op_filter_name; ///< `txtOp_name`, copied before the readers run
+    LayoutUse use;
+    bool use_log_zone = false; ///< the log's received exchange is a zone
+    bool zlo_iota = false;     ///< a .ZLO log's contest carries IOTA numbers
+    /// What the open of a `.ZLO` log and the exchange analysis left for the run.
+    ZloOpenState zlo;
+    ExchangeAnalysis exchange;
+
+    /// Sets `kind` and its legacy text together.
+    void setKind(InputKind k)
+    {
+        kind = k;
+        f_type = std::string(legacyText(k));
+    }
+};
+
+/// What a reader and an open action work with: the run's option values, the trace, the
+/// front end, the working folder and the input state. Nothing of the engine.
+struct ReaderContext
+{
+    /// The option values of the run. An open action changes a value through `Options::set`,
+    /// which tells the option model's subscribers.
+    settings::Options& options;
+    base::Trace& trace;
+    base::RunObserver& observer;
+    base::Dialogs& dialogs;
+    /// The working folder (`drive_path`).
+    std::filesystem::path drive_path;
+    InputState& run;
+
+    std::filesystem::path work(const char* name) const { return drive_path / name; }
+};
+
+} // namespace vornhale::readers
