@@ -11,6 +11,7 @@
 #include "base/WorkingFiles.h"
 #include "reference/ProvinceMaster.h"
 #include "readers/ContestTags.h"
+#include "readers/InputKinds.h"
 #include "session/OptionModel.h"
 #include "settings/Options.h"
 #include "text/Chars.h"
@@ -23,9 +24,6 @@ namespace vornhale::cli {
 namespace {
 
 namespace fs = std::filesystem;
-
-const std::string_view kKinds[] = {"all",      "txt", "zlo", "log", "log_v4",
-                                   "log_v430", "cbr", "adi", "mdb", "lg8"};
 
 void removeWorkingFiles(const base::ProgramFolder& folder)
 {
@@ -84,9 +82,8 @@ bool chooseProvinceMaster(engine::RunContext& ctx, const std::string& given,
 
 int runConvert(const ConvertRequest& request)
 {
-    if (!request.type.empty() &&
-        std::find(std::begin(kKinds), std::end(kKinds), request.type) == std::end(kKinds)) {
-        std::cerr << "unknown --type: " << request.type << "\n";
+    if (!request.type.empty() && readers::rowOfTypeWord(request.type) == nullptr) {
+        std::cerr << "unknown --type: " << request.type << " (" << readers::typeWords() << ")\n";
         return 2;
     }
     std::vector<std::pair<std::string, std::string>> overrides;
@@ -181,6 +178,31 @@ int runConvert(const ConvertRequest& request)
     session->reportWriteFailures();
     std::cout << "トレース     ：" << trace->path().string() << "\n";
     return 0;
+}
+
+void addConvertCommand(CLI::App& app, ExitStatus& status)
+{
+    auto request = std::make_shared<ConvertRequest>();
+    auto home = std::make_shared<HomeOption>();
+    CLI::App* conv =
+        app.add_subcommand("convert", "Convert a contest log into _hn.csv and _cn.csv");
+    home->addTo(conv);
+    conv->add_option("--set", request->sets, "Override an option for this run: KEY=VALUE")
+        ->allow_extra_args(false);
+    conv->add_option("--type", request->type, "Input kind: " + readers::typeWords());
+    conv->add_option("--year", request->year, "Year of a log that carries none (txtYYYY)");
+    conv->add_option(
+        "--province-master", request->provinceMaster,
+        "Province master (*.mas or zLog *.dat) for Check5; default: guessed from the contest");
+    conv->add_flag("--cancel-questions", request->cancelQuestions,
+                   "Answer the operator's questions with cancel instead of going on");
+    conv->add_flag("--keep-work", request->keepWork,
+                   "Leave the working files in the working folder");
+    conv->add_option("LOG", request->log, "The contest log")->required();
+    conv->callback([request, home, &status] {
+        request->home = home->value();
+        status = runConvert(*request);
+    });
 }
 
 } // namespace vornhale::cli

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "CommandLine.h"
+
 #include <filesystem>
 #include <optional>
 #include <string>
@@ -22,5 +24,8 @@ struct ConvertRequest
 /// Runs one conversion as the start button does. Returns the exit status: 0 on success,
 /// 1 when the input was rejected or the run took the failure path, 2 on bad usage.
 int runConvert(const ConvertRequest& request);
+
+/// Registers `convert`.
+void addConvertCommand(CLI::App& app, ExitStatus& status);
 
 } // namespace vornhale::cli

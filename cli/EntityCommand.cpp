@@ -40,4 +40,18 @@ int runEntity(const EntityRequest& request)
     return 0;
 }
 
+void addEntityCommand(CLI::App& app, ExitStatus& status)
+{
+    auto request = std::make_shared<EntityRequest>();
+    auto home = std::make_shared<HomeOption>();
+    CLI::App* entity = app.add_subcommand(
+        "entity", "Import cty.dat as a conversion does and show the DX entity of call signs");
+    home->addTo(entity);
+    entity->add_option("CALL", request->calls, "Call signs")->required();
+    entity->callback([request, home, &status] {
+        request->home = home->value();
+        status = runEntity(*request);
+    });
+}
+
 } // namespace vornhale::cli

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "CommandLine.h"
+
 #include <filesystem>
 #include <optional>
 #include <string>
@@ -17,5 +19,8 @@ struct EntityRequest
 /// (or `mnuGet_Entity`) does, then prints for each call its entity, HAMLOG code, entity name
 /// and bureau flag, tab-separated. Returns 0, or 1 when the masters cannot be made.
 int runEntity(const EntityRequest& request);
+
+/// Registers `entity`.
+void addEntityCommand(CLI::App& app, ExitStatus& status);
 
 } // namespace vornhale::cli

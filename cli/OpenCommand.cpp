@@ -143,4 +143,29 @@ int runZ2a(const OpenRequest& request)
     });
 }
 
+void addOpenCommands(CLI::App& app, ExitStatus& status)
+{
+    auto openRequest = std::make_shared<OpenRequest>();
+    auto openHome = std::make_shared<HomeOption>();
+    CLI::App* open =
+        app.add_subcommand("open", "Open a log as the window does and show what was decided");
+    openHome->addTo(open);
+    open->add_option("--type", openRequest->type, "Input kind, as for convert");
+    open->add_option("LOG", openRequest->log, "The contest log")->required();
+    open->callback([openRequest, openHome, &status] {
+        openRequest->home = openHome->value();
+        status = runOpen(*openRequest);
+    });
+
+    auto z2aRequest = std::make_shared<OpenRequest>();
+    auto z2aHome = std::make_shared<HomeOption>();
+    CLI::App* z2a = app.add_subcommand("z2a", "Write the _z2a.all text of a zLog .ZLO log");
+    z2aHome->addTo(z2a);
+    z2a->add_option("LOG", z2aRequest->log, "The .ZLO log")->required();
+    z2a->callback([z2aRequest, z2aHome, &status] {
+        z2aRequest->home = z2aHome->value();
+        status = runZ2a(*z2aRequest);
+    });
+}
+
 } // namespace vornhale::cli

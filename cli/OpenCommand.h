@@ -1,5 +1,7 @@
 #pragma once
 
+#include "CommandLine.h"
+
 #include <filesystem>
 #include <optional>
 #include <string>
@@ -22,5 +24,8 @@ int runOpen(const OpenRequest& request);
 /// Opens a `.ZLO` log and writes its `_z2a.all` text (`mnuMake_z2a_Click`), printing the
 /// path. Returns 0 on success, 1 when the log cannot be opened or written.
 int runZ2a(const OpenRequest& request);
+
+/// Registers `open` and `z2a`.
+void addOpenCommands(CLI::App& app, ExitStatus& status);
 
 } // namespace vornhale::cli

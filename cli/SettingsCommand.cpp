@@ -91,4 +91,21 @@ int runSettings(const SettingsRequest& request)
     return session->reportWriteFailures() ? 0 : 1;
 }
 
+void addSettingsCommand(CLI::App& app, ExitStatus& status)
+{
+    auto request = std::make_shared<SettingsRequest>();
+    auto home = std::make_shared<HomeOption>();
+    CLI::App* settings = app.add_subcommand(
+        "settings", "Show, read or change the settings files of the program folder");
+    home->addTo(settings);
+    settings->add_option("ACTION", request->action, "show, init, get KEY or set KEY=VALUE")
+        ->required()
+        ->check(CLI::IsMember({"show", "init", "get", "set"}));
+    settings->add_option("ARGUMENT", request->argument, "KEY for get, KEY=VALUE for set");
+    settings->callback([request, home, &status] {
+        request->home = home->value();
+        status = runSettings(*request);
+    });
+}
+
 } // namespace vornhale::cli

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "CommandLine.h"
+
 #include <filesystem>
 #include <optional>
 #include <string>
@@ -17,5 +19,8 @@ struct SettingsRequest
 /// changes its settings files. Returns the exit status: 0 on success, 1 when the program
 /// folder cannot be used or a file cannot be written, 2 on bad usage or an unknown key.
 int runSettings(const SettingsRequest& request);
+
+/// Registers `settings`.
+void addSettingsCommand(CLI::App& app, ExitStatus& status);
 
 } // namespace vornhale::cli
