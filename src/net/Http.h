@@ -1,6 +1,7 @@
 #pragma once
 
 #include <filesystem>
+#include <map>
 #include <string>
 #include <string_view>
 
@@ -46,9 +47,16 @@ public:
     std::string endpoint(std::string_view key) const;
     const Timeouts& timeouts() const { return m_timeouts; }
 
+    /// The trimmed value of any key of the section (case-blind), empty when absent.
+    std::string value(std::string_view key) const;
+    /// Replaces an endpoint in memory (nothing is written), as a test or a front end sets it.
+    void setEndpoint(std::string_view key, std::string_view value);
+    void setTimeouts(const Timeouts& timeouts) { m_timeouts = timeouts; }
+
 private:
     std::filesystem::path m_file;
     Timeouts m_timeouts;
+    std::map<std::string, std::string> m_values; ///< lower-case key to trimmed value
 };
 
 } // namespace vornhale::net
