@@ -2,6 +2,7 @@
 
 #include "failure/Failure.h"
 #include "readers/ZloReader.h"
+#include "readers/ZloxReader.h"
 #include "readers/ZlogTextReader.h"
 #include "text/Chars.h"
 #include "text/LineFile.h"
@@ -21,6 +22,7 @@ std::unique_ptr<LogReader> make()
 // The open menus of the window, in their order. A kind whose reader is not built has no row.
 const std::array kRows{
     InputKindRow{InputKind::Zlo, "zlo", "zLog .ZLO", ".ZLO", true, &make<ZloReader>},
+    InputKindRow{InputKind::Zlox, "zlox", "zLog .ZLOX", ".ZLOX", true, &make<ZloxReader>},
     InputKindRow{InputKind::All, "all", "zLog .ALL", ".ALL", true, &make<ZlogTextReader>},
     InputKindRow{InputKind::Txt, "txt", "zLog .TXT", ".TXT", true, &make<ZlogTextReader>},
 };

@@ -4,6 +4,7 @@
 #include "failure/Failure.h"
 #include "base/WorkingFiles.h"
 #include "readers/InputSelection.h"
+#include "readers/ZloxRecord.h"
 #include "text/Chars.h"
 #include "text/LineFile.h"
 #include "text/Record.h"
@@ -73,18 +74,26 @@ struct Decoded
 {
     std::string date, time, rst_sent, rst_rcvd, mode, band, power;
 
-    void from(const ZloQso& z)
+    void from(const ZloQso& z, ZloModes modes)
     {
         zloDateTime(z.when, date, time);
         rst_sent = zloRst(z.rst_sent_low, z.rst_sent_high);
         rst_rcvd = zloRst(z.rst_rcvd_low, z.rst_rcvd_high);
-        zloMode(z.mode_index, mode);
+        zloMode(z.mode_index, mode, modes);
         zloBand(z.band_index, band);
         zloPower(z.power_index, power);
     }
 };
 
 } // namespace
+
+ZloFile openZloInput(const InputState& run)
+{
+    if (run.kind == InputKind::Zlox) {
+        return readZloxFile(run.in_name);
+    }
+    return ZloFile(run.in_name);
+}
 
 std::string noNameDialogText(std::string_view in_name)
 {
@@ -131,7 +140,7 @@ ZloHead read_zlo_head(const ReaderContext& ctx, ZloOpenState& zlo, ExchangeAnaly
         return ZloHead::NoInput;
     }
 
-    const ZloFile file(run.in_name);
+    const ZloFile file = openZloInput(run);
     zlo.record_count = file.count();
     run.Label37 = countLabel(zlo.record_count);
 
@@ -161,10 +170,10 @@ ZloHead read_zlo_head(const ReaderContext& ctx, ZloOpenState& zlo, ExchangeAnaly
 }
 
 ZloHead openZloFile(const ReaderContext& ctx, ZloOpenState& zlo, ExchangeAnalysis& analysis,
-                    bool folderDialog)
+                    bool folderDialog, InputKind kind)
 {
     InputState& run = ctx.run;
-    run.setKind(InputKind::Zlo);
+    run.setKind(kind);
     run.file_letter = "Z";
     zlo.prev_in_name = zlo.last_in_name;
     zlo.last_in_name = run.in_name;
@@ -175,7 +184,7 @@ ZloHead openZloFile(const ReaderContext& ctx, ZloOpenState& zlo, ExchangeAnalysi
         return head;
     }
     if (folderDialog) {
-        analysis.check_rcvd_zlo(ZloFile(run.in_name), RemarkCells::fromOptions(ctx.options));
+        analysis.check_rcvd_zlo(openZloInput(run), RemarkCells::fromOptions(ctx.options));
         if (ctx.options.isOn("Option02", 2) && run.in_name != zlo.prev_in_name) {
             head = read_zlo_head(ctx, zlo, analysis);
         }
@@ -194,7 +203,7 @@ void read_zlo(const ReaderContext& ctx)
 
     ctx.trace.line("Private sub read_zlo()");
     ctx.observer.status("  入力ファイルを読み込み中", base::Colour::Green);
-    const ZloFile file(run.in_name);
+    const ZloFile file = openZloInput(run);
     text::LineWriter out(ctx.work(base::working::zlog_1));
 
     Decoded d;
@@ -203,7 +212,7 @@ void read_zlo(const ReaderContext& ctx)
     const long count = file.count();
     for (long n = 2; n <= count; ++n) {
         const ZloQso z = decodeZloQso(file.record(n));
-        d.from(z);
+        d.from(z, file.modes());
         q.q_year = text::left(d.date, 4);
         q.q_month = Mid_sjis(d.date, 6, 2);
         q.q_day = text::right(d.date, 2);
@@ -265,7 +274,7 @@ Z2aResult mnuMake_z2a_Click(const ReaderContext& ctx)
 
     Z2aResult result;
     result.path = z2aName(run.in_name);
-    const ZloFile file(run.in_name);
+    const ZloFile file = openZloInput(run);
     text::LineWriter out(result.path, text::LineWriter::Mode::ReplaceWhenDone);
     out.write("zLog for Windows       by Vornhale 5.44");
 
@@ -273,7 +282,7 @@ Z2aResult mnuMake_z2a_Click(const ReaderContext& ctx)
     const long count = file.count();
     for (long n = 2; n <= count; ++n) {
         const ZloQso z = decodeZloQso(file.record(n));
-        d.from(z);
+        d.from(z, file.modes());
         std::string line = text::sjisColumn(d.date, 11) + text::sjisColumn(d.time, 6) + text::sjisColumn(z.call, 13) +
                            text::sjisColumn(d.rst_sent, 4) + text::sjisColumn(z.sent_nr, 8) + text::sjisColumn(d.rst_rcvd, 4);
         // A received number of nine characters stands in full and moves the rest along.

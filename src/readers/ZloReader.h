@@ -43,14 +43,21 @@ std::string noNameDialogText(std::string_view in_name);
 [[nodiscard]] ZloHead read_zlo_head(const ReaderContext& ctx, ZloOpenState& zlo,
                                     ExchangeAnalysis& analysis);
 
+/// The records of the binary log `run.in_name`: a `.ZLO` file as it stands, a `.ZLOX` file
+/// (kind Zlox) as the `.ZLO` that zLog would have written for it. Throws Failure 53 when the
+/// file cannot be read.
+ZloFile openZloInput(const InputState& run);
+
 /// The test of a `.ZLO` file in its open actions (`FileOpen_z`, `FileOpen_z_set`), once the
-/// dialog has put the path into `run.in_name`: `f_type` "zlo", `file_letter` "Z", the two
+/// dialog has put the path into `run.in_name`: the kind (`kind`: Zlo, or Zlox for zLog's
+/// extended log, which opens the same way), `f_type` "zlo", `file_letter` "Z", the two
 /// recent paths, a fresh question, `read_zlo_head`; "REFコンテスト(DX)" ticks `Check13`.
 /// `folderDialog` (`FileOpen_z_set`) runs `check_rcvd_zlo` once more and, with `Option02(2)` and
 /// another file than before, `read_zlo_head` again. With `Check5` the front end runs
 /// `read_cont_name_zlo` after it, then `Disp_in_name`.
 [[nodiscard]] ZloHead openZloFile(const ReaderContext& ctx, ZloOpenState& zlo,
-                                  ExchangeAnalysis& analysis, bool folderDialog);
+                                  ExchangeAnalysis& analysis, bool folderDialog,
+                                  InputKind kind = InputKind::Zlo);
 
 /// `read_zlo`: each QSO record of `run.in_name` as one common QSO line in `zlog_1.txt`,
 /// adding one to `written_count` for each line written. Mode, band and frequency keep what

@@ -85,6 +85,14 @@ ZloFile ZloFile::fromBytes(std::string bytes)
     return f;
 }
 
+ZloFile ZloFile::fromRecords(std::string bytes, ZloModes modes)
+{
+    ZloFile f;
+    f.m_bytes = std::move(bytes);
+    f.m_modes = modes;
+    return f;
+}
+
 ZloRecord ZloFile::record(long n) const
 {
     ZloRecord r{};
@@ -166,10 +174,16 @@ std::string zloRst(std::uint8_t low, std::uint8_t high)
     return std::to_string(low + 256 * high);
 }
 
-void zloMode(std::uint8_t index, std::string& mode)
+void zloMode(std::uint8_t index, std::string& mode, ZloModes modes)
 {
     static constexpr const char* kModes[] = {"CW", "SSB", "FM", "AM", "RTY", "Other"};
-    if (index < std::size(kModes)) {
+    static constexpr const char* kCurrentModes[] = {"CW",  "SSB", "FM",  "AM",
+                                                    "RTY", "FT4", "FT8", "Other"};
+    if (modes == ZloModes::Current) {
+        if (index < std::size(kCurrentModes)) {
+            mode = kCurrentModes[index];
+        }
+    } else if (index < std::size(kModes)) {
         mode = kModes[index];
     }
 }

@@ -17,6 +17,10 @@ using ZloRecord = std::array<std::uint8_t, kZloRecordSize>;
 /// rounded to the nearest whole number, half to even (640 bytes: 2; 1,000 bytes: 4).
 long zloRecordCount(std::uintmax_t bytes);
 
+/// The mode tables of zLog's generations. Up to version 2.8.5.0 index 5 is "Other"; from
+/// 2.8.5.1 on, the version that writes `.ZLOX` logs, 5 is "FT4", 6 "FT8" and 7 "Other".
+enum class ZloModes { Classic, Current };
+
 /// A whole `.ZLO` file cut into 256-byte records. Nothing checks that it is a zLog file.
 class ZloFile
 {
@@ -25,6 +29,11 @@ public:
     explicit ZloFile(const std::filesystem::path& path);
     /// A file of these bytes (for tests and fuzzing).
     static ZloFile fromBytes(std::string bytes);
+    /// Records built from another form of log, whose mode indexes follow `modes`.
+    static ZloFile fromRecords(std::string bytes, ZloModes modes);
+
+    /// The mode table of the zLog that wrote the records.
+    ZloModes modes() const { return m_modes; }
 
     /// The record count by `zloRecordCount`.
     long count() const { return zloRecordCount(m_bytes.size()); }
@@ -35,6 +44,7 @@ public:
 private:
     ZloFile() = default;
     std::string m_bytes;
+    ZloModes m_modes = ZloModes::Classic;
 };
 
 /// What the header record gives.
@@ -78,7 +88,7 @@ std::string zloRst(std::uint8_t low, std::uint8_t high);
 
 /// Mode, band and power by their tables. An index outside its table assigns nothing, so the
 /// text keeps what the record before left in it.
-void zloMode(std::uint8_t index, std::string& mode);
+void zloMode(std::uint8_t index, std::string& mode, ZloModes modes = ZloModes::Classic);
 void zloBand(std::uint8_t index, std::string& band);
 void zloPower(std::uint8_t index, std::string& power);
 

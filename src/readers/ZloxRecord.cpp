@@ -1,0 +1,114 @@
+#include "readers/ZloxRecord.h"
+
+#include "text/LineFile.h"
+
+#include <algorithm>
+
+namespace vornhale::readers {
+namespace {
+
+// Places in a .ZLOX record.
+constexpr std::size_t kMemoLen = 175, kMemo = 176, kZloMemoSize = 64;
+constexpr std::size_t kDupe = 241;
+constexpr std::size_t kFreqLen = 256, kFreq = 257, kFreqSize = 10;
+constexpr std::size_t kQsyViolation = 267;
+// The header's "ZLOX" mark and contact count, where a .ZLO header holds its time stamp.
+constexpr std::size_t kHeaderMarkSize = 8;
+
+std::uint8_t byteAt(std::string_view record, std::size_t at)
+{
+    return at < record.size() ? static_cast<std::uint8_t>(record[at]) : 0;
+}
+
+// A counted string of the record: its length byte, never past its field.
+std::string_view counted(std::string_view record, std::size_t lengthAt, std::size_t at,
+                         std::size_t size)
+{
+    const std::size_t length = std::min<std::size_t>(byteAt(record, lengthAt), size);
+    if (at >= record.size()) {
+        return {};
+    }
+    return record.substr(at, std::min(length, record.size() - at));
+}
+
+bool isLeadByte(unsigned char b)
+{
+    return (b >= 0x81 && b <= 0x9F) || (b >= 0xE0 && b <= 0xFC);
+}
+
+// The first `limit` bytes of Shift-JIS text, one byte less where the cut would split a
+// double-byte character.
+std::string cutSjis(const std::string& bytes, std::size_t limit)
+{
+    std::size_t i = 0;
+    while (i < bytes.size()) {
+        const std::size_t width = isLeadByte(static_cast<unsigned char>(bytes[i])) ? 2 : 1;
+        if (i + width > limit) {
+            break;
+        }
+        i += width;
+    }
+    return bytes.substr(0, std::min(i, bytes.size()));
+}
+
+} // namespace
+
+long zloxRecordCount(std::uintmax_t bytes)
+{
+    return static_cast<long>(bytes / kZloxRecordSize);
+}
+
+std::string zloMemoOfZlox(std::string_view record)
+{
+    std::string memo;
+    auto add = [&memo](std::string_view part) {
+        if (part.empty()) {
+            return;
+        }
+        if (!memo.empty()) {
+            memo += ' ';
+        }
+        memo += part;
+    };
+    if (byteAt(record, kDupe) == 1) {
+        add("-DUPE-");
+    }
+    const std::string_view freq = counted(record, kFreqLen, kFreq, kFreqSize);
+    if (!freq.empty()) {
+        add("(" + std::string(freq) + ")");
+    }
+    add(counted(record, kMemoLen, kMemo, kZloMemoSize));
+    if (byteAt(record, kQsyViolation) == 1) {
+        add("*QSY Violation*");
+    }
+    return cutSjis(memo, kZloMemoSize);
+}
+
+ZloFile zloOfZlox(std::string_view bytes)
+{
+    const long count = zloxRecordCount(bytes.size());
+    std::string zlo;
+    zlo.reserve(static_cast<std::size_t>(count) * kZloRecordSize);
+    for (long n = 0; n < count; ++n) {
+        const std::string_view record =
+            bytes.substr(static_cast<std::size_t>(n) * kZloxRecordSize, kZloxRecordSize);
+        std::string out(record.substr(0, kZloRecordSize));
+        if (n == 0) {
+            std::fill_n(out.begin(), kHeaderMarkSize, '\0');
+        } else {
+            const std::string memo = zloMemoOfZlox(record);
+            std::fill(out.begin() + kMemo, out.begin() + kMemo + kZloMemoSize, '\0');
+            out[kMemoLen] = static_cast<char>(memo.size());
+            std::copy(memo.begin(), memo.end(), out.begin() + kMemo);
+        }
+        zlo += out;
+    }
+    return ZloFile::fromRecords(std::move(zlo), ZloModes::Current);
+}
+
+ZloFile readZloxFile(const std::filesystem::path& path)
+{
+    return zloOfZlox(text::readFileBytes(path));
+}
+
+} // namespace vornhale::readers

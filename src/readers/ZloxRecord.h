@@ -1,0 +1,36 @@
+#pragma once
+
+#include "readers/ZloRecord.h"
+
+#include <cstddef>
+#include <cstdint>
+#include <filesystem>
+#include <string>
+#include <string_view>
+
+namespace vornhale::readers {
+
+/// The records of zLog's extended binary log, `.ZLOX`. Bytes 0 to 255 of each record are the
+/// record of a `.ZLO` log; the rest holds the frequency and marks that `.ZLO` keeps in the
+/// memo. The header begins with "ZLOX" and the count of contacts.
+inline constexpr std::size_t kZloxRecordSize = 384;
+
+/// The number of whole 384-byte records in a `.ZLOX` file of `bytes` length, the header
+/// included. A cut-off last record is not counted.
+long zloxRecordCount(std::uintmax_t bytes);
+
+/// The memo as zLog writes it into a `.ZLO` record for a `.ZLOX` record `record` (384 bytes):
+/// "-DUPE-" when the dupe flag is set, the frequency field in parentheses, the memo, and
+/// "*QSY Violation*" when that flag is set, joined by single blanks. Shift-JIS bytes, cut to
+/// the 64 bytes of the `.ZLO` memo without splitting a double-byte character.
+std::string zloMemoOfZlox(std::string_view record);
+
+/// The `.ZLO` log that zLog would have written for the contacts of the `.ZLOX` bytes `bytes`:
+/// the header with its "ZLOX" mark and count cleared, and for each contact the first 256 bytes
+/// with the memo rebuilt by `zloMemoOfZlox`. Its modes follow current zLog's table.
+ZloFile zloOfZlox(std::string_view bytes);
+
+/// Reads a `.ZLOX` file as `zloOfZlox` does. Throws Failure 53 when it cannot be read.
+ZloFile readZloxFile(const std::filesystem::path& path);
+
+} // namespace vornhale::readers
