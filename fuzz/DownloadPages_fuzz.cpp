@@ -1,0 +1,29 @@
+// Runs the two page parsers of the download window over arbitrary bytes. A name they return
+// becomes a file of the program folder, so anything but a plain file name is a finding.
+
+#include "tools/DataDownloads.h"
+
+#include <cstdint>
+#include <cstdlib>
+#include <string>
+#include <string_view>
+
+namespace {
+
+void expectPlainName(const std::string& name)
+{
+    if (name == "." || name == ".." || name.find_first_of("/\\:") != std::string::npos) {
+        std::abort();
+    }
+}
+
+} // namespace
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size)
+{
+    using vornhale::tools::DataDownloads;
+    const std::string_view page(reinterpret_cast<const char*>(data), size);
+    expectPlainName(DataDownloads::ctyNameFromPage(page));
+    expectPlainName(DataDownloads::unlhaNameFromPage(page));
+    return 0;
+}
