@@ -11,6 +11,7 @@
 #include "engine/ResultGrid.h"
 #include "base/WorkingFiles.h"
 #include "history/NoQslMarking.h"
+#include "readers/CabrilloTxtForm.h"
 #include "readers/InputKinds.h"
 #include "readers/ZlogTranslators.h"
 #include "settings/RemarkHistory.h"
@@ -255,6 +256,10 @@ void cmdStart_Click(RunContext& ctx)
     for (const std::string& name : {run.names.out_name_ham0, run.names.out_name_con0,
                                     run.names.out_name_con, run.names.out_name_ham}) {
         removeIfExists(name);
+    }
+    // A log opened as Cabrillo also gets its zLog .TXT form beside it.
+    if (run.opened_as_cbr) {
+        readers::cabrillo_2_zlog_txt(ctx);
     }
     storeSettings(ctx, &settings::SettingsFiles::ini_write_old);
     ctx.trace.line("正常終了");

@@ -1,6 +1,8 @@
 #include "readers/InputKinds.h"
 
 #include "failure/Failure.h"
+#include "readers/AdifReader.h"
+#include "readers/CabrilloReader.h"
 #include "readers/ZloReader.h"
 #include "readers/ZloxReader.h"
 #include "readers/ZlogTextReader.h"
@@ -25,6 +27,9 @@ const std::array kRows{
     InputKindRow{InputKind::Zlox, "zlox", "zLog .ZLOX", ".ZLOX", true, &make<ZloxReader>},
     InputKindRow{InputKind::All, "all", "zLog .ALL", ".ALL", true, &make<ZlogTextReader>},
     InputKindRow{InputKind::Txt, "txt", "zLog .TXT", ".TXT", true, &make<ZlogTextReader>},
+    InputKindRow{InputKind::Cbr, "cbr", "Cabrillo", ".CBR;.LOG;.CQWW", false,
+                 &make<CabrilloReader>},
+    InputKindRow{InputKind::Adi, "adi", "ADIF", ".ADI;.ADIF;.ADIS", false, &make<AdifReader>},
 };
 
 bool listsExtension(const InputKindRow& row, const std::string& ext)

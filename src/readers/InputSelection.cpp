@@ -48,6 +48,8 @@ OpenResult openInput(const ReaderContext& ctx, const std::filesystem::path& path
     run.in_name = path.string();
     run.chosen_name = run.in_name;
     run.cont_name.clear();
+    run.opened_as_cbr = false; // only the Cabrillo open sets it
+    run.Label39.clear();
     ctx.trace.line("入力ファイル ：" + run.in_name);
 
     const InputKindRow* row = nullptr;

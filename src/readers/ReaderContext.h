@@ -33,6 +33,9 @@ struct InputState
     std::string file_letter; ///< "A", "T" or "Z"
     std::string lblIn_name;  ///< caption of the input-name label
     std::string Label37;     ///< caption of the input count ("123件")
+    std::string Label39;     ///< the QSO or record count of a Cabrillo or ADIF log ("12 件")
+    bool opened_as_cbr = false; ///< opened as Cabrillo: the run ends with its `.TXT` form
+    bool cbr_has_iota = false;  ///< the Cabrillo log's exchanges hold IOTA references
     std::string cont_name;   ///< contest name of a .ZLO log, empty otherwise
     OutputNames names;       ///< result names derived from `in_name`
     std::int32_t written_count = 0;

@@ -1,0 +1,437 @@
+#include "failure/Failure.h"
+#include "readers/CabrilloReader.h"
+#include "readers/CabrilloTxtForm.h"
+#include "readers/InputSelection.h"
+#include "support/RunFixture.h"
+
+#include <gtest/gtest.h>
+
+using namespace vornhale;
+namespace fs = std::filesystem;
+
+namespace {
+
+constexpr const char* kStart = "START-OF-LOG: 3.0";
+constexpr const char* kEnd = "END-OF-LOG:";
+
+// A QSO line in the columns of the Cabrillo template.
+std::string qso(const std::string& khz = "14025", const std::string& mode = "CW",
+                const std::string& date = "2026-11-22", const std::string& time = "0905",
+                const std::string& call = "JA1ABC", const std::string& rst = "599",
+                const std::string& exch = "25")
+{
+    const auto right = [](const std::string& s, std::size_t w) {
+        return s.size() < w ? std::string(w - s.size(), ' ') + s : s;
+    };
+    return "QSO: " + right(khz, 5) + " " + mode + " " + date + " " + time +
+           " ZZ9ZZZ        599 13     " + text::padRight(call, 13) + " " + right(rst, 3) + " " +
+           text::padRight(exch, 6) + " 0";
+}
+
+enum Field { Year, Month, Day, Time, Call, Sent, Rcvd, Band, Mode, Op, Memo, Freq, Exch };
+
+struct CabrilloRun : test::RunFixture
+{
+    settings::Options options = settings::Options::defaults();
+
+    fs::path write(const std::vector<std::string>& lines, const char* name = "TEST.CBR")
+    {
+        const fs::path path = dir / name;
+        test::writeSjisLines(path, lines);
+        return path;
+    }
+
+    std::vector<std::vector<std::string>> run(const std::vector<std::string>& lines)
+    {
+        const fs::path path = write(lines);
+        engine::RunContext& c = context(options);
+        c.run.in_name = path.string();
+        c.run.setKind(readers::InputKind::Cbr);
+        c.run.op_filter_name = options.value("txtOp_name");
+        readers::henkan_cbr_2_t(c);
+        return records(work("zlog_1.txt"), 13);
+    }
+
+    int failureOf(const std::vector<std::string>& lines)
+    {
+        try {
+            run(lines);
+        } catch (const failure::Failure& f) {
+            return f.number();
+        }
+        return 0;
+    }
+};
+
+} // namespace
+
+TEST(CabrilloRecognition, AFirstLineHoldingStartOfLogAnywhereOpensTheFile)
+{
+    test::RunFixture f;
+    for (const char* first : {"START-OF-LOG: 3.0", "START-OF-LOG:", "   START-OF-LOG:  2.0"}) {
+        readers::InputState run;
+        const fs::path p = f.dir / "a.cbr";
+        test::writeSjisLines(p, {first, qso(), kEnd});
+        EXPECT_TRUE(readers::FileOpen_cbr(run, p)) << first;
+        EXPECT_EQ(run.f_type, "cbr");
+        EXPECT_TRUE(run.opened_as_cbr);
+    }
+}
+
+TEST(CabrilloRecognition, AnyOtherFirstLineRejectsTheFileWithItsMessage)
+{
+    test::RunFixture f;
+    for (const std::vector<std::string>& lines :
+         {std::vector<std::string>{"", kStart, qso()}, {"QSO: 14025 CW", kStart},
+          {"start-of-log: 3.0", qso()}, {}}) {
+        readers::InputState run;
+        const fs::path p = f.dir / "a.log";
+        test::writeSjisLines(p, lines);
+        EXPECT_FALSE(readers::FileOpen_cbr(run, p));
+        EXPECT_EQ(run.in_name, "Cabrillo ﾌｧｲﾙではありません！");
+        EXPECT_EQ(run.lblIn_name, "Cabrillo ﾌｧｲﾙではありません！");
+        EXPECT_EQ(run.f_type, "");
+        EXPECT_FALSE(run.opened_as_cbr);
+    }
+}
+
+TEST(CabrilloRecognition, IotaReferencesInToken8SetTheFlagAndSouthAmericaIsNsNotSa)
+{
+    test::RunFixture f;
+    struct Case
+    {
+        const char* token8;
+        bool iota;
+    };
+    for (const Case& c : {Case{"EU-005", true}, {"NS-001", true}, {"AN-016", true},
+                          {"OC-123", true}, {"SA-001", false}, {"JA1ABC", false}}) {
+        readers::InputState run;
+        const fs::path p = f.dir / "iota.cbr";
+        const std::string line = "QSO: 14025 CW 2026-11-22 0905 ZZ9ZZZ 599 EU-001 " +
+                                 std::string(c.token8) + " 599 001 0";
+        test::writeSjisLines(p, {kStart, "CONTEST: RSGB-IOTA", line, kEnd});
+        ASSERT_TRUE(readers::FileOpen_cbr(run, p));
+        EXPECT_EQ(run.cbr_has_iota, c.iota) << c.token8;
+    }
+}
+
+TEST(CabrilloRecognition, TheIotaLookPassesOverShortQsoLinesAndTheFirstLine)
+{
+    test::RunFixture f;
+    readers::InputState run;
+    const fs::path p = f.dir / "short.cbr";
+    test::writeSjisLines(p, {"START-OF-LOG: 3.0 QSO: 1 2 3 4 5 6 7 EU-005", "SOAPBOX: QSO: EU-",
+                             qso(), kEnd});
+    ASSERT_TRUE(readers::FileOpen_cbr(run, p));
+    EXPECT_FALSE(run.cbr_has_iota);
+}
+
+TEST(CabrilloRecognition, OpeningCountsTheQsoLinesIntoLabel39)
+{
+    test::RunFixture f;
+    auto& ctx = f.context();
+    const fs::path p = f.dir / "CONTEST.CBR";
+    test::writeSjisLines(p, {kStart, "CALLSIGN: ZZ9ZZZ", qso(), qso("7025"),
+                             "X-QSO:  7026 CW 2026-11-22 0906 ZZ9ZZZ 599 25 JA1XYZ 599 13 0",
+                             kEnd});
+    ASSERT_EQ(readers::openInput(ctx, p, "cbr"), readers::OpenResult::Opened);
+    EXPECT_EQ(ctx.run.f_type, "cbr");
+    EXPECT_EQ(ctx.run.Label39, "3 件");
+    EXPECT_EQ(ctx.run.line_count, 3);
+    // The window's other label counts the lines (one more behind the last line end), less
+    // the first.
+    EXPECT_EQ(ctx.run.Label37, "   6　件");
+    EXPECT_EQ(ctx.run.names.out_name_ham_n, (f.dir / "CONTEST_hn.csv").string());
+}
+
+TEST(CabrilloRecognition, AnotherOpenClearsTheCabrilloMark)
+{
+    test::RunFixture f;
+    auto& ctx = f.context();
+    const fs::path cbr = f.dir / "CONTEST.CBR";
+    test::writeSjisLines(cbr, {kStart, qso(), kEnd});
+    ASSERT_EQ(readers::openInput(ctx, cbr, "cbr"), readers::OpenResult::Opened);
+    ASSERT_TRUE(ctx.run.opened_as_cbr);
+    const fs::path all = f.dir / "CONTEST.ALL";
+    test::writeSjisLines(all, {"zLog for Windows", "2026/11/21 23:19 JA1ZZZ       599         "
+                                                   "599 13      -     -     3.5  CW   1"});
+    ASSERT_EQ(readers::openInput(ctx, all, ""), readers::OpenResult::Opened);
+    EXPECT_FALSE(ctx.run.opened_as_cbr);
+    EXPECT_EQ(ctx.run.Label39, "");
+}
+
+TEST(CabrilloReader, TakesTheTokensOfAQsoLine)
+{
+    CabrilloRun r;
+    const auto recs = r.run({kStart, qso("14025", "CW", "2026-11-22", "0905", "JA1ABC", "579")});
+    ASSERT_EQ(recs.size(), 1u);
+    const auto& f = recs[0];
+    EXPECT_EQ(f[Year], "2026");
+    EXPECT_EQ(f[Month], "11");
+    EXPECT_EQ(f[Day], "22");
+    EXPECT_EQ(f[Time], "0905");
+    EXPECT_EQ(f[Call], "JA1ABC");
+    EXPECT_EQ(f[Sent], "599");
+    EXPECT_EQ(f[Rcvd], "579");
+    EXPECT_EQ(f[Band], "14");
+    EXPECT_EQ(f[Mode], "CW");
+    EXPECT_EQ(f[Op], "");
+    EXPECT_EQ(f[Memo], "");
+    EXPECT_EQ(f[Freq], "");
+    EXPECT_EQ(f[Exch], "");
+    EXPECT_EQ(r.ctx->run.written_count, 1);
+}
+
+TEST(CabrilloReader, TabsAndFullWidthBlanksBetweenColumnsReadTheSameAsBlanks)
+{
+    CabrilloRun r;
+    const std::string tabs = "QSO:\t14025\tCW\t2026-11-22\t0905\tZZ9ZZZ\t599\t25\tJA1ABC\t599\t13\t0";
+    const std::string wide =
+        "QSO:　14025　　CW 　2026-11-22\t 0905  ZZ9ZZZ　599 25 JA1ABC 599 13 0";
+    const std::string plain = "QSO: 14025 CW 2026-11-22 0905 ZZ9ZZZ 599 25 JA1ABC 599 13 0";
+    const auto recs = r.run({kStart, tabs, wide, plain});
+    ASSERT_EQ(recs.size(), 3u);
+    EXPECT_EQ(recs[0], recs[2]);
+    EXPECT_EQ(recs[1], recs[2]);
+    EXPECT_EQ(recs[2][Call], "JA1ABC");
+}
+
+TEST(CabrilloReader, SixPassesFoldRunsOfUpTo64BlanksAndALongerRunShiftsTheTokens)
+{
+    EXPECT_EQ(readers::normaliseCabrilloBlanks("a" + std::string(64, ' ') + "b", 6), "a b");
+    EXPECT_EQ(readers::normaliseCabrilloBlanks("a" + std::string(65, ' ') + "b", 6), "a  b");
+    EXPECT_EQ(readers::normaliseCabrilloBlanks("a" + std::string(65, ' ') + "b", 10), "a b");
+    // A tab is replaced after the blanks of its pass, so it folds in the next pass.
+    EXPECT_EQ(readers::normaliseCabrilloBlanks("a \t b", 1), "a   b");
+    EXPECT_EQ(readers::normaliseCabrilloBlanks("a \t b", 2), "a  b");
+
+    // A longer run leaves an empty token 1, which moves every column one place: the date is
+    // then the mode.
+    CabrilloRun r;
+    const std::string wide = "QSO:" + std::string(65, ' ') +
+                             "14025 CW 2026-11-22 0905 ZZ9ZZZ 599 25 JA1ABC 599 13 0";
+    EXPECT_EQ(r.failureOf({kStart, wide}), 9);
+}
+
+TEST(CabrilloReader, AHeaderBlockBeforeTheFirstQsoIsSkippedWithoutAnyOtherTest)
+{
+    CabrilloRun r;
+    const auto recs =
+        r.run({kStart, "CALLSIGN: ZZ9ZZZ", "CONTEST: CQ-WW-CW", "CATEGORY-OPERATOR: SINGLE-OP",
+               "NAME: 1 2 3 4 5 6 7 8 9 10 11 12", "SOAPBOX:", "", qso(), kEnd});
+    ASSERT_EQ(recs.size(), 1u);
+    EXPECT_EQ(recs[0][Call], "JA1ABC");
+}
+
+TEST(CabrilloReader, TheClosingLineHoldsNoQsoAndIsSkipped)
+{
+    CabrilloRun r;
+    const auto recs = r.run({kStart, qso(), qso("7025"), kEnd});
+    EXPECT_EQ(recs.size(), 2u);
+    EXPECT_EQ(r.ctx->run.written_count, 2);
+}
+
+TEST(CabrilloReader, AnyLineHoldingQsoIsRead)
+{
+    // An ignored contact (X-QSO:) holds "QSO:" too, and is converted like the others.
+    CabrilloRun r;
+    const auto recs =
+        r.run({kStart, "X-QSO: 14025 CW 2026-11-22 0905 ZZ9ZZZ 599 25 JA9XYZ 599 13 0"});
+    ASSERT_EQ(recs.size(), 1u);
+    EXPECT_EQ(recs[0][Call], "JA9XYZ");
+}
+
+TEST(CabrilloReader, BandByTheTableAndAFrequencyBetweenTheRangesKeepsTheBandBefore)
+{
+    CabrilloRun r;
+    const auto recs = r.run({kStart, qso("12000"), qso("14025"), qso("12000"), qso("1000"),
+                             qso("2000"), qso("5850000"), qso("30000"), qso("30001")});
+    ASSERT_EQ(recs.size(), 8u);
+    EXPECT_EQ(recs[0][Band], ""); // nothing before it
+    EXPECT_EQ(recs[1][Band], "14");
+    EXPECT_EQ(recs[2][Band], "14");
+    EXPECT_EQ(recs[3][Band], "1.9");
+    EXPECT_EQ(recs[4][Band], "1.9");
+    EXPECT_EQ(recs[5][Band], "5600");
+    EXPECT_EQ(recs[6][Band], "28");
+    EXPECT_EQ(recs[7][Band], "28");
+}
+
+TEST(CabrilloReader, ABandInCabrilloLettersIsBelow1000AndAssignsNothing)
+{
+    CabrilloRun r;
+    const auto recs = r.run({kStart, qso("50"), qso("7025"), qso("50"), qso("144"), qso("1.2G")});
+    EXPECT_EQ(recs[0][Band], "");
+    EXPECT_EQ(recs[1][Band], "7");
+    EXPECT_EQ(recs[2][Band], "7");
+    EXPECT_EQ(recs[3][Band], "7");
+    EXPECT_EQ(recs[4][Band], "7");
+}
+
+TEST(CabrilloReader, WithCheck17TheBandIsTheFrequencyInMhzRightAlignedInSixColumns)
+{
+    EXPECT_EQ(readers::cabrilloFrequencyMhz("14025"), "14.025");
+    EXPECT_EQ(readers::cabrilloFrequencyMhz("7025"), " 7.025");
+    EXPECT_EQ(readers::cabrilloFrequencyMhz("1830"), " 1.830");
+    // Longer texts stand whole; three characters or fewer get the point in front.
+    EXPECT_EQ(readers::cabrilloFrequencyMhz("144100"), "144.100");
+    EXPECT_EQ(readers::cabrilloFrequencyMhz("50"), "   .50");
+
+    CabrilloRun r;
+    r.options.set("Check17", "1");
+    const auto recs = r.run({kStart, qso("14025"), qso("7025"), qso("12000")});
+    EXPECT_EQ(recs[0][Band], "14.025");
+    EXPECT_EQ(recs[1][Band], " 7.025");
+    EXPECT_EQ(recs[2][Band], "12.000");
+    EXPECT_EQ(recs[0][Freq], "");
+}
+
+TEST(CabrilloReader, PhoneIsSsbAndRyIsRtyOtherModesStandAsTheyAre)
+{
+    CabrilloRun r;
+    const auto recs = r.run({kStart, qso("14200", "PH"), qso("14080", "RY"), qso("14074", "DG"),
+                             qso("14025", "CW/Digital")});
+    EXPECT_EQ(recs[0][Mode], "SSB");
+    EXPECT_EQ(recs[1][Mode], "RTY");
+    EXPECT_EQ(recs[2][Mode], "DG");
+    EXPECT_EQ(recs[3][Mode], "CW/Digital");
+}
+
+TEST(CabrilloReader, Check02WithAnOperatorNameDropsEveryLine)
+{
+    CabrilloRun r;
+    r.options.set("Check02", "1");
+    r.options.set("txtOp_name", "JA1ZZZ");
+    const auto recs = r.run({kStart, qso(), qso("7025")});
+    EXPECT_TRUE(recs.empty());
+    EXPECT_EQ(r.ctx->run.written_count, 0);
+}
+
+TEST(CabrilloReader, Check02WithoutANameAndTheOpItemKeepEveryLineWithAnEmptyOperator)
+{
+    CabrilloRun r;
+    r.options.set("Check02", "1");
+    r.options.set("Rmks1_cfg", "OP,memo");
+    const auto recs = r.run({kStart, qso() + " %%JA1ZZZ%%", qso("7025")});
+    ASSERT_EQ(recs.size(), 2u);
+    EXPECT_EQ(recs[0][Op], "");
+    EXPECT_EQ(recs[0][Memo], "");
+}
+
+TEST(CabrilloReader, AQsoLineOfFewerThanElevenTokensFailsWithNumber9)
+{
+    CabrilloRun r;
+    EXPECT_EQ(r.failureOf({kStart, "QSO: 14025 CW 2026-11-22 0905 ZZ9ZZZ 599 25 JA1ABC 599"}), 9);
+    EXPECT_EQ(r.failureOf({kStart, "SOAPBOX: 100 QSO: in one night"}), 9);
+}
+
+TEST(CabrilloReader, ADateWithoutTwoDashesFailsWithNumber9)
+{
+    CabrilloRun r;
+    EXPECT_EQ(r.failureOf({kStart, qso("14025", "CW", "2026/11/22")}), 9);
+    EXPECT_EQ(r.failureOf({kStart, qso("14025", "CW", "2026-1122")}), 9);
+}
+
+TEST(CabrilloReader, AFileWithoutLinesFailsPastItsEnd)
+{
+    CabrilloRun r;
+    EXPECT_EQ(r.failureOf({}), 62);
+}
+
+TEST(CabrilloReader, ALeadingBlankShiftsTheTokensSoTheDateFails)
+{
+    // The line is not trimmed: its first token is empty and the mode stands where the date
+    // is looked for.
+    CabrilloRun r;
+    EXPECT_EQ(r.failureOf({kStart, " " + qso()}), 9);
+}
+
+TEST(CabrilloTxtForm, WritesTheColumnsOfTheZlogTxtForm)
+{
+    readers::CabrilloTxtForm form;
+    const std::string line =
+        "QSO: 14025 CW 2026-11-22 0905 ZZ9ZZZ        599 25     JA1ABC        579 13     0";
+    EXPECT_EQ(form.line(line),
+              " 11  22 0905 JA1ABC     59925        579      13  " "    14CW      ");
+}
+
+TEST(CabrilloTxtForm, PhoneAndRttyModesAndTheBandText)
+{
+    readers::CabrilloTxtForm form;
+    const std::string ph =
+        "QSO:  3799 PH 2026-03-06 0711 ZZ9ZZZ         59 700    JA1ABC         59 CT     0";
+    EXPECT_EQ(form.line(ph), " 03  06 0711 JA1ABC      59700        59      CT     3.5SSB     ");
+    const std::string ry =
+        "QSO: 21080 RY 2026-03-06 0711 ZZ9ZZZ        599 05     JA1ABC        599 25     0";
+    EXPECT_EQ(form.line(ry), " 03  06 0711 JA1ABC     59905        599      25     1.9RTY     ");
+}
+
+TEST(CabrilloTxtForm, BandTextFromTheFrequency)
+{
+    EXPECT_EQ(readers::cabrilloTxtBand("14025"), "14");
+    EXPECT_EQ(readers::cabrilloTxtBand("14000"), "14");
+    EXPECT_EQ(readers::cabrilloTxtBand("3512"), "3.5");
+    EXPECT_EQ(readers::cabrilloTxtBand("1830"), "1.9");
+    EXPECT_EQ(readers::cabrilloTxtBand("7123"), "7");
+    EXPECT_EQ(readers::cabrilloTxtBand("28000"), "28");
+    EXPECT_EQ(readers::cabrilloTxtBand("21000"), "21");
+    // "21.0" holds "1.": a 21 MHz frequency off the round figure reads as 1.9.
+    EXPECT_EQ(readers::cabrilloTxtBand("21025"), "1.9");
+    EXPECT_EQ(readers::cabrilloTxtBand("1296100"), "1296");
+    // Bands in Cabrillo letters have nothing before their last three characters.
+    EXPECT_EQ(readers::cabrilloTxtBand("50"), "");
+    EXPECT_EQ(readers::cabrilloTxtBand("144"), "");
+    EXPECT_EQ(readers::cabrilloTxtBand("1.2G"), "1.9");
+}
+
+TEST(CabrilloTxtForm, TheExtraColumnsGoByTheHighestTokenIndexOfTheThirdRange)
+{
+    readers::CabrilloTxtForm form;
+    const std::string head = "QSO: 14025 CW 2026-11-22 0905 ZZ9ZZZ        599 25     ";
+    // Index 4: token 2 once more; index 5: tokens 3 and 4.
+    EXPECT_EQ(form.line(head + "JA1ABC 599 13 MA 0"),
+              " 11  22 0905 JA1ABC     59925        599      1313  " "    14CW      ");
+    EXPECT_EQ(form.line(head + "JA1ABC 599 13 MA X 0"),
+              " 11  22 0905 JA1ABC     59925        599      13MAX  " "    14CW      ");
+    // Index 2 (no transmitter column) and index 6 leave them as the line before did.
+    EXPECT_EQ(form.line(head + "JA1ABC 599 13"),
+              " 11  22 0905 JA1ABC     59925        599      13MAX  " "    14CW      ");
+    EXPECT_EQ(form.line(head + "JA1ABC 599 13 0"),
+              " 11  22 0905 JA1ABC     59925        599      13  " "    14CW      ");
+    EXPECT_EQ(form.line(head + "JA1ABC 599 13 A B C 0"),
+              " 11  22 0905 JA1ABC     59925        599      13  " "    14CW      ");
+}
+
+TEST(CabrilloTxtForm, ALineThatDoesNotReachTheThirdRangeFailsWithNumber9)
+{
+    readers::CabrilloTxtForm form;
+    try {
+        form.line("QSO: 14025 CW 2026-11-22 0905 ZZ9ZZZ 599 25 JA1ABC 599 13 0");
+        FAIL() << "no failure";
+    } catch (const failure::Failure& f) {
+        EXPECT_EQ(f.number(), 9);
+    }
+}
+
+TEST(CabrilloTxtForm, TheSideOutputIsWrittenBesideTheLogOnlyWhenComplete)
+{
+    CabrilloRun r;
+    const std::string good =
+        "QSO: 14025 CW 2026-11-22 0905 ZZ9ZZZ        599 25     JA1ABC        579 13     0";
+    const fs::path log = r.write({kStart, "CALLSIGN: ZZ9ZZZ", good, good, kEnd}, "LOG.cbr");
+    auto& c = r.context();
+    c.run.in_name = log.string();
+    const std::string written = readers::cabrillo_2_zlog_txt(c);
+    EXPECT_EQ(written, (r.dir / "LOG_cbr2zlogt.txt").string());
+    const auto lines = test::readSjisLines(written);
+    ASSERT_EQ(lines.size(), 3u);
+    EXPECT_EQ(lines[0],
+              "mon day time  callsign      sent         rcvd      multi   MHz mode pts memo");
+    EXPECT_EQ(lines[1], lines[2]);
+    EXPECT_EQ(test::readBytes(written).find("\r\n"), lines[0].size());
+
+    const fs::path bad = r.write({kStart, good, "QSO: 14025 CW 2026-11-22 0905"}, "BAD.cbr");
+    c.run.in_name = bad.string();
+    EXPECT_THROW(readers::cabrillo_2_zlog_txt(c), failure::Failure);
+    EXPECT_FALSE(fs::exists(r.dir / "BAD_cbr2zlogt.txt"));
+}
