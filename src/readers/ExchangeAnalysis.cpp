@@ -6,6 +6,7 @@
 #include "settings/Options.h"
 #include "text/Chars.h"
 #include "text/LineFile.h"
+#include "text/Record.h"
 #include "text/SjisText.h"
 
 #include <limits>
@@ -257,8 +258,7 @@ void ExchangeAnalysis::check_rcvd_zlo(const ZloFile& file, const RemarkCells& la
     tail(layout, true);
 }
 
-void ExchangeAnalysis::linePass(const std::filesystem::path& path, std::string_view in_name,
-                                bool check6, const RemarkCells& layout, Form form)
+void ExchangeAnalysis::startPass()
 {
     lblDX_warning = false;
     lblCon_No.clear();
@@ -267,6 +267,36 @@ void ExchangeAnalysis::linePass(const std::filesystem::path& path, std::string_v
     long_call_count = 0;
     portable_count = 0;
     counters = {};
+}
+
+void ExchangeAnalysis::countExchange(const std::string& exchange)
+{
+    const std::size_t length = text::charCount(exchange);
+    bump(length);
+    const bool numeric = isNumericText(exchange);
+    if (numeric) {
+        bump(kNumeric);
+        if (exchange == "00") {
+            bump(kDoubleZero);
+        }
+    } else {
+        bump(kNotNumeric);
+    }
+    if (!isNumericText(text::left(exchange, 1))) {
+        bump(kFirstNotNumeric);
+    }
+    if (length > 7) {
+        bump(kLong);
+    }
+    if (numeric && length == 2) {
+        bump(kTwoDigits);
+    }
+}
+
+void ExchangeAnalysis::linePass(const std::filesystem::path& path, std::string_view in_name,
+                                bool check6, const RemarkCells& layout, Form form)
+{
+    startPass();
 
     text::LineReader in(path);
     in.next(); // the first line names the logger or titles the columns
@@ -277,26 +307,7 @@ void ExchangeAnalysis::linePass(const std::filesystem::path& path, std::string_v
         const std::string exchange = form == Form::All
                                          ? std::string(text::trim(text::Mid_sjis(line, 47, 8)))
                                          : std::string(text::trim(text::Mid_sjis(line, 41, 9)));
-        const std::size_t length = text::charCount(exchange);
-        bump(length);
-        const bool numeric = isNumericText(exchange);
-        if (numeric) {
-            bump(kNumeric);
-            if (exchange == "00") {
-                bump(kDoubleZero);
-            }
-        } else {
-            bump(kNotNumeric);
-        }
-        if (!isNumericText(text::left(exchange, 1))) {
-            bump(kFirstNotNumeric);
-        }
-        if (length > 7) {
-            bump(kLong);
-        }
-        if (numeric && length == 2) {
-            bump(kTwoDigits);
-        }
+        countExchange(exchange);
         const std::string call = form == Form::All
                                      ? std::string(text::trim(text::Mid_sjis(line, 18, 11)))
                                      : std::string(text::trim(text::Mid_sjis(line, 13, 11)));
@@ -320,6 +331,52 @@ void ExchangeAnalysis::linePass(const std::filesystem::path& path, std::string_v
         lblCon_No = kAgeExchange;
     }
     tail(layout, false);
+}
+
+void ExchangeAnalysis::logPass(const std::filesystem::path& path, const RemarkCells& layout,
+                               std::size_t fieldsPerRecord, std::size_t rcvdField,
+                               std::size_t callField)
+{
+    startPass();
+
+    // An RTCL text log has no title line; a record short of fields takes the next line's.
+    text::RecordReader in(path);
+    while (!in.atEnd()) {
+        const std::vector<std::string> f = in.fields(fieldsPerRecord);
+        ++qso_lines;
+        const std::string rcvd =
+            text::replaceAll(text::replaceAll(f[rcvdField], "599-", ""), "-", "");
+        countExchange(text::left(rcvd, 8));
+        countCallParts(std::string(text::trim(f[callField])), false, 0);
+    }
+
+    if (counters[kNotNumeric] > 0) {
+        rcvd_has_state = true;
+    }
+    // One numeric exchange and one of three characters, whatever the length of the log.
+    if (counters[kNumeric] == 1 && counters[3] == 1) {
+        rcvd_has_zone = true;
+    }
+    if (counters[kLong] > 0 && counters[kNotNumeric] > 0) {
+        rcvd_has_iota = true;
+    }
+    if (counters[kDoubleZero] == 1 && counters[kNotNumeric] == 0) {
+        rcvd_has_iota = rcvd_has_zone = rcvd_has_state = false;
+        lblCon_No = kAgeExchange;
+    }
+    tail(layout, false);
+}
+
+void ExchangeAnalysis::check_rcvd_log_old(const std::filesystem::path& path,
+                                          const RemarkCells& layout)
+{
+    logPass(path, layout, 12, 5, 3);
+}
+
+void ExchangeAnalysis::check_rcvd_log_new(const std::filesystem::path& path,
+                                          const RemarkCells& layout)
+{
+    logPass(path, layout, 13, 4, 2);
 }
 
 void ExchangeAnalysis::check_rcvd_all(const std::filesystem::path& path, std::string_view in_name,

@@ -94,6 +94,16 @@ public:
     void check_rcvd_txt(const std::filesystem::path& path, std::string_view in_name, bool check6,
                         const RemarkCells& layout);
 
+    /// The statistical passes over an RTCL text log at `path`, before version 3.00 (12
+    /// fields a record) and from 3.00 (13 fields): every record counts, none is dropped. The
+    /// exchange is the received field with every "599-" and then every "-" removed, cut to
+    /// 8 characters. Of the decisions only four apply, and the zone needs exactly one numeric
+    /// exchange and exactly one of three characters. Throw Failure 53 when the file cannot be
+    /// read, Failure 62 when its last record lacks fields, Failure 6 when a counter passes
+    /// 32,767.
+    void check_rcvd_log_old(const std::filesystem::path& path, const RemarkCells& layout);
+    void check_rcvd_log_new(const std::filesystem::path& path, const RemarkCells& layout);
+
     /// `change_color_9`: every cell whose caption equals `highlight_item` turns light cyan.
     void change_color_9(const RemarkCells& layout);
     /// `change_color_0`: every cell back to the button face.
@@ -106,6 +116,10 @@ private:
     enum class Form { All, Txt };
     void linePass(const std::filesystem::path& path, std::string_view in_name, bool check6,
                   const RemarkCells& layout, Form form);
+    void startPass();
+    void countExchange(const std::string& exchange);
+    void logPass(const std::filesystem::path& path, const RemarkCells& layout,
+                 std::size_t fieldsPerRecord, std::size_t rcvdField, std::size_t callField);
     void countCallParts(std::string_view call, bool zlo, std::size_t lengthByte);
     void tail(const RemarkCells& layout, bool zlo);
     void showMissing();

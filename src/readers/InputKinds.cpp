@@ -1,8 +1,8 @@
 #include "readers/InputKinds.h"
 
 #include "failure/Failure.h"
-#include "readers/AdifReader.h"
-#include "readers/CabrilloReader.h"
+#include "readers/RtclBinaryReader.h"
+#include "readers/RtclTextReader.h"
 #include "readers/ZloReader.h"
 #include "readers/ZloxReader.h"
 #include "readers/ZlogTextReader.h"
@@ -27,9 +27,15 @@ const std::array kRows{
     InputKindRow{InputKind::Zlox, "zlox", "zLog .ZLOX", ".ZLOX", true, &make<ZloxReader>},
     InputKindRow{InputKind::All, "all", "zLog .ALL", ".ALL", true, &make<ZlogTextReader>},
     InputKindRow{InputKind::Txt, "txt", "zLog .TXT", ".TXT", true, &make<ZlogTextReader>},
-    InputKindRow{InputKind::Cbr, "cbr", "Cabrillo", ".CBR;.LOG;.CQWW", false,
-                 &make<CabrilloReader>},
-    InputKindRow{InputKind::Adi, "adi", "ADIF", ".ADI;.ADIF;.ADIS", false, &make<AdifReader>},
+    // RTCL logs of every generation are named .LOG; only the menu tells them apart.
+    InputKindRow{InputKind::LogOld, "log_old", "RTCL .log (ver 3.00 より前)", ".LOG", false,
+                 &RtclTextReader::makeOld},
+    InputKindRow{InputKind::LogNew, "log_new", "RTCL .log (ver 3.00 以降)", ".LOG", false,
+                 &RtclTextReader::makeNew},
+    InputKindRow{InputKind::LogV4, "log_v4", "RTCL .log (ver 4.00 以降)", ".LOG", false,
+                 &RtclBinaryReader::makeV4},
+    InputKindRow{InputKind::LogV430, "log_v430", "RTCL .log (ver 4.30 以降)", ".LOG", false,
+                 &RtclBinaryReader::makeV430},
 };
 
 bool listsExtension(const InputKindRow& row, const std::string& ext)

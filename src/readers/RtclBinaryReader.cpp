@@ -1,0 +1,326 @@
+#include "readers/RtclBinaryReader.h"
+
+#include "failure/Failure.h"
+#include "readers/RtclZlogMakers.h"
+#include "readers/ZlogTextReader.h"
+#include "text/Chars.h"
+#include "text/LineFile.h"
+#include "text/Record.h"
+#include "text/SjisCodec.h"
+
+#include <array>
+#include <chrono>
+#include <cmath>
+#include <cstdio>
+#include <cstring>
+#include <limits>
+
+namespace vornhale::readers {
+namespace {
+
+namespace fs = std::filesystem;
+
+// The rows of the rig, from 1.8 MHz up. A raw value is the frequency times a fixed factor
+// above the row's start.
+constexpr std::array<RtclRigRow, 21> kRig{{
+    {997670912, 1800000, 256, 1},         {1023270912, 1900000, 256, 1},
+    {1253306368, 3500000, 128, 1},        {1521741824, 7000000, 64, 1},
+    {1662177280, 10000000, 32, 1},        {1790177280, 14000000, 32, 1},
+    {1898612736, 18000000, 16, 1},        {1946612736, 21000000, 16, 1},
+    {1994612736, 24000000, 16, 1},        {2058612736, 28000000, 16, 1},
+    {2074612736, 29000000, 16, 1},        {2279048192, 50000000, 8, 1},
+    {2287048192, 51000000, 8, 1},         {2295048192, 52000000, 8, 1},
+    {2303048192, 53000000, 8, 1},         {2311048192, 54000000, 8, 1},
+    {2703919104, 144000000, 2, 1},        {3114354560, 430000000, 1, 1},
+    {3521225472, 1200000000, 25, 100},    {3789660928, 2400000000, 125, 1000},
+    {4108096384, 5600000000, 625, 10000},
+}};
+
+struct BandBase
+{
+    const char* band;
+    std::int64_t hz;
+};
+
+constexpr BandBase kBandBases[] = {
+    {"1.8", 1800000},       {"1.9", 1900000},   {"3.5", 3500000},     {"7", 7000000},
+    {"10", 10000000},       {"14", 14000000},   {"18", 18000000},     {"21", 21000000},
+    {"24", 24000000},       {"28", 28000000},   {"29", 29000000},     {"50", 50000000},
+    {"144", 144000000},     {"430", 430000000}, {"1200", 1200000000}, {"2400", 2400000000LL},
+    {"5600", 5600000000LL},
+};
+
+std::int64_t bandBase(std::string_view band)
+{
+    const std::string_view b = text::trim(band);
+    for (const BandBase& row : kBandBases) {
+        if (b == row.band) {
+            return row.hz;
+        }
+    }
+    return 0;
+}
+
+// Field places of a record; the two generations part from offset 134.
+struct Layout
+{
+    std::size_t multi1, multi1Size, multi2, multi2Size, multi3, op, memo;
+};
+constexpr Layout kV4{134, 6, 140, 6, 146, 158, 168};
+constexpr Layout kV430{134, 10, 144, 8, 152, 164, 174};
+constexpr std::size_t kMulti3Size = 6, kOpSize = 6, kMemoSize = 20;
+
+std::string field(std::string_view r, std::size_t offset, std::size_t size)
+{
+    return text::decodeSjis(r.substr(offset, size));
+}
+
+// The VB date range: 0100-01-01 to 9999-12-31.
+constexpr double kFirstDay = -657434.0;
+constexpr double kPastLastDay = 2958466.0;
+
+} // namespace
+
+std::size_t rtclRecordSize(InputKind kind)
+{
+    return kind == InputKind::LogV430 ? kRtclV430RecordSize : kRtclV4RecordSize;
+}
+
+long rtclRecordCount(std::uintmax_t bytes, std::size_t recordSize)
+{
+    const std::uintmax_t whole = bytes / recordSize;
+    const std::uintmax_t rest = bytes % recordSize;
+    std::uintmax_t n = whole;
+    // Rounded as the language rounds: a half goes to the even neighbour.
+    if (2 * rest > recordSize || (2 * rest == recordSize && whole % 2 == 1)) {
+        ++n;
+    }
+    return static_cast<long>(n);
+}
+
+std::span<const RtclRigRow> rtclRigTable()
+{
+    return kRig;
+}
+
+std::string rtclHz(std::int32_t raw, std::string_view band)
+{
+    std::int64_t base = bandBase(band);
+    std::int64_t step = 0;
+    if (raw != 0) {
+        const std::int64_t r = raw;
+        for (std::size_t i = 0; i < kRig.size(); ++i) {
+            const std::int64_t from = kRig[i].start - 1;
+            const std::int64_t to = i + 1 < kRig.size() ? kRig[i + 1].start - 1
+                                                        : std::numeric_limits<std::int64_t>::max();
+            // The start − 1 of a row belongs to that row, not to the one below it.
+            if (r >= from && r < to) {
+                base = kRig[i].baseHz;
+                const std::int64_t d = r - kRig[i].start;
+                if (d > 0) {
+                    const double s = static_cast<double>(d) / kRig[i].divisor * kRig[i].multiplier;
+                    step = static_cast<std::int64_t>(std::nearbyint(s));
+                }
+                break;
+            }
+        }
+    }
+    return std::to_string(base + step);
+}
+
+std::string rtclRoundedKhz(std::string_view hz)
+{
+    const std::size_t n = text::charCount(hz);
+    const std::string khz = text::left(hz, n >= 3 ? n - 3 : 0) + "." + text::right(hz, 3);
+    const double rounded = std::floor(text::val(khz) + 0.5);
+    char buf[32];
+    std::snprintf(buf, sizeof buf, "%.0f", rounded);
+    return buf;
+}
+
+long rtclPoints(std::uint8_t byte)
+{
+    // The decimal digits taken as hexadecimal ones.
+    long value = 0;
+    for (const char c : std::to_string(byte)) {
+        value = value * 16 + (c - '0');
+    }
+    return value;
+}
+
+RtclBinaryRecord decodeRtclRecord(std::string_view r, InputKind kind)
+{
+    const Layout& l = kind == InputKind::LogV430 ? kV430 : kV4;
+    RtclBinaryRecord q;
+    q.number = field(r, 0, 5);
+    q.band = field(r, 5, 4);
+    std::uint32_t rig = 0;
+    std::memcpy(&rig, r.data() + 12, sizeof rig);
+    q.rig = static_cast<std::int32_t>(rig);
+    q.mode = field(r, 17, 5);
+    q.kept = field(r, 22, 5);
+    q.dupe = static_cast<std::uint8_t>(r[27]);
+    std::memcpy(&q.when, r.data() + 29, sizeof q.when);
+    q.call = field(r, 37, 13);
+    q.sent_rst = field(r, 50, 6);
+    q.sent1 = field(r, 56, 25);
+    q.sent2 = field(r, 81, 10);
+    q.rcvd_rst = field(r, 91, 6);
+    q.rcvd1 = field(r, 97, 25);
+    q.rcvd2 = field(r, 122, 10);
+    q.points = static_cast<std::uint8_t>(r[132]);
+    q.multi1 = field(r, l.multi1, l.multi1Size);
+    q.multi2 = field(r, l.multi2, l.multi2Size);
+    q.multi3 = field(r, l.multi3, kMulti3Size);
+    q.op = field(r, l.op, kOpSize);
+    q.memo = field(r, l.memo, kMemoSize);
+    return q;
+}
+
+void rtclDateTime(double when, std::string& date, std::string& time)
+{
+    if (!(when >= kFirstDay && when < kPastLastDay)) {
+        throw failure::Failure(failure::Overflow, "オーバーフローしました。");
+    }
+    // Whole days count from 1899-12-30 either way; the fraction is the time of that day.
+    double whole = std::trunc(when);
+    long long seconds = std::llround(std::fabs(when - whole) * 86400.0);
+    if (seconds >= 86400) {
+        seconds -= 86400;
+        whole += 1;
+    }
+    using namespace std::chrono;
+    const sys_days epoch = sys_days(year(1899) / December / 30);
+    const year_month_day ymd(epoch + days(static_cast<long long>(whole)));
+    char buf[32];
+    std::snprintf(buf, sizeof buf, "%04d/%02u/%02u", static_cast<int>(ymd.year()),
+                  static_cast<unsigned>(ymd.month()), static_cast<unsigned>(ymd.day()));
+    date = buf;
+    std::snprintf(buf, sizeof buf, "%02lld%02lld%02lld", seconds / 3600, (seconds / 60) % 60,
+                  seconds % 60);
+    time = buf;
+}
+
+std::vector<std::string> rtclWorkingFields(const RtclBinaryRecord& q)
+{
+    std::string date, time;
+    rtclDateTime(q.when, date, time);
+    const std::string note = q.dupe != 0 ? "-DUPE- " : "";
+    const std::string hz = rtclHz(q.rig, q.band);
+    return {q.number,
+            q.band,
+            date,
+            time,
+            q.band,
+            hz,
+            rtclRoundedKhz(hz),
+            q.mode,
+            q.kept,
+            q.call,
+            q.sent_rst,
+            q.sent1,
+            q.sent2,
+            q.rcvd_rst,
+            q.rcvd1,
+            q.rcvd2,
+            std::to_string(rtclPoints(q.points)),
+            q.multi1,
+            q.multi2,
+            q.multi3,
+            note,
+            q.op,
+            q.memo};
+}
+
+long decodeRtclLog(std::string_view bytes, InputKind kind, const std::filesystem::path& out)
+{
+    const std::size_t size = rtclRecordSize(kind);
+    const long count = rtclRecordCount(bytes.size(), size);
+    text::LineWriter writer(out);
+    std::string record;
+    long written = 0;
+    for (long n = 1; n <= count; ++n) {
+        // A record cut short by the end of the file reads zero bytes for the rest.
+        const std::size_t start = static_cast<std::size_t>(n - 1) * size;
+        record.assign(size, '\0');
+        if (start < bytes.size()) {
+            const std::size_t have = std::min(size, bytes.size() - start);
+            std::memcpy(record.data(), bytes.data() + start, have);
+        }
+        if (text::startsWith(record, "QTC")) {
+            continue; // QTC traffic, no contact
+        }
+        writer.write(text::formatRecord(rtclWorkingFields(decodeRtclRecord(record, kind))));
+        ++written;
+    }
+    writer.close();
+    return written;
+}
+
+std::string_view rtclVersionProblem(std::string_view bytes, InputKind kind)
+{
+    if (bytes.empty() || bytes[0] != '0') {
+        return kNotRtclV4;
+    }
+    if (kind == InputKind::LogV4 && bytes.size() % kRtclV4RecordSize != 0) {
+        return kNotBefore430;
+    }
+    if (kind == InputKind::LogV430 && bytes.size() % kRtclV430RecordSize != 0) {
+        return kNotFrom430;
+    }
+    return {};
+}
+
+RtclBinaryReader::RtclBinaryReader(InputKind kind) : m_kind(kind) {}
+
+std::unique_ptr<LogReader> RtclBinaryReader::makeV4()
+{
+    return std::make_unique<RtclBinaryReader>(InputKind::LogV4);
+}
+
+std::unique_ptr<LogReader> RtclBinaryReader::makeV430()
+{
+    return std::make_unique<RtclBinaryReader>(InputKind::LogV430);
+}
+
+OpenResult RtclBinaryReader::open(const ReaderContext& ctx, const std::filesystem::path& path)
+{
+    InputState& run = ctx.run;
+    // The menu names the generation before the file is looked at.
+    run.setKind(m_kind);
+    const std::string bytes = text::readFileBytes(path);
+    const std::string_view problem = rtclVersionProblem(bytes, m_kind);
+    if (!problem.empty()) {
+        ctx.dialogs.message("Vornhale", run.in_name + std::string(problem),
+                            base::Dialogs::Icon::Information);
+        return OpenResult::Rejected;
+    }
+    return OpenResult::Opened;
+}
+
+long RtclBinaryReader::countForLabel(const std::filesystem::path& path) const
+{
+    std::error_code ec;
+    const auto bytes = fs::file_size(path, ec);
+    return rtclRecordCount(ec ? 0 : bytes, rtclRecordSize(m_kind)) + 1;
+}
+
+void RtclBinaryReader::read(const ReaderContext& ctx)
+{
+    InputState& run = ctx.run;
+    // The text beside the log must not be the log itself: find out before writing anything.
+    rtclOutputName(run.in_name, "_log2a.all");
+    ctx.observer.status("  入力ファイル読み込み中", base::Colour::Green);
+    decodeRtclLog(text::readFileBytes(run.in_name), m_kind, ctx.work("rtcl_tmp.txt"));
+    make_rtcl_log_to_zlog_all(ctx);
+
+    // `a_2_t` reads the working text and puts the operator's path back when it ends.
+    if (run.chosen_name.empty()) {
+        run.chosen_name = run.in_name;
+    }
+    run.in_name = ctx.work("zlog_01.txt").string();
+    run.file_letter = "A";
+    a_2_t(ctx);
+}
+
+} // namespace vornhale::readers

@@ -1,0 +1,320 @@
+#include "readers/RtclZlogMakers.h"
+
+#include "failure/Failure.h"
+#include "readers/RtclBinaryReader.h"
+#include "readers/RtclTextReader.h"
+#include "readers/ZlogTranslators.h"
+#include "settings/SettingsFiles.h"
+#include "text/Chars.h"
+#include "text/LineFile.h"
+#include "text/Record.h"
+#include "text/SjisText.h"
+
+namespace vornhale::readers {
+namespace {
+
+namespace fs = std::filesystem;
+using text::left;
+using text::mid;
+using text::right;
+using text::sjisColumn;
+
+constexpr const char* kRtclTmp = "rtcl_tmp.txt";
+
+std::string trimmed(std::string_view s)
+{
+    return std::string(text::trim(s));
+}
+
+// What a line of either zLog form is made of.
+struct ZlogParts
+{
+    std::string date; ///< yyyy/mm/dd
+    std::string time; ///< hh:mm
+    std::string call, sentRst, sentNr, rcvdRst, rcvdNr, multi1, multi2, band, mode, points, memo;
+    bool wideMode = false; ///< the PSK modes take one column more
+};
+
+// The `.TXT` form as the `.TXT` reader takes its columns: month 1, day 5, time 8, call 13,
+// sent report 24, received report 37, received number 40, band 58, mode 64, memo 73.
+std::string txtLine(const ZlogParts& p)
+{
+    std::string out = right("0" + trimmed(mid(p.date, 6, 2)), 2) + "  ";
+    out += right("0" + trimmed(mid(p.date, 9, 2)), 2) + " ";
+    out += sjisColumn(text::replaceAll(p.time, ":", ""), 4) + " ";
+    out += sjisColumn(p.call, 11);
+    out += sjisColumn(p.sentRst, 3) + " " + sjisColumn(p.sentNr, 9);
+    out += sjisColumn(p.rcvdRst, 3) + " " + sjisColumn(p.rcvdNr, 9);
+    out += sjisColumn(p.multi1, 8);
+    out += sjisColumn(p.band, 6);
+    out += sjisColumn(p.mode, 4);
+    out += sjisColumn(p.points, 4) + " ";
+    out += p.memo;
+    return out;
+}
+
+// The mode column of a binary record's mode text; a text outside the rule keeps `mode`.
+void binaryMode(const std::string& text, std::string& mode, bool& wide)
+{
+    const std::string m = trimmed(text);
+    if (m == "RTTY") {
+        mode = "RTTY";
+    } else if (m == "PSK3" || m == "PSK31") {
+        mode = "PSK31";
+    } else if (m == "PSK6" || m == "PSK63") {
+        mode = "PSK63";
+    } else if (m == "USB" || m == "LSB") {
+        mode = "SSB ";
+    } else if (m == "CW") {
+        mode = "CW  ";
+    } else if (m == "FM") {
+        mode = "FM  ";
+    }
+    wide = mode == "PSK31" || mode == "PSK63";
+}
+
+// "-" stands for a blank multiplier.
+std::string multiplier(const std::string& m)
+{
+    const std::string t = trimmed(m);
+    return t.empty() ? std::string("-") : t;
+}
+
+ZlogParts binaryParts(const std::vector<std::string>& r, std::string& mode)
+{
+    namespace f = rtcl_tmp;
+    if (r.size() < f::kFields) {
+        throw failure::Failure(failure::SubscriptOutOfRange,
+                               "インデックスが有効範囲にありません。");
+    }
+    ZlogParts p;
+    p.date = r[f::date];
+    p.time = left(r[f::time], 2) + ":" + mid(r[f::time], 3, 2);
+    p.call = trimmed(r[f::call]);
+    p.sentRst = trimmed(r[f::sent_rst]);
+    p.sentNr = trimmed(r[f::sent1]) + trimmed(r[f::sent2]);
+    p.rcvdRst = trimmed(r[f::rcvd_rst]);
+    p.rcvdNr = trimmed(r[f::rcvd1]) + trimmed(r[f::rcvd2]);
+    p.multi1 = multiplier(r[f::multi1]);
+    p.multi2 = multiplier(r[f::multi2]);
+    p.band = trimmed(r[f::band]);
+    binaryMode(r[f::mode], mode, p.wideMode);
+    p.mode = mode;
+    const bool dupe = !r[f::note].empty();
+    p.points = dupe ? std::string("0") : trimmed(r[f::points]);
+
+    const std::string op = trimmed(r[f::op]);
+    if (!op.empty()) {
+        p.memo = "%%" + op + "%% ";
+    }
+    p.memo += r[f::note];
+    if (!trimmed(r[f::khz]).empty()) {
+        p.memo += "(" + trimmed(r[f::khz]) + ")";
+    }
+    const std::string memo = trimmed(r[f::memo]);
+    if (!memo.empty()) {
+        p.memo += " " + memo;
+    }
+    return p;
+}
+
+// The record of a text log, for its makers.
+enum class Gen { Old, New };
+
+// "599-013" as "013": the first 8 characters without "599-" and "-".
+std::string textNumber(const std::string& field)
+{
+    return left(text::replaceAll(text::replaceAll(field, "599-", ""), "-", ""), 8);
+}
+
+// The rig's kHz without its point, as the memo: "14085", or "7025" for 07025.
+std::string frequencyMemo(const std::string& digits)
+{
+    std::string d = left(digits, 2) + right(digits, 3);
+    if (left(d, 1) == "0") {
+        d = mid(d, 2);
+    }
+    return "(" + d + ")";
+}
+
+ZlogParts textParts(const std::vector<std::string>& f, Gen gen)
+{
+    ZlogParts p;
+    p.sentRst = "599";
+    p.rcvdRst = "599";
+    if (gen == Gen::Old) {
+        p.date = text::replaceAll(f[1], "-", "/");
+        p.time = f[2];
+        p.call = f[3];
+        p.sentNr = textNumber(f[4]);
+        p.rcvdNr = textNumber(f[5]);
+        p.band = f[6];
+        p.points = f[7];
+        p.mode = "RTY";
+        if (text::contains(f[11], "[FRQ")) {
+            p.memo = frequencyMemo(rtclNoteFrequency(f[11]));
+        }
+    } else {
+        p.date = text::replaceAll(left(f[1], 10), "-", "/");
+        p.time = mid(f[1], 12, 5);
+        p.call = f[2];
+        p.sentNr = textNumber(f[3]);
+        p.rcvdNr = textNumber(f[4]);
+        p.band = f[5];
+        p.points = f[6];
+        p.mode = trimmed(f[11]) == "RTTY" ? std::string("RTY") : trimmed(f[11]);
+        p.wideMode = p.mode == "PSK31" || p.mode == "PSK63";
+        if (!text::trim(f[12]).empty()) {
+            p.memo = frequencyMemo(rtclFieldFrequency(f[12]));
+        }
+    }
+    return p;
+}
+
+std::string textAllLine(const ZlogParts& p)
+{
+    std::string out = p.date + " " + p.time + " ";
+    out += sjisColumn(p.call, 13) + sjisColumn(p.sentRst, 4) + sjisColumn(p.sentNr, 8);
+    out += sjisColumn(p.rcvdRst, 4) + sjisColumn(p.rcvdNr, 20);
+    out += sjisColumn(p.band, 5) + sjisColumn(p.mode, p.wideMode ? 6 : 5);
+    out += sjisColumn(p.points + "   ", 3) + p.memo;
+    return out;
+}
+
+std::string textMaker(const ReaderContext& ctx, Gen gen, ZlogForm form, const char* traceLine)
+{
+    ctx.trace.line(traceLine);
+    const std::string path =
+        rtclOutputName(ctx.run.in_name, form == ZlogForm::All ? "_l2z.all" : "_l2z.txt");
+    text::RecordReader in(ctx.run.in_name);
+    text::LineWriter out(path, text::LineWriter::Mode::ReplaceWhenDone);
+    out.write(form == ZlogForm::All ? rtclAllHeader() : std::string(kZa2tTitle));
+    const std::size_t count = gen == Gen::Old ? 12 : 13;
+    while (!in.atEnd()) {
+        const std::vector<std::string> f = in.fields(count);
+        if (f[0] == "QTC") {
+            continue; // no contact
+        }
+        const ZlogParts p = textParts(f, gen);
+        out.write(form == ZlogForm::All ? textAllLine(p) : txtLine(p));
+    }
+    out.close();
+    return path;
+}
+
+} // namespace
+
+std::string rtclAllHeader()
+{
+    return "zLog for Windows   (rtcl.log to zlog.all)    by Vornhale " +
+           std::string(settings::kProgramVersion);
+}
+
+std::string rtclOutputName(std::string_view in_name, std::string_view suffix)
+{
+    std::string out = text::replaceAll(in_name, ".log", suffix);
+    if (out == in_name) {
+        out = text::replaceAllNoCase(in_name, ".log", suffix);
+    }
+    if (out == in_name) {
+        throw failure::Failure(failure::InvalidCall,
+                               "出力ファイル名が入力ファイルと同じになります。 " +
+                                   std::string(in_name));
+    }
+    return out;
+}
+
+std::string rtclAllLine(const std::vector<std::string>& record, std::string& mode)
+{
+    const ZlogParts p = binaryParts(record, mode);
+    std::string out = p.date + " " + p.time + " ";
+    out += sjisColumn(p.call, 13) + sjisColumn(p.sentRst, 4) + sjisColumn(p.sentNr, 8);
+    out += sjisColumn(p.rcvdRst, 4) + sjisColumn(p.rcvdNr, 7) + " ";
+    out += sjisColumn(p.multi1, 5) + " " + sjisColumn(p.multi2, 5) + " ";
+    out += sjisColumn(p.band, 5) + sjisColumn(p.mode, p.wideMode ? 6 : 5);
+    out += sjisColumn(p.points, 4) + p.memo;
+    return out;
+}
+
+std::string rtclTxtLine(const std::vector<std::string>& record, std::string& mode)
+{
+    ZlogParts p = binaryParts(record, mode);
+    if (p.multi1 == "-") {
+        p.multi1.clear(); // the .TXT form leaves an old multiplier blank
+    }
+    return txtLine(p);
+}
+
+std::string make_rtcl_log_to_zlog_all(const ReaderContext& ctx)
+{
+    ctx.trace.line("Private sub make_rtcl_log_to_zlog_all()");
+    const std::string beside = rtclOutputName(ctx.run.in_name, "_log2a.all");
+    text::RecordReader in(ctx.work(kRtclTmp));
+    text::LineWriter work(ctx.work("zlog_01.txt"));
+    text::LineWriter out(beside, text::LineWriter::Mode::ReplaceWhenDone);
+    work.write(rtclAllHeader());
+    out.write(rtclAllHeader());
+    std::string mode;
+    while (!in.atEnd()) {
+        const std::string line = rtclAllLine(in.fields(rtcl_tmp::kFields), mode);
+        work.write(line);
+        out.write(line);
+    }
+    work.close();
+    out.close();
+    return beside;
+}
+
+std::string mnu_rtcl_log2all(const ReaderContext& ctx)
+{
+    return textMaker(ctx, Gen::Old, ZlogForm::All, "Private sub mnu_rtcl_log2all()");
+}
+
+std::string mnu_rtcl_log2txt(const ReaderContext& ctx)
+{
+    return textMaker(ctx, Gen::Old, ZlogForm::Txt, "Private sub mnu_rtcl_log2txt()");
+}
+
+std::string mnu_rtcl_log2all_new(const ReaderContext& ctx)
+{
+    return textMaker(ctx, Gen::New, ZlogForm::All, "Private sub mnu_rtcl_log2all_new()");
+}
+
+std::string mnu_rtcl_log2txt_new(const ReaderContext& ctx)
+{
+    return textMaker(ctx, Gen::New, ZlogForm::Txt, "Private sub mnu_rtcl_log2txt_new()");
+}
+
+std::string makeZlogFromBinary(const std::filesystem::path& log, InputKind kind, ZlogForm form,
+                               base::Trace& trace)
+{
+    trace.line(form == ZlogForm::All ? "Private sub cmdMake_all_Click()"
+                                     : "Private sub cmdMake_txt_Click()");
+    const std::string path =
+        rtclOutputName(log.string(), form == ZlogForm::All ? "_log2z.all" : "_log2z.txt");
+    const fs::path tmp = log.parent_path() / "tmp_log.csv";
+    // The working file goes whatever happens: it is no result of the operator's.
+    struct RemoveAtEnd
+    {
+        const fs::path& path;
+        ~RemoveAtEnd()
+        {
+            std::error_code ec;
+            fs::remove(path, ec);
+        }
+    } removeTmp{tmp};
+
+    decodeRtclLog(text::readFileBytes(log), kind, tmp);
+    text::RecordReader in(tmp);
+    text::LineWriter out(path, text::LineWriter::Mode::ReplaceWhenDone);
+    out.write(form == ZlogForm::All ? rtclAllHeader() : std::string(kZa2tTitle));
+    std::string mode;
+    while (!in.atEnd()) {
+        const std::vector<std::string> record = in.fields(rtcl_tmp::kFields);
+        out.write(form == ZlogForm::All ? rtclAllLine(record, mode) : rtclTxtLine(record, mode));
+    }
+    out.close();
+    return path;
+}
+
+} // namespace vornhale::readers
