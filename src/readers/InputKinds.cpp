@@ -1,6 +1,8 @@
 #include "readers/InputKinds.h"
 
 #include "failure/Failure.h"
+#include "readers/AdifReader.h"
+#include "readers/CabrilloReader.h"
 #include "readers/RtclBinaryReader.h"
 #include "readers/RtclTextReader.h"
 #include "readers/ZloReader.h"
@@ -36,6 +38,9 @@ const std::array kRows{
                  &RtclBinaryReader::makeV4},
     InputKindRow{InputKind::LogV430, "log_v430", "RTCL .log (ver 4.30 以降)", ".LOG", false,
                  &RtclBinaryReader::makeV430},
+    InputKindRow{InputKind::Cbr, "cbr", "Cabrillo", ".CBR;.LOG;.CQWW", false,
+                 &make<CabrilloReader>},
+    InputKindRow{InputKind::Adi, "adi", "ADIF", ".ADI;.ADIF;.ADIS", false, &make<AdifReader>},
 };
 
 bool listsExtension(const InputKindRow& row, const std::string& ext)
