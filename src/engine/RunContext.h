@@ -74,7 +74,8 @@ struct RunContext
     /// What the readers and open actions see of the run.
     operator readers::ReaderContext()
     {
-        return readers::ReaderContext{options, trace, observer, dialogs, folder.drive_path, run};
+        return readers::ReaderContext{options, trace, observer, dialogs, folder.drive_path, run,
+                                      folder.strPath};
     }
 };
 

@@ -5,7 +5,10 @@
 #include "readers/CabrilloReader.h"
 #include "readers/RtclBinaryReader.h"
 #include "readers/RtclTextReader.h"
+#include "readers/CtestwinReader.h"
+#include "readers/N1mmReader.h"
 #include "readers/ZloReader.h"
+#include "readers/ZloxReader.h"
 #include "readers/ZloxReader.h"
 #include "readers/ZlogTextReader.h"
 #include "text/Chars.h"
@@ -41,6 +44,8 @@ const std::array kRows{
     InputKindRow{InputKind::Cbr, "cbr", "Cabrillo", ".CBR;.LOG;.CQWW", false,
                  &make<CabrilloReader>},
     InputKindRow{InputKind::Adi, "adi", "ADIF", ".ADI;.ADIF;.ADIS", false, &make<AdifReader>},
+    InputKindRow{InputKind::Mdb, "mdb", "N1MM Logger .mdb", ".MDB", true, &make<N1mmReader>},
+    InputKindRow{InputKind::Lg8, "lg8", "CTESTWIN .lg8", ".LG8", true, &make<CtestwinReader>},
 };
 
 bool listsExtension(const InputKindRow& row, const std::string& ext)

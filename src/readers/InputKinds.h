@@ -36,6 +36,11 @@ public:
     /// a binary log).
     virtual long countForLabel(const std::filesystem::path& path) const;
 
+    /// The count the window shows once the open has run, plus one. By default
+    /// `countForLabel` of `run.in_name`; a kind whose open exports or converts the log counts
+    /// the lines of what it made.
+    virtual long countOpened(const InputState& run) const { return countForLabel(run.in_name); }
+
     /// Whether the driver counts the input's lines before the reader runs.
     virtual bool countsLines() const { return true; }
 

@@ -34,7 +34,7 @@ void Disp_in_name(InputState& run, base::Trace& trace)
     run.names = OutputNames::of(run.in_name);
     const long count = run.kind == InputKind::None
                            ? text::Count_lines(run.in_name)
-                           : makeReader(run.kind)->countForLabel(run.in_name);
+                           : makeReader(run.kind)->countOpened(run);
     run.Label37 = countLabel(count);
     trace.line("入力ファイル in_name：" + run.in_name);
     trace.line("入力ファイル lblIn  ：" + run.lblIn_name);

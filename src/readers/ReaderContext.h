@@ -23,6 +23,23 @@ struct LayoutUse
          state = false, calls = false;
 };
 
+/// What the open of an N1MM Logger database leaves for the run.
+struct MdbOpenState
+{
+    /// The table the open exports: "DXLOG" (all contacts, `mnuOpen_MDB_dxlog`) or
+    /// "CurrentContest" (`mnuOpen_MDB_CurrentContest`).
+    std::string table = "DXLOG";
+    std::string mdb_csv_name; ///< the export in the working folder, read by the run
+};
+
+/// What the open of a CTESTWIN log leaves for the run.
+struct CtestwinOpenState
+{
+    std::string lg8_name;           ///< the `.lg8` path, as the converter gave it back
+    std::string ctestwin_all_name;  ///< the converted `.ALL` text beside the `.lg8`
+    std::string ctestwin_qso_count; ///< the count text the converter stored
+};
+
 /// What the open step and the reader of a run decide and leave for the stages after them.
 struct InputState
 {
@@ -47,6 +64,8 @@ struct InputState
     /// What the open of a `.ZLO` log and the exchange analysis left for the run.
     ZloOpenState zlo;
     ExchangeAnalysis exchange;
+    MdbOpenState mdb;
+    CtestwinOpenState ctestwin;
 
     /// Sets `kind` and its legacy text together.
     void setKind(InputKind k)
@@ -69,6 +88,8 @@ struct ReaderContext
     /// The working folder (`drive_path`).
     std::filesystem::path drive_path;
     InputState& run;
+    /// The program folder (`strPath`), where the exchange files with outside programs lie.
+    std::filesystem::path strPath = {};
 
     std::filesystem::path work(const char* name) const { return drive_path / name; }
 };

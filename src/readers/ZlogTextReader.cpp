@@ -30,6 +30,8 @@ std::string firstWord(std::string_view s)
     return std::string(t.substr(0, t.find(' ')));
 }
 
+} // namespace
+
 // The operator between "%%" marks. Without a second "%" the operator keeps what the
 // previous line left in it.
 void operatorRule(std::string_view line, std::string& q_op)
@@ -64,6 +66,8 @@ void frequencyRule(std::string_view line, std::string_view band, std::string& q_
     }
     q_freq = text::replaceAll(text::left(f, n - 3) + "." + text::right(f, 3), "..", ".");
 }
+
+namespace {
 
 // The memo column: the text behind the fixed part of the line, behind the last "%%", with
 // the parenthesised frequency taken out.
@@ -113,6 +117,10 @@ void readZlogText(const ReaderContext& ctx, Form form)
     const std::string year = ctx.options.value("txtYYYY");
 
     ctx.observer.status("  入力ファイル読み込み中", base::Colour::Green);
+    if (form == Form::All && run.f_type == "lg8") {
+        // A CTESTWIN log is read from the text its converter wrote.
+        run.in_name = run.ctestwin.ctestwin_all_name;
+    }
     // The driver has counted this file already; the count is only needed when a reader runs
     // on its own.
     const long count = run.line_count > 0 ? run.line_count : text::Count_lines(run.in_name);
