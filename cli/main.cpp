@@ -2,6 +2,7 @@
 #include "ConvertCommand.h"
 #include "EntityCommand.h"
 #include "OpenCommand.h"
+#include "RtclCommand.h"
 #include "SettingsCommand.h"
 
 int main(int argc, char** argv)
@@ -15,6 +16,7 @@ int main(int argc, char** argv)
     addOpenCommands(app, status);
     addSettingsCommand(app, status);
     addEntityCommand(app, status);
+    addRtclCommand(app, status);
 
     try {
         app.parse(argc, argv);

@@ -224,6 +224,15 @@ std::string rtclOutputName(std::string_view in_name, std::string_view suffix)
     return out;
 }
 
+std::string l2zCaption(std::string_view in_name, std::string_view suffix)
+{
+    const std::string file = fs::path(std::string(in_name)).filename().string();
+    if (!text::contains(text::lower(file), ".log")) {
+        return {};
+    }
+    return rtclOutputName(file, suffix);
+}
+
 std::string rtclAllLine(const std::vector<std::string>& record, std::string& mode)
 {
     const ZlogParts p = binaryParts(record, mode);

@@ -22,6 +22,11 @@ std::string rtclAllHeader();
 /// own. Throws Failure 5 when it still would (a log whose name holds no ".log").
 std::string rtclOutputName(std::string_view in_name, std::string_view suffix);
 
+/// The caption of the menus that show the zLog texts of a text log (`mnuDisp_l2t`,
+/// `mnuDisp_l2a`): the file name of `in_name` with ".log" replaced by `suffix` as
+/// `rtclOutputName` replaces it; empty when the name holds no ".log".
+std::string l2zCaption(std::string_view in_name, std::string_view suffix);
+
 /// The `.ALL` line of one record of the binary decoder's working text (fields as
 /// `rtcl_tmp` names them). `mode` is the mode column of the record before: a mode text that
 /// the mode rule does not know keeps it, and the rule leaves its own in it.
