@@ -20,10 +20,10 @@ int runEntity(const EntityRequest& request)
     }
 
     ConsoleObserver observer;
-    engine::ProgramState program;
-    engine::ReferenceData reference;
-    engine::RunContext ctx{session->stored(),  session->folder(), session->trace(),     observer,
-                           session->dialogs(), program,           reference.entities(), {}};
+    engine::ReferenceData& reference = session->core().reference();
+    engine::RunContext ctx{session->stored(),  session->folder(), session->trace(),
+                           observer,           session->dialogs(), session->core().programState(),
+                           reference.entities(), {}};
     try {
         reference.prepareMasters(ctx);
     } catch (const failure::Failure& f) {

@@ -39,9 +39,8 @@ void show(const char* key, const std::string& value)
     std::cout << key << "\t" << value << "\n";
 }
 
-// Starts the program, opens the log and hands the opened run to `then`.
-int withOpenedLog(const OpenRequest& request,
-                  const std::function<int(ProgramSession&, engine::RunContext&)>& then)
+// Starts the program, opens the log and hands the session to `then`.
+int withOpenedLog(const OpenRequest& request, const std::function<int(ProgramSession&)>& then)
 {
     const std::unique_ptr<ProgramSession> session =
         ProgramSession::beginWithOptions(request.home, false);
@@ -49,17 +48,6 @@ int withOpenedLog(const OpenRequest& request,
         return 1;
     }
     ConsoleObserver observer;
-    engine::ProgramState program;
-    engine::ReferenceData reference;
-    settings::Options options = session->stored();
-    engine::RunContext ctx{options,
-                           session->folder(),
-                           session->trace(),
-                           observer,
-                           session->dialogs(),
-                           program,
-                           reference.entities(),
-                           {}};
     try {
         std::error_code ec;
         const fs::path log = fs::absolute(request.log, ec);
@@ -67,10 +55,10 @@ int withOpenedLog(const OpenRequest& request,
             std::cerr << "ファイルが見つかりません。 " << log.string() << "\n";
             return 1;
         }
-        if (!openLog(ctx, log, request.type)) {
+        if (!session->open(log, request.type, observer)) {
             return 1;
         }
-        return then(*session, ctx);
+        return then(*session);
     } catch (const failure::Failure& f) {
         base::error_exit(f, session->trace(), session->dialogs());
         return 1;
@@ -84,8 +72,8 @@ int withOpenedLog(const OpenRequest& request,
 
 int runOpen(const OpenRequest& request)
 {
-    return withOpenedLog(request, [](ProgramSession& session, engine::RunContext& ctx) {
-        const engine::RunState& run = ctx.run;
+    return withOpenedLog(request, [](ProgramSession& session) {
+        const readers::InputState& run = session.core().input();
         show("f_type", run.f_type);
         show("in_name", run.in_name);
         show("lblIn_name", run.lblIn_name + " (bright blue)");
@@ -121,11 +109,7 @@ int runOpen(const OpenRequest& request)
         show("rcvd_has_iota", x.rcvd_has_iota ? "1" : "0");
 
         // The start as the window decides it, with the input now known.
-        session::OptionModel& model = session.loadMainWindow();
-        model.facts().in_name = run.in_name;
-        model.facts().f_type = run.f_type;
-        model.facts().cont_name = run.cont_name;
-        model.Check5_Click();
+        const session::OptionModel& model = *session.core().optionModel();
         show("lblShori", model.caption("lblShori"));
         show("cmdStart", model.enabled("cmdStart") ? "enabled" : "disabled");
         return 0;
@@ -136,7 +120,14 @@ int runZ2a(const OpenRequest& request)
 {
     OpenRequest zlo = request;
     zlo.type = "zlo";
-    return withOpenedLog(zlo, [](ProgramSession&, engine::RunContext& ctx) {
+    return withOpenedLog(zlo, [](ProgramSession& session) {
+        ConsoleObserver observer;
+        session::Session& core = session.core();
+        readers::InputState input = core.input();
+        settings::Options& options = core.options();
+        const readers::ReaderContext ctx{options,          core.trace(),
+                                         observer,         core.dialogs(),
+                                         core.folder().drive_path, input};
         const readers::Z2aResult result = readers::mnuMake_z2a_Click(ctx);
         std::cout << result.path << "\n";
         return 0;

@@ -578,6 +578,43 @@ void OptionModel::provinceTagChain()
     }
 }
 
+OptionModel::StartCheck OptionModel::startCheck(const Options& run, std::string master) const
+{
+    StartCheck check;
+    if (!run.tick("Check5")) {
+        return check;
+    }
+    if (master.empty()) {
+        std::string contest = m_facts.cont_name;
+        if (const std::string_view fromName = readers::contestOfFileName(m_facts.in_name);
+            !fromName.empty()) {
+            contest = std::string(fromName);
+        }
+        if (m_facts.read_cont_name_zlo) {
+            master = m_facts.read_cont_name_zlo(contest);
+        }
+    }
+    if (master.empty() || !fileExists(master)) {
+        check.go = false;
+        check.status = "Province の Master File の指定をして下さい。";
+        if (!master.empty()) {
+            check.status += " " + master;
+        }
+        return check;
+    }
+    for (const char* key : {"Rmks1_cfg", "Rmks2_cfg"}) {
+        for (const std::string& cell : text::split(run.value(key), ",")) {
+            if (text::trim(cell) == kStateItem) {
+                check.go = false;
+                check.status = std::string(kStateClash);
+                return check;
+            }
+        }
+    }
+    check.master = master;
+    return check;
+}
+
 void OptionModel::Check5_Click()
 {
     const bool on = tick("Check5");

@@ -200,6 +200,17 @@ public:
     /// The texts of the period and of the title from `Start_date` and `End_date`.
     void buildPeriodAndTitle();
 
+    /// What the start needs that the rules check, judged on the values of one run (`run`):
+    /// with `Check5`, a province master (`master` chosen by hand, else the one the contest of
+    /// the input suggests, as the open guesses it), and no "州名" cell beside a province.
+    struct StartCheck
+    {
+        bool go = true;
+        std::string status; ///< why not, as `lblShori` shows it
+        std::string master; ///< the province master of the run; empty without `Check5`
+    };
+    StartCheck startCheck(const Options& run, std::string master) const;
+
 private:
     // Control state, with notification on every real change.
     ControlState& mut(std::string_view name);

@@ -48,7 +48,15 @@ const std::string& Options::value(std::string_view name) const
     return it == m_values.end() ? empty : it->second;
 }
 
-void Options::set(std::string_view name, std::string value)
+Options::Options(const Options& other) : m_values(other.m_values) {}
+
+Options& Options::operator=(const Options& other)
+{
+    m_values = other.m_values;
+    return *this;
+}
+
+void Options::replaceForRun(std::string_view name, std::string value)
 {
     const std::string_view key = canonical(name);
     const auto it = m_values.find(key);
@@ -57,6 +65,47 @@ void Options::set(std::string_view name, std::string value)
     } else {
         m_values.emplace(std::string(key), std::move(value));
     }
+}
+
+void Options::set(std::string_view name, std::string value)
+{
+    const std::string_view key = canonical(name);
+    auto it = m_values.find(key);
+    if (it != m_values.end()) {
+        if (it->second == value) {
+            return;
+        }
+        it->second = std::move(value);
+    } else {
+        it = m_values.emplace(std::string(key), std::move(value)).first;
+    }
+    // A listener may subscribe or unsubscribe while it is told; it works on a copy.
+    const auto listeners = m_listeners;
+    for (const auto& [id, listener] : listeners) {
+        listener(it->first, it->second);
+    }
+    if (m_forward) {
+        m_forward(it->first, it->second);
+    }
+}
+
+int Options::subscribe(Listener listener)
+{
+    const int id = m_nextListener++;
+    m_listeners.emplace_back(id, std::move(listener));
+    return id;
+}
+
+void Options::unsubscribe(int id)
+{
+    std::erase_if(m_listeners, [id](const auto& entry) { return entry.first == id; });
+}
+
+Options Options::forRun(Listener forward) const
+{
+    Options copy(*this);
+    copy.m_forward = std::move(forward);
+    return copy;
 }
 
 bool Options::tick(std::string_view name) const

@@ -1,0 +1,198 @@
+#include "session/Session.h"
+
+#include "base/DataFiles.h"
+#include "base/FailurePath.h"
+#include "engine/Driver.h"
+#include "failure/Failure.h"
+#include "readers/InputSelection.h"
+#include "reference/ProvinceMaster.h"
+
+#include <exception>
+
+namespace vornhale::session {
+
+namespace fs = std::filesystem;
+
+Session::Session(const std::optional<fs::path>& home, base::Dialogs& dialogs)
+    : m_folder(base::ProgramFolder::resolve(home)), m_dialogs(dialogs)
+{
+    m_folder.makeFolders();
+    m_trace = std::make_unique<base::Trace>(m_folder.Error_Log);
+    m_files = std::make_unique<settings::SettingsFiles>(m_folder.strPath, m_stored);
+    m_files->setWriteFailureHandler([this](const fs::path& path) {
+        m_trace->line("設定ファイルに書き込みできません : " + path.string());
+        if (m_writeFailure) {
+            m_writeFailure(path);
+        }
+    });
+    m_runChange = [this](std::string_view name, const std::string& value) {
+        m_stored.set(name, value);
+    };
+    m_start = std::make_unique<ProgramStart>(m_folder, *m_files, *m_trace, m_dialogs);
+    m_decision = m_start->Main(base::bundledDataFolder());
+}
+
+Session::~Session() = default;
+
+void Session::onWriteFailure(std::function<void(const fs::path&)> handler)
+{
+    m_writeFailure = std::move(handler);
+}
+
+std::vector<fs::path> Session::takeWriteFailures()
+{
+    return m_files->takeWriteFailures();
+}
+
+void Session::acceptEnvironment()
+{
+    m_files->ini_write_cfg();
+    m_files->ini_read_new();
+}
+
+bool Session::checkRequiredFiles(bool forConversion)
+{
+    return m_start->Main2_bas_1() && (!forConversion || m_start->Main2_bas_2());
+}
+
+OptionFacts Session::factsForModel() const
+{
+    OptionFacts facts;
+    facts.strPath = m_folder.strPath;
+    facts.drive_path = m_folder.drive_path;
+    facts.in_name = m_input.in_name;
+    facts.f_type = m_input.f_type;
+    facts.cont_name = m_input.cont_name;
+    // The province master that the contest names in `cont_name_zlo.cfg`.
+    facts.read_cont_name_zlo = [this](std::string_view contest) -> std::string {
+        const fs::path provFolder = m_files->provinceMasterFolder().empty()
+                                        ? m_folder.strPath / "Prov" / ""
+                                        : m_files->provinceMasterFolder();
+        try {
+            const auto choice = reference::read_cont_name_zlo(
+                contest, m_folder.strPath, provFolder.string(),
+                m_stored.value("Prov_mas_dat_dir"), "");
+            return choice.Prov_auto_found ? choice.mas_dat_name : std::string();
+        } catch (const failure::Failure&) {
+            // Without the contest list nothing can be guessed; the operator chooses by hand.
+            return {};
+        }
+    };
+    return facts;
+}
+
+OptionModel& Session::loadMainWindow()
+{
+    OptionFacts facts = factsForModel();
+    // The load's own message boxes (a history file the environment names but that is not
+    // there) belong to the window, which sets them on the facts itself.
+    facts.dialogs = nullptr;
+    m_layout = std::make_unique<settings::LayoutModel>(m_stored, m_files.get());
+    m_model = std::make_unique<OptionModel>(m_stored, m_files.get(), std::move(facts),
+                                            m_layout.get());
+    m_model->Form_Load();
+    return *m_model;
+}
+
+settings::Options Session::valuesForRun(const Overrides& overrides) const
+{
+    settings::Options options = m_stored.forRun(m_runChange);
+    for (const auto& [key, value] : overrides) {
+        options.replaceForRun(key, value);
+    }
+    return options;
+}
+
+readers::OpenResult Session::open(const fs::path& log, std::string_view typeWord,
+                                  base::RunObserver& observer, const Overrides& overrides)
+{
+    m_input = readers::InputState{};
+    settings::Options options = valuesForRun(overrides);
+    const readers::ReaderContext ctx{options, *m_trace, observer, m_dialogs, m_folder.drive_path,
+                                     m_input};
+    const readers::OpenResult result = readers::openInput(ctx, log, typeWord);
+    if (m_model) {
+        OptionFacts& facts = m_model->facts();
+        facts.in_name = m_input.in_name;
+        facts.f_type = m_input.f_type;
+        facts.cont_name = m_input.cont_name;
+        if (result == readers::OpenResult::Opened) {
+            m_model->Check5_Click();
+        }
+    }
+    return result;
+}
+
+void Session::onRunChange(settings::Options::Listener forward)
+{
+    m_runChange = std::move(forward);
+}
+
+std::optional<std::string> Session::checkStart(const settings::Options& options,
+                                               const std::string& provinceMaster)
+{
+    if (m_input.kind == readers::InputKind::None) {
+        return "入力ファイルの種類が判りません。--type で指定して下さい: " + m_input.in_name;
+    }
+    if (!m_model) {
+        loadMainWindow();
+    }
+    const OptionModel::StartCheck check = m_model->startCheck(options, provinceMaster);
+    if (!check.go) {
+        return check.status;
+    }
+    if (!check.master.empty()) {
+        m_reference.setProvinceMaster(check.master);
+    }
+    return std::nullopt;
+}
+
+RunOutcome Session::runConversion(base::RunObserver& observer, const RunRequest& request)
+{
+    // The run works on the values as they stand now; its own changes reach the store.
+    settings::Options options = valuesForRun(request.overrides);
+    engine::RunContext ctx{options,   m_folder, *m_trace, observer,
+                           m_dialogs, m_program, m_reference.entities(), {}};
+    ctx.settings = m_files.get();
+    ctx.lookups = &m_reference;
+    static_cast<readers::InputState&>(ctx.run) = m_input;
+    ctx.run.keep_work = request.keepWork;
+
+    RunOutcome outcome;
+    outcome.in_name = m_input.in_name;
+    try {
+        if (const auto refused = checkStart(options, request.provinceMaster)) {
+            outcome.end = RunOutcome::End::Refused;
+            outcome.message = *refused;
+            return outcome;
+        }
+        engine::cmdStart_Click(ctx);
+    } catch (const failure::Failure& f) {
+        outcome.end = RunOutcome::End::Failed;
+        outcome.failureNumber = f.number();
+        outcome.message = f.description();
+        outcome.dialogText = base::errorDialogText(f, *m_trace);
+        base::error_exit(f, *m_trace, m_dialogs);
+    } catch (const failure::ProgramEnd& end) {
+        // The program ends here on purpose; the trace keeps why.
+        outcome.end = RunOutcome::End::ProgramEnded;
+        outcome.message = end.reason;
+        m_trace->line("終了 : " + end.reason);
+    } catch (const std::exception& e) {
+        // Anything else (a file system or memory failure) takes the same failure path.
+        const failure::Failure f(failure::InvalidCall, e.what());
+        outcome.end = RunOutcome::End::Failed;
+        outcome.failureNumber = f.number();
+        outcome.message = f.description();
+        outcome.dialogText = base::errorDialogText(f, *m_trace);
+        base::error_exit(f, *m_trace, m_dialogs);
+    }
+    static_cast<readers::InputState&>(m_input) = ctx.run;
+    outcome.counters = ctx.run.counters;
+    outcome.hamlogFile = ctx.run.names.out_name_ham_n;
+    outcome.qslFile = ctx.run.names.out_name_con_n;
+    outcome.reportPath = ctx.run.reportPath;
+    return outcome;
+}
+
+} // namespace vornhale::session
