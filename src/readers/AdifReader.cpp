@@ -282,7 +282,13 @@ void henkan_adi_2_t(const ReaderContext& ctx)
                 break;
             }
         }
-        values.take(record);
+        try {
+            values.take(record);
+        } catch (const failure::Failure& f) {
+            throw failure::Failure(f.number(), f.description() + " (" +
+                                                   std::to_string(done + 1) + " 件目: " + record +
+                                                   ")");
+        }
         values.fill(q);
         out.write(text::formatRecord(q.fields()));
         ++run.written_count;

@@ -60,7 +60,8 @@ long count_in_name_adi(const ReaderContext& ctx);
 /// `henkan_adi_2_t`: skips a header of up to 20 lines ending at "<EOH>" (without one, those
 /// 20 lines are gone), then writes one common QSO line to `zlog_1.txt` for each record of up
 /// to 20 lines ending at "<EOR>" or at the end of the file, adding one to `written_count`
-/// for each. No operator filter. Throws Failure 5 for a negative length.
+/// for each. No operator filter. Throws Failure 5 for a negative length, the description
+/// naming the record.
 void henkan_adi_2_t(const ReaderContext& ctx);
 
 /// ADIF logs: the open action `FileOpen_adi` with its count and the reader `henkan_adi_2_t`.

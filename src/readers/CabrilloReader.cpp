@@ -37,6 +37,13 @@ constexpr std::array kBandRanges{
     throw failure::Failure(failure::SubscriptOutOfRange, "インデックスが有効範囲にありません。");
 }
 
+// The failure of a line, with where it stands, so that the trace shows the line to mend.
+failure::Failure atLine(const failure::Failure& f, long number, std::string_view line)
+{
+    return failure::Failure(f.number(), f.description() + " (" + std::to_string(number) +
+                                            " 行目: " + std::string(line) + ")");
+}
+
 const std::string& token(const std::vector<std::string>& tokens, std::size_t i)
 {
     if (i >= tokens.size()) {
@@ -174,21 +181,29 @@ void henkan_cbr_2_t(const ReaderContext& ctx)
     // line; the band keeps what the line before left when a frequency is between the ranges.
     base::QsoLine q;
     long done = 0;
+    long number = 1;
     while (!in.atEnd()) {
         const std::string line = in.next();
+        ++number;
         q.q_memo.clear();
         q.q_freq.clear();
         if (!text::contains(line, "QSO:")) {
             continue; // header lines and the closing line
         }
         const std::vector<std::string> t = cabrilloTokens(line, 6);
-        if (t.size() < 11) {
-            subscriptOutOfRange();
+        std::vector<std::string> date;
+        try {
+            if (t.size() < 11) {
+                subscriptOutOfRange();
+            }
+            date = text::split(t[3], "-");
+            token(date, 2);
+        } catch (const failure::Failure& f) {
+            throw atLine(f, number, line);
         }
-        const std::vector<std::string> date = text::split(t[3], "-");
-        q.q_year = token(date, 0);
-        q.q_month = token(date, 1);
-        q.q_day = token(date, 2);
+        q.q_year = date[0];
+        q.q_month = date[1];
+        q.q_day = date[2];
         q.q_time = t[4];
         if (check17) {
             q.q_band = cabrilloFrequencyMhz(t[1]);

@@ -54,8 +54,8 @@ long count_in_name_cbr(const ReaderContext& ctx);
 /// MHz text) or the band table (a frequency between the ranges keeps the band of the line
 /// before); "PH" becomes "SSB", "RY" "RTY". Operator, memo, frequency and received exchange
 /// stay empty, so with `Check02` and a name in `txtOp_name` every line is dropped. Throws
-/// Failure 9 for a QSO line of fewer than 11 tokens or a date without two "-", Failure 62
-/// when the file has no first line.
+/// Failure 9 for a QSO line of fewer than 11 tokens or a date without two "-" (the
+/// description names the line and its number), Failure 62 when the file has no first line.
 void henkan_cbr_2_t(const ReaderContext& ctx);
 
 /// Cabrillo logs: the open action `FileOpen_cbr` with its IOTA look and QSO count, and the

@@ -125,10 +125,19 @@ std::string cabrillo_2_zlog_txt(const ReaderContext& ctx)
     // zLog's own column title of the .TXT form.
     out.write(kZa2tTitle);
     CabrilloTxtForm form;
+    long number = 0;
     while (!in.atEnd()) {
         const std::string line = in.next();
-        if (text::contains(line, "QSO:")) {
+        ++number;
+        if (!text::contains(line, "QSO:")) {
+            continue;
+        }
+        try {
             out.write(form.line(line));
+        } catch (const failure::Failure& f) {
+            // Where it stands, so that the trace shows the line that does not fit the ranges.
+            throw failure::Failure(f.number(), f.description() + " (" + std::to_string(number) +
+                                                   " 行目: " + line + ")");
         }
     }
     out.close();

@@ -38,8 +38,9 @@ private:
 /// `cabrillo_2_zlog_txt`: writes the column title and the `.TXT` form of every line of
 /// `in_name` holding "QSO:" to `in_name` with "." + extension replaced by "_cbr2zlogt.txt".
 /// The file replaces an older one only when it is complete. Returns the path written.
-/// Throws the failures of `CabrilloTxtForm::line` (nothing is written then), Failure 5 when
-/// the name would be the input's own, 53/75/57 when a file cannot be read or written.
+/// Throws the failures of `CabrilloTxtForm::line`, the description naming the line (nothing
+/// is written then), Failure 5 when the name would be the input's own, 53/75/57 when a file
+/// cannot be read or written.
 std::string cabrillo_2_zlog_txt(const ReaderContext& ctx);
 
 } // namespace vornhale::readers

@@ -325,6 +325,18 @@ TEST(CabrilloReader, AQsoLineOfFewerThanElevenTokensFailsWithNumber9)
     EXPECT_EQ(r.failureOf({kStart, "SOAPBOX: 100 QSO: in one night"}), 9);
 }
 
+TEST(CabrilloReader, TheFailureOfALineNamesTheLine)
+{
+    CabrilloRun r;
+    try {
+        r.run({kStart, "CALLSIGN: ZZ9ZZZ", qso(), "QSO: 14025 CW 2026-11-22"});
+        FAIL() << "no failure";
+    } catch (const failure::Failure& f) {
+        EXPECT_EQ(f.description(),
+                  "インデックスが有効範囲にありません。 (4 行目: QSO: 14025 CW 2026-11-22)");
+    }
+}
+
 TEST(CabrilloReader, ADateWithoutTwoDashesFailsWithNumber9)
 {
     CabrilloRun r;
