@@ -66,6 +66,9 @@ int runConvert(const ConvertRequest& request)
             throw failure::Failure(failure::FileNotFound,
                                    "ファイルが見つかりません。 " + log.string());
         }
+        if (!request.table.empty()) {
+            session->core().chooseMdbTable(request.table);
+        }
         if (!session->open(log, request.type, observer, run.overrides)) {
             return 1;
         }
@@ -127,6 +130,9 @@ void addConvertCommand(CLI::App& app, ExitStatus& status)
     conv->add_option("--set", request->sets, "Override an option for this run: KEY=VALUE")
         ->allow_extra_args(false);
     conv->add_option("--type", request->type, "Input kind: " + readers::typeWords());
+    conv->add_option("--table", request->table,
+                     "Table of an N1MM Logger database (--type mdb): DXLOG or CurrentContest")
+        ->transform(CLI::IsMember({"DXLOG", "CurrentContest"}, CLI::ignore_case));
     conv->add_option("--year", request->year, "Year of a log that carries none (txtYYYY)");
     conv->add_option(
         "--province-master", request->provinceMaster,

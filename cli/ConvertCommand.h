@@ -14,6 +14,7 @@ struct ConvertRequest
     std::optional<std::filesystem::path> home;
     std::vector<std::string> sets; ///< KEY=VALUE
     std::string type;
+    std::string table; ///< the table of an N1MM Logger database: "DXLOG" or "CurrentContest"
     std::string year;
     bool keepWork = false;
     bool cancelQuestions = false; ///< answer the operator's questions with cancel

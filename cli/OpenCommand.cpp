@@ -4,7 +4,9 @@
 #include "base/FailurePath.h"
 #include "engine/ReferenceData.h"
 #include "engine/RunContext.h"
+#include "readers/InputKinds.h"
 #include "readers/ZloReader.h"
+#include "text/Chars.h"
 
 #include <functional>
 #include <iostream>
@@ -55,6 +57,9 @@ int withOpenedLog(const OpenRequest& request, const std::function<int(ProgramSes
             std::cerr << "ファイルが見つかりません。 " << log.string() << "\n";
             return 1;
         }
+        if (!request.table.empty()) {
+            session->core().chooseMdbTable(request.table);
+        }
         if (!session->open(log, request.type, observer)) {
             return 1;
         }
@@ -93,6 +98,13 @@ int runOpen(const OpenRequest& request)
         if (run.f_type == "zlo") {
             show("z2a_name", readers::z2aName(run.in_name));
         }
+        if (run.kind == readers::InputKind::Mdb) {
+            show("mdb_csv_name", run.mdb.mdb_csv_name);
+        }
+        if (run.kind == readers::InputKind::Lg8) {
+            show("ctestwin_all_name", run.ctestwin.ctestwin_all_name);
+            show("Label39", run.Label39);
+        }
         const readers::ExchangeAnalysis& x = run.exchange;
         show("lblCon_No", x.lblCon_No);
         show("lblMsg1",
@@ -119,7 +131,12 @@ int runOpen(const OpenRequest& request)
 int runZ2a(const OpenRequest& request)
 {
     OpenRequest zlo = request;
-    zlo.type = "zlo";
+    // zLog's extended log gives the text of the .ZLO that zLog would have written for it.
+    const readers::InputKindRow* row = readers::rowOfFileName(request.log);
+    const bool byName = row != nullptr && row->kind == readers::InputKind::Zlox;
+    const bool zlox =
+        text::equalsNoCase(request.type, "zlox") || (request.type.empty() && byName);
+    zlo.type = zlox ? "zlox" : "zlo";
     return withOpenedLog(zlo, [](ProgramSession& session) {
         ConsoleObserver observer;
         session::Session& core = session.core();
@@ -142,6 +159,9 @@ void addOpenCommands(CLI::App& app, ExitStatus& status)
         app.add_subcommand("open", "Open a log as the window does and show what was decided");
     openHome->addTo(open);
     open->add_option("--type", openRequest->type, "Input kind, as for convert");
+    open->add_option("--table", openRequest->table,
+                     "Table of an N1MM Logger database (--type mdb): DXLOG or CurrentContest")
+        ->transform(CLI::IsMember({"DXLOG", "CurrentContest"}, CLI::ignore_case));
     open->add_option("LOG", openRequest->log, "The contest log")->required();
     open->callback([openRequest, openHome, &status] {
         openRequest->home = openHome->value();
@@ -150,9 +170,11 @@ void addOpenCommands(CLI::App& app, ExitStatus& status)
 
     auto z2aRequest = std::make_shared<OpenRequest>();
     auto z2aHome = std::make_shared<HomeOption>();
-    CLI::App* z2a = app.add_subcommand("z2a", "Write the _z2a.all text of a zLog .ZLO log");
+    CLI::App* z2a =
+        app.add_subcommand("z2a", "Write the _z2a.all text of a zLog .ZLO or .ZLOX log");
     z2aHome->addTo(z2a);
-    z2a->add_option("LOG", z2aRequest->log, "The .ZLO log")->required();
+    z2a->add_option("--type", z2aRequest->type, "zlo or zlox, where the name cannot tell");
+    z2a->add_option("LOG", z2aRequest->log, "The .ZLO or .ZLOX log")->required();
     z2a->callback([z2aRequest, z2aHome, &status] {
         z2aRequest->home = z2aHome->value();
         status = runZ2a(*z2aRequest);

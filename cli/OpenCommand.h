@@ -11,7 +11,8 @@ namespace vornhale::cli {
 struct OpenRequest
 {
     std::optional<std::filesystem::path> home;
-    std::string type; ///< as `convert --type`
+    std::string type;  ///< as `convert --type`
+    std::string table; ///< the table of an N1MM Logger database: "DXLOG" or "CurrentContest"
     std::filesystem::path log;
 };
 
@@ -21,8 +22,9 @@ struct OpenRequest
 /// rejected or the program ended, 2 on bad usage.
 int runOpen(const OpenRequest& request);
 
-/// Opens a `.ZLO` log and writes its `_z2a.all` text (`mnuMake_z2a_Click`), printing the
-/// path. Returns 0 on success, 1 when the log cannot be opened or written.
+/// Opens a `.ZLO` log (or a `.ZLOX` log, as the `.ZLO` zLog would have written for it) and
+/// writes its `_z2a.all` text (`mnuMake_z2a_Click`), printing the path. Returns 0 on success,
+/// 1 when the log cannot be opened or written.
 int runZ2a(const OpenRequest& request);
 
 /// Registers `open` and `z2a`.

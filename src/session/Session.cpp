@@ -106,10 +106,14 @@ settings::Options Session::valuesForRun(const Overrides& overrides) const
 readers::OpenResult Session::open(const fs::path& log, std::string_view typeWord,
                                   base::RunObserver& observer, const Overrides& overrides)
 {
+    // The count a CTESTWIN converter last gave back is what the next exchange starts from.
+    const std::string lastCtestwinCount = m_input.ctestwin.ctestwin_qso_count;
     m_input = readers::InputState{};
+    m_input.mdb.table = m_mdbTable;
+    m_input.ctestwin.ctestwin_qso_count = lastCtestwinCount;
     settings::Options options = valuesForRun(overrides);
-    const readers::ReaderContext ctx{options, *m_trace, observer, m_dialogs, m_folder.drive_path,
-                                     m_input};
+    const readers::ReaderContext ctx{
+        options, *m_trace, observer, m_dialogs, m_folder.drive_path, m_input, m_folder.strPath};
     const readers::OpenResult result = readers::openInput(ctx, log, typeWord);
     if (m_model) {
         OptionFacts& facts = m_model->facts();

@@ -105,6 +105,9 @@ public:
     /// input and runs its province rules. Failures of the open are thrown.
     readers::OpenResult open(const std::filesystem::path& log, std::string_view typeWord,
                              base::RunObserver& observer, const Overrides& overrides = {});
+    /// The table the next open of an N1MM Logger database exports: "DXLOG" (the menu entry
+    /// for all contacts) or "CurrentContest". "DXLOG" unless chosen.
+    void chooseMdbTable(std::string table) { m_mdbTable = std::move(table); }
     const readers::InputState& input() const { return m_input; }
 
     /// Passes each change a run makes to its options on to the store; by default it is
@@ -143,6 +146,7 @@ private:
     std::unique_ptr<settings::LayoutModel> m_layout;
     std::unique_ptr<OptionModel> m_model;
     readers::InputState m_input;
+    std::string m_mdbTable = "DXLOG";
     engine::ProgramState m_program;
     engine::ReferenceData m_reference;
 };
