@@ -15,6 +15,7 @@
 #include "readers/InputKinds.h"
 #include "readers/ZlogTranslators.h"
 #include "settings/RemarkHistory.h"
+#include "tools/DuplicateList.h"
 #include "text/Chars.h"
 #include "text/LineFile.h"
 
@@ -161,6 +162,15 @@ void cmd_henkan(RunContext& ctx, const RemarkLayout& layout)
         ctx.lookups->ensureStateMaster(ctx);
     }
     henkan_conv(ctx, layout);
+
+    // The check list of the worked stations beside the input, made from `zlog_2.txt`.
+    if (ctx.options.tick("Check06")) {
+        tools::DuplicateList(ctx.folder.drive_path, ctx.trace).run(run.in_name);
+        if (!run.keep_work) {
+            base::deleteByMask(ctx.folder.drive_path, "zlog_??.txt");
+            base::deleteByMask(ctx.folder.drive_path, "zlog_???.txt");
+        }
+    }
 
     if (!run.keep_work) {
         for (const char* mask :

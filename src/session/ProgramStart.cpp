@@ -345,7 +345,7 @@ bool ProgramStart::Main2_bas_2()
         return false;
     }
     get_need_files1();
-    return true;
+    return !m_needFilesAbort;
 }
 
 bool ProgramStart::file_Chk_con_name()
@@ -377,8 +377,11 @@ bool ProgramStart::file_Chk_con_name()
 
 std::vector<std::string> ProgramStart::get_need_files1()
 {
+    m_needFilesAbort = false;
     m_files.ini_write_cfg();
-    const fs::path folder = m_files.options().value("zlog_dat_dir");
+    settings::Options& o = m_files.options();
+    const std::string folderText = o.value("zlog_dat_dir");
+    const fs::path folder = folderText;
     std::vector<std::string> missing;
     std::vector<std::string_view> lines;
     for (const auto& [name, line] : {std::pair{"cty.dat", "cty ．dat が有りません。"},
@@ -392,14 +395,42 @@ std::vector<std::string> ProgramStart::get_need_files1()
     if (missing.empty()) {
         return missing;
     }
-    // The download itself is offered by the window; here the operator learns what to fetch.
-    lines.insert(lines.end(), {"後で自分で入手してから必要フォルダにコピー下さい。",
-                               "常時接続しているインターネット環境があるようでしたら",
-                               "Ｖｏｒｎｈａｌｅ．ｅｘｅを再起動して、「環境設定」画面にて",
-                               "「ＭＮＧ検索する為の常時接続しているインターネット環境がある」を",
-                               "クリックしてレ点を付けて下さい。"});
-    m_dialogs.message("　　下記の必要なファイルがありません！", joinLines(lines),
-                      base::Dialogs::Icon::Exclamation);
+    const std::string hint = folderText + "にコピーして下さい。";
+    lines.push_back(hint);
+    constexpr std::string_view title = "　　下記の必要なファイルがありません！";
+    if (o.value("inet_flag") != "OK") {
+        lines.insert(lines.end(), {"後で自分で入手してから必要フォルダにコピー下さい。",
+                                   "常時接続しているインターネット環境があるようでしたら",
+                                   "Ｖｏｒｎｈａｌｅ．ｅｘｅを再起動して、「環境設定」画面にて",
+                                   "「ＭＮＧ検索する為の常時接続しているインターネット環境がある」を",
+                                   "クリックしてレ点を付けて下さい。"});
+        m_dialogs.message(title, joinLines(lines), base::Dialogs::Icon::Exclamation);
+        return missing;
+    }
+
+    lines.insert(lines.end(), {"「は　い」　：　今直ぐにここからダウンロードする。",
+                               "「いいえ」　：　後で自分でダウンロードする。"});
+    base::Dialogs::Answer answer = base::Dialogs::Answer::No;
+    if (m_downloadWindow) {
+        answer = m_dialogs.question(title, joinLines(lines), base::Dialogs::Buttons::YesNo,
+                                    base::Dialogs::Icon::Question);
+    } else {
+        // This front end cannot show the download window: the offer is told and answered "No".
+        lines.push_back("→ 「いいえ」");
+        m_dialogs.message(title, joinLines(lines), base::Dialogs::Icon::Exclamation);
+    }
+    if (answer != base::Dialogs::Answer::Yes) {
+        m_callerMark = "1";
+        return missing;
+    }
+    m_callerMark = "0";
+    tools::DataDownloads window(m_folder.strPath, o, net::WebConfig::load(m_folder.strPath),
+                                m_trace, m_dialogs);
+    window.Form_Load(true);
+    m_downloadWindow(window);
+    o.set("inet_flag", "OK");
+    m_files.ini_write_cfg();
+    m_needFilesAbort = true;
     return missing;
 }
 

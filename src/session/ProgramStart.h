@@ -4,8 +4,10 @@
 #include "base/ProgramFolder.h"
 #include "base/Trace.h"
 #include "settings/SettingsFiles.h"
+#include "tools/DataDownloads.h"
 
 #include <filesystem>
+#include <functional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -55,7 +57,8 @@ public:
     bool Main2_bas_1();
 
     /// The end date that follows the clock, and the files the conversion needs
-    /// (`file_Chk_con_name`, `get_need_files1`). False when the program must end.
+    /// (`file_Chk_con_name`, `get_need_files1`). False when the program must end, also after
+    /// the download window opened for missing data files.
     bool Main2_bas_2();
 
     /// "DXCC_MAS.TXT", "MNG_Vornhale_full.TXT", "Vornhale.rmk1", "Vornhale.rmk2" in their
@@ -63,8 +66,21 @@ public:
     bool file_Chk_con_name();
 
     /// Tells in one dialog which of `cty.dat`, `ardx.dat`, `arrl10.dat` the zLog folder
-    /// lacks. Returns the names that are missing.
+    /// lacks. Returns the names that are missing. With `inet_flag` "OK" the dialog offers to
+    /// download them now: on "Yes" the download window opens with the rows of the missing
+    /// files ticked, `inet_flag` is stored as "OK", and the start stops afterwards
+    /// (`needFilesAbort`). A front end without a download window answers "No" unasked.
     std::vector<std::string> get_need_files1();
+
+    /// What the front end does with the download window once the operator agreed: it gets
+    /// the window loaded as from the start's check (the rows of missing files ticked).
+    using DownloadWindow = std::function<void(tools::DataDownloads& window)>;
+    /// Sets the download window of this front end; none (the default) answers the offer "No".
+    void setDownloadWindow(DownloadWindow window) { m_downloadWindow = std::move(window); }
+    /// Whether `get_need_files1` opened the download window, so that this start stops there.
+    bool needFilesAbort() const { return m_needFilesAbort; }
+    /// The caller mark `get_need_files1` left: "0" after "Yes", "1" after "No", empty else.
+    const std::string& callerMark() const { return m_callerMark; }
 
     /// The orderly end of the program (`End_Shori_0`, `End_Shori`): stores the working copy
     /// of the settings, runs `tmp_file_Del` and deletes the scratch files of the program.
@@ -86,6 +102,9 @@ private:
     settings::SettingsFiles& m_files;
     base::Trace& m_trace;
     base::Dialogs& m_dialogs;
+    DownloadWindow m_downloadWindow;
+    bool m_needFilesAbort = false;
+    std::string m_callerMark;
 };
 
 /// The version text as a number: "t" and "k" removed, then the number it starts with.
