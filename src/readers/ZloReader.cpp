@@ -1,6 +1,7 @@
 #include "readers/ZloReader.h"
 
 #include "base/QsoLine.h"
+#include "base/Version.h"
 #include "failure/Failure.h"
 #include "base/WorkingFiles.h"
 #include "readers/InputSelection.h"
@@ -276,7 +277,7 @@ Z2aResult mnuMake_z2a_Click(const ReaderContext& ctx)
     result.path = z2aName(run.in_name);
     const ZloFile file = openZloInput(run);
     text::LineWriter out(result.path, text::LineWriter::Mode::ReplaceWhenDone);
-    out.write("zLog for Windows       by Vornhale 5.44");
+    out.write("zLog for Windows       by Vornhale " + std::string(base::kProgramVersion));
 
     Decoded d;
     const long count = file.count();

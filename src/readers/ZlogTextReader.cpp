@@ -291,12 +291,16 @@ OpenResult ZlogTextReader::open(const ReaderContext& ctx, const std::filesystem:
     if (!FileOpen_all_txt_set(run, path)) {
         return OpenResult::Rejected;
     }
+    if (run.kind == InputKind::None) {
+        // A name of neither form: nothing to analyse; the caller asks for the kind.
+        return OpenResult::Opened;
+    }
     // What the received exchange of the log holds, for the warnings of the window.
     const RemarkCells layout = RemarkCells::fromOptions(ctx.options);
     const bool check6 = ctx.options.tick("Check6");
     if (run.kind == InputKind::All) {
         run.exchange.check_rcvd_all(path, run.in_name, check6, layout);
-    } else {
+    } else if (run.kind == InputKind::Txt) {
         run.exchange.check_rcvd_txt(path, run.in_name, check6, layout);
     }
     return OpenResult::Opened;

@@ -61,6 +61,13 @@ OptionModel::OptionModel(Options& options, SettingsFiles* files, OptionFacts fac
         c.caption = std::string(e.caption);
         c.toolTip = std::string(e.toolTip);
     }
+    m_storeSubscription = m_options.subscribe(
+        [this](std::string_view key, const std::string& value) { storeChanged(key, value); });
+}
+
+OptionModel::~OptionModel()
+{
+    m_options.unsubscribe(m_storeSubscription);
 }
 
 // ---- Control state ------------------------------------------------------------------------
@@ -203,9 +210,44 @@ const std::string& OptionModel::stored(std::string_view controlName) const
 void OptionModel::store(std::string_view key, std::string value)
 {
     if (m_options.value(key) != value) {
+        m_storing = true;
         m_options.set(key, std::move(value));
+        m_storing = false;
         notify(key);
     }
+}
+
+void OptionModel::storeChanged(std::string_view key, const std::string& value)
+{
+    if (m_storing) {
+        return;
+    }
+    for (const OptionEntry& e : OptionCatalog::all()) {
+        if (!e.stored() || text::upper(e.key) != text::upper(key)) {
+            continue;
+        }
+        const std::string name = e.controlName();
+        switch (e.kind) {
+        case OptionKind::Tick:
+            setOn(name, value == "1");
+            setColour(name, value == "1" ? Colour::Blue : Colour::Black);
+            break;
+        case OptionKind::MenuTick:
+            setOn(name, value == "1");
+            break;
+        case OptionKind::GroupMember:
+            if (e.member == 0) {
+                setGroupFromKey(e.name);
+            }
+            break;
+        case OptionKind::Text:
+            setText(name, value);
+            break;
+        case OptionKind::Button:
+            break;
+        }
+    }
+    notify(key);
 }
 
 // ---- Settings files -----------------------------------------------------------------------

@@ -93,6 +93,9 @@ public:
     /// when nothing is to be written); `layout` may be null.
     OptionModel(Options& options, SettingsFiles* files, OptionFacts facts = {},
                 LayoutHooks* layout = nullptr);
+    ~OptionModel();
+    OptionModel(const OptionModel&) = delete;
+    OptionModel& operator=(const OptionModel&) = delete;
 
     OptionFacts& facts() { return m_facts; }
     const Options& options() const { return m_options; }
@@ -226,6 +229,9 @@ private:
 
     // Stored values.
     void store(std::string_view key, std::string value);
+    /// A stored value changed elsewhere (an open, a run, the layout model): the controls
+    /// that show it follow, and the listeners are told of the key.
+    void storeChanged(std::string_view key, const std::string& value);
     std::string storageName(std::string_view controlName) const;
     const std::string& stored(std::string_view controlName) const;
 
@@ -284,6 +290,8 @@ private:
     bool m_loadedOnce = false;
     bool m_reportFlag = false;
     bool m_loading = false;
+    bool m_storing = false;
+    int m_storeSubscription = 0;
 };
 
 } // namespace vornhale::session

@@ -129,8 +129,8 @@ Options Options::defaults()
 {
     Options o;
     // The environment of a first start with no zLog or HAMLOG folder found.
-    const std::pair<const char*, const char*> environment[] = {
-        {"version", "5.44"},
+    const std::pair<const char*, std::string> environment[] = {
+        {"version", std::string(kProgramVersion)},
         {"zlog_dat_dir", ""},
         {"name_mas_dir", ""},
         {"qth_mas_dir", ""},

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "base/Version.h"
+
 #include "settings/Options.h"
 
 #include <filesystem>
@@ -12,7 +14,7 @@
 namespace vornhale::settings {
 
 /// The running version, as the settings files carry it.
-inline constexpr std::string_view kProgramVersion = "5.44";
+using base::kProgramVersion;
 
 /// The settings files of the program folder and their readers and writers. The values live
 /// in an `Options` that this object reads into and writes from; a read replaces the values

@@ -126,4 +126,31 @@ std::string compareGolden(const std::filesystem::path& golden, std::string_view 
            lineAt(actual);
 }
 
+std::string shellWord(std::string_view text)
+{
+    std::string word = "'";
+    for (const char c : text) {
+        if (c == '\'') {
+            word += "'\\''";
+        } else {
+            word += c;
+        }
+    }
+    return word + "'";
+}
+
+int runCli(const std::vector<std::string>& args, std::string* output,
+           const std::vector<std::string>& environment)
+{
+    std::string command;
+    for (const std::string& e : environment) {
+        command += e + " ";
+    }
+    command += shellWord(cliPath().string());
+    for (const std::string& a : args) {
+        command += " " + shellWord(a);
+    }
+    return runCommand(command, output);
+}
+
 } // namespace vornhale::test

@@ -44,6 +44,15 @@ std::vector<std::string> readSjisLines(const std::filesystem::path& path);
 /// Path of the command-line program.
 std::filesystem::path cliPath();
 
+/// Runs the command-line program with `args`, each passed as one word, and the environment
+/// `environment` ("NAME=value" words, may be empty) in front; returns its exit status and
+/// fills `output` with what it printed on stdout and stderr together.
+int runCli(const std::vector<std::string>& args, std::string* output = nullptr,
+           const std::vector<std::string>& environment = {});
+
+/// `text` as one word for the shell.
+std::string shellWord(std::string_view text);
+
 /// Runs a command through the shell; returns its exit status and fills `output` with what it
 /// printed on stdout and stderr together.
 int runCommand(const std::string& command, std::string* output = nullptr);
