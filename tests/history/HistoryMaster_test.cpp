@@ -73,7 +73,7 @@ INSTANTIATE_TEST_SUITE_P(
                       ModeCase{" CW ", "2"}, ModeCase{"cw", "9"}, ModeCase{"FT8", "9"},
                       ModeCase{"", "9"}));
 
-class Master : public ::testing::Test
+class HistoryMasterTest : public ::testing::Test
 {
 protected:
     void load(const std::string& bytes)
@@ -94,7 +94,7 @@ constexpr const char* kMaster = "\"JA1ABC\",\"E2G1\"\r\n"
                                 "\"ja1abc\",\"A1\"\r\n"
                                 "ZZZ/ZZZZZZ,E2\r\n";
 
-TEST_F(Master, LoadsThePairsAndCountsItems)
+TEST_F(HistoryMasterTest, LoadsThePairsAndCountsItems)
 {
     load(kMaster);
     EXPECT_EQ(m_master.bak_calls_kazu_p(), 14);
@@ -103,7 +103,7 @@ TEST_F(Master, LoadsThePairsAndCountsItems)
     EXPECT_EQ(m_master.bak_bands_p()[6], "E2");
 }
 
-TEST_F(Master, WritesTheFileNameAndTheItemCountToTheTrace)
+TEST_F(HistoryMasterTest, WritesTheFileNameAndTheItemCountToTheTrace)
 {
     test::TempDir logs;
     {
@@ -117,7 +117,7 @@ TEST_F(Master, WritesTheFileNameAndTheItemCountToTheTrace)
     }
 }
 
-TEST_F(Master, ComparesCallsExactlyAndCaseSensitively)
+TEST_F(HistoryMasterTest, ComparesCallsExactlyAndCaseSensitively)
 {
     load(kMaster);
     EXPECT_TRUE(m_master.chk_bak_qso("JA1ABC", "E", "2", false, false));
@@ -128,7 +128,7 @@ TEST_F(Master, ComparesCallsExactlyAndCaseSensitively)
     EXPECT_FALSE(m_master.chk_bak_qso("JA1AB", "E", "2", false, false));
 }
 
-TEST_F(Master, CutsAtTheLastOfTwoSlashes)
+TEST_F(HistoryMasterTest, CutsAtTheLastOfTwoSlashes)
 {
     load(kMaster);
     // One slash stays: XX9TST/1 finds its own entry, not XX9TST's.
@@ -142,7 +142,7 @@ TEST_F(Master, CutsAtTheLastOfTwoSlashes)
     EXPECT_FALSE(m_master.chk_bak_qso("JA1ABC/3", "E", "2", false, false));
 }
 
-TEST_F(Master, TheFourTestsOfBandAndMode)
+TEST_F(HistoryMasterTest, TheFourTestsOfBandAndMode)
 {
     load(kMaster); // JA1ABC: E2G1
     // Both off: any entry counts, whatever the codes.
@@ -164,7 +164,7 @@ TEST_F(Master, TheFourTestsOfBandAndMode)
     EXPECT_TRUE(m_master.chk_bak_qso("ja1abc", "a", "1", true, false));
 }
 
-TEST_F(Master, TheTestKeyOfTheRecordConversion)
+TEST_F(HistoryMasterTest, TheTestKeyOfTheRecordConversion)
 {
     load(kMaster);
     EXPECT_TRUE(m_master.chk_bak_qso("JA1ABC", "G1", true, true));
@@ -174,7 +174,7 @@ TEST_F(Master, TheTestKeyOfTheRecordConversion)
     EXPECT_TRUE(m_master.chk_bak_qso("JA1ABC", "00", false, false));
 }
 
-TEST_F(Master, TheClosingRecordsMatchYyyyyyAndZzzzzz)
+TEST_F(HistoryMasterTest, TheClosingRecordsMatchYyyyyyAndZzzzzz)
 {
     load(kMaster);
     EXPECT_TRUE(m_master.chk_bak_qso("YYYYYY", "E", "2", true, true));
@@ -185,14 +185,14 @@ TEST_F(Master, TheClosingRecordsMatchYyyyyyAndZzzzzz)
     EXPECT_TRUE(m_master.chk_bak_qso("ZZZ/ZZZZZZ/P", "E", "2", true, true));
 }
 
-TEST_F(Master, TheFirstEntryOfACallWins)
+TEST_F(HistoryMasterTest, TheFirstEntryOfACallWins)
 {
     load("\"A1A\",\"K1\"\r\n\"A1A\",\"E2\"\r\nZZZ/ZZZZZZ,E2\r\n");
     EXPECT_TRUE(m_master.chk_bak_qso("A1A", "K", "1", true, true));
     EXPECT_FALSE(m_master.chk_bak_qso("A1A", "E", "2", true, true));
 }
 
-TEST_F(Master, AnEmptyCallMeetsTheEmptyEntriesBeyondThePairs)
+TEST_F(HistoryMasterTest, AnEmptyCallMeetsTheEmptyEntriesBeyondThePairs)
 {
     load(kMaster);
     EXPECT_TRUE(m_master.chk_bak_qso("", "E", "2", false, false));
@@ -200,20 +200,20 @@ TEST_F(Master, AnEmptyCallMeetsTheEmptyEntriesBeyondThePairs)
     EXPECT_FALSE(m_master.chk_bak_qso("", "E", "2", true, false));
 }
 
-TEST_F(Master, AnEmptyMasterKnowsNoCall)
+TEST_F(HistoryMasterTest, AnEmptyMasterKnowsNoCall)
 {
     load("");
     EXPECT_EQ(m_master.bak_calls_kazu_p(), 0);
     EXPECT_FALSE(m_master.chk_bak_qso("JA1ABC", "E", "2", false, false));
 }
 
-TEST_F(Master, AMissingMasterOrAnOddItemCountFails)
+TEST_F(HistoryMasterTest, AMissingMasterOrAnOddItemCountFails)
 {
     EXPECT_THROW(m_master.sum_bak_4_bas_p(m_dir / "none_", m_trace), failure::Failure);
     EXPECT_THROW(load("\"A1A\",\"K1\"\r\n\"B1B\"\r\n"), failure::Failure);
 }
 
-TEST_F(Master, ALoadReplacesTheFormerOne)
+TEST_F(HistoryMasterTest, ALoadReplacesTheFormerOne)
 {
     load(kMaster);
     load("\"B1B\",\"K1\"\r\nZZZ/ZZZZZZ,E2\r\n");
@@ -262,7 +262,7 @@ bool walk(const std::vector<std::string>& calls, const std::vector<std::string>&
     return false;
 }
 
-TEST_F(Master, TheIndexGivesTheAnswerOfTheLinearWalk)
+TEST_F(HistoryMasterTest, TheIndexGivesTheAnswerOfTheLinearWalk)
 {
     std::mt19937 random(7);
     const char* letters = "ABCDEFGHIJKLMNOZ";

@@ -30,7 +30,7 @@ struct RecordingLayout : LayoutHooks
 };
 
 /// A program folder with its settings, and the main window's model over them.
-class MainWindowOptions : public ::testing::Test
+class OptionModelTest : public ::testing::Test
 {
 protected:
     test::TempDir dir;
@@ -41,7 +41,7 @@ protected:
     test::RecordingDialogs dialogs;
     std::unique_ptr<OptionModel> model;
 
-    MainWindowOptions()
+    OptionModelTest()
     {
         std::filesystem::create_directories(dir / "Work");
         std::filesystem::create_directories(dir / "Prov");
@@ -106,7 +106,7 @@ using Calls = std::vector<std::string>;
 
 // ---- Load order ------------------------------------------------------------------------------
 
-TEST_F(MainWindowOptions, FirstLoadReadsTheNewAndEnvironmentFilesAndEndsWritingTheWorkingCopy)
+TEST_F(OptionModelTest, FirstLoadReadsTheNewAndEnvironmentFilesAndEndsWritingTheWorkingCopy)
 {
     seed();
     make().Form_Load();
@@ -120,7 +120,7 @@ TEST_F(MainWindowOptions, FirstLoadReadsTheNewAndEnvironmentFilesAndEndsWritingT
     EXPECT_TRUE(std::filesystem::exists(dir / "Vornhale.ini"));
 }
 
-TEST_F(MainWindowOptions, ALaterLoadReadsTheWorkingCopyInstead)
+TEST_F(OptionModelTest, ALaterLoadReadsTheWorkingCopyInstead)
 {
     load();
     options.set("Check06", "1");
@@ -134,7 +134,7 @@ TEST_F(MainWindowOptions, ALaterLoadReadsTheWorkingCopyInstead)
     EXPECT_EQ(model->colour("Check06"), Colour::Blue);
 }
 
-TEST_F(MainWindowOptions, AnEmptyOrZeroNoQslFlagIsRepairedAndTheEnvironmentWritten)
+TEST_F(OptionModelTest, AnEmptyOrZeroNoQslFlagIsRepairedAndTheEnvironmentWritten)
 {
     for (const char* flag : {"0", ""}) {
         test::TempDir other;
@@ -154,7 +154,7 @@ TEST_F(MainWindowOptions, AnEmptyOrZeroNoQslFlagIsRepairedAndTheEnvironmentWritt
     }
 }
 
-TEST_F(MainWindowOptions, AFlagOfTwoIsLeftAlone)
+TEST_F(OptionModelTest, AFlagOfTwoIsLeftAlone)
 {
     options.set("No_QSL_moji_set_flag", "2");
     seed();
@@ -163,7 +163,7 @@ TEST_F(MainWindowOptions, AFlagOfTwoIsLeftAlone)
     EXPECT_EQ(options.value("No_QSL_moji_set_flag"), "2");
 }
 
-TEST_F(MainWindowOptions, AnEmptyBandTickKeyShowsTheTickOnInBlack)
+TEST_F(OptionModelTest, AnEmptyBandTickKeyShowsTheTickOnInBlack)
 {
     auto& m = load({{"Check16", ""}});
     EXPECT_TRUE(m.tick("Check16"));
@@ -172,7 +172,7 @@ TEST_F(MainWindowOptions, AnEmptyBandTickKeyShowsTheTickOnInBlack)
     EXPECT_EQ(oldIni("Check16"), "1");
 }
 
-TEST_F(MainWindowOptions, BandTickFromItsKey)
+TEST_F(OptionModelTest, BandTickFromItsKey)
 {
     EXPECT_FALSE(load({{"Check16", "0"}}).tick("Check16"));
     EXPECT_EQ(model->colour("Check16"), Colour::Black);
@@ -181,7 +181,7 @@ TEST_F(MainWindowOptions, BandTickFromItsKey)
     EXPECT_EQ(model->colour("Check16"), Colour::Blue);
 }
 
-TEST_F(MainWindowOptions, ConversionToJstStaysOnAlthoughDisabledWhenTheLogIsInJst)
+TEST_F(OptionModelTest, ConversionToJstStaysOnAlthoughDisabledWhenTheLogIsInJst)
 {
     auto& m = load({{"Option2", "1"}, {"Option05", "3"}});
     EXPECT_TRUE(m.tick("Option2(1)"));
@@ -195,7 +195,7 @@ TEST_F(MainWindowOptions, ConversionToJstStaysOnAlthoughDisabledWhenTheLogIsInJs
     EXPECT_EQ(options.value("Option05"), "3");
 }
 
-TEST_F(MainWindowOptions, WithoutWebAccessAStoredWebTickReadsOffAndIsWrittenBackAsZero)
+TEST_F(OptionModelTest, WithoutWebAccessAStoredWebTickReadsOffAndIsWrittenBackAsZero)
 {
     auto& m = load({{"inet_flag", "NO"}, {"Check18", "1"}});
     EXPECT_FALSE(m.tick("Check18"));
@@ -208,7 +208,7 @@ TEST_F(MainWindowOptions, WithoutWebAccessAStoredWebTickReadsOffAndIsWrittenBack
     EXPECT_EQ(newIni("Check18"), "0");
 }
 
-TEST_F(MainWindowOptions, WithWebAccessTheWebControlsAreEnabledAndTheSearchIsSetUp)
+TEST_F(OptionModelTest, WithWebAccessTheWebControlsAreEnabledAndTheSearchIsSetUp)
 {
     int setups = 0;
     facts.Form_Load_GetMng = [&] { ++setups; };
@@ -220,7 +220,7 @@ TEST_F(MainWindowOptions, WithWebAccessTheWebControlsAreEnabledAndTheSearchIsSet
     EXPECT_EQ(setups, 1);
 }
 
-TEST_F(MainWindowOptions, DatesIntervalAndTitleAreSetAtLoad)
+TEST_F(OptionModelTest, DatesIntervalAndTitleAreSetAtLoad)
 {
     auto& m = load({{"Start_date", ""}, {"End_date", ""}, {"GetMng_Interval", ""}});
     EXPECT_EQ(options.value("Start_date"), "19600101");
@@ -234,14 +234,14 @@ TEST_F(MainWindowOptions, DatesIntervalAndTitleAreSetAtLoad)
     EXPECT_EQ(oldIni("End_date"), "2024/05/03");
 }
 
-TEST_F(MainWindowOptions, HyphensInTheEndDateBecomeSlashes)
+TEST_F(OptionModelTest, HyphensInTheEndDateBecomeSlashes)
 {
     load({{"End_date", "2023-12-31"}, {"GetMng_Interval", "7"}});
     EXPECT_EQ(options.value("End_date"), "2023/12/31");
     EXPECT_EQ(model->text("Combo1"), "7");
 }
 
-TEST_F(MainWindowOptions, NameMasterCountGivesTheFrameCaption)
+TEST_F(OptionModelTest, NameMasterCountGivesTheFrameCaption)
 {
     load();
     EXPECT_EQ(model->caption("Frame10"), "");
@@ -254,7 +254,7 @@ TEST_F(MainWindowOptions, NameMasterCountGivesTheFrameCaption)
     EXPECT_EQ(model->caption("Frame10"), "name_mas 2 ．txt　まであり");
 }
 
-TEST_F(MainWindowOptions, NameLookupSwitchedOffDisablesItsControls)
+TEST_F(OptionModelTest, NameLookupSwitchedOffDisablesItsControls)
 {
     auto& m = load({{"name_mas_dir", "使用しない"}});
     EXPECT_FALSE(m.enabled("Frame10"));
@@ -264,7 +264,7 @@ TEST_F(MainWindowOptions, NameLookupSwitchedOffDisablesItsControls)
     EXPECT_TRUE(model->enabled("Check15"));
 }
 
-TEST_F(MainWindowOptions, WithoutInputTheStartIsDisabledAndTheInputLabelAsks)
+TEST_F(OptionModelTest, WithoutInputTheStartIsDisabledAndTheInputLabelAsks)
 {
     auto& m = load();
     EXPECT_EQ(m.caption("lblIn_name"), "ﾒﾆｭｰより入力ﾌｧｲﾙを指定して下さい。");
@@ -274,7 +274,7 @@ TEST_F(MainWindowOptions, WithoutInputTheStartIsDisabledAndTheInputLabelAsks)
     EXPECT_FALSE(m.enabled("mnuDisp_in"));
 }
 
-TEST_F(MainWindowOptions, WithAnInputTheStartIsEnabledAndExistingResultsCanBeShown)
+TEST_F(OptionModelTest, WithAnInputTheStartIsEnabledAndExistingResultsCanBeShown)
 {
     withInput("test.all", "all");
     test::writeBytes(dir / "test_cn.csv", "");
@@ -287,13 +287,13 @@ TEST_F(MainWindowOptions, WithAnInputTheStartIsEnabledAndExistingResultsCanBeSho
     EXPECT_TRUE(m.enabled("txtYYYY"));
 }
 
-TEST_F(MainWindowOptions, AZloInputDisablesTheYear)
+TEST_F(OptionModelTest, AZloInputDisablesTheYear)
 {
     withInput("test.zlo", "zlo");
     EXPECT_FALSE(load().enabled("txtYYYY"));
 }
 
-TEST_F(MainWindowOptions, ABlankHistoryNameIsReportedAndShownAsHamlogHdb)
+TEST_F(OptionModelTest, ABlankHistoryNameIsReportedAndShownAsHamlogHdb)
 {
     facts.historyFileName = " ";
     facts.historyFileExists = false;
@@ -306,7 +306,7 @@ TEST_F(MainWindowOptions, ABlankHistoryNameIsReportedAndShownAsHamlogHdb)
     EXPECT_EQ(load().caption("Option01(0)"), "BAK.hdb");
 }
 
-TEST_F(MainWindowOptions, LoadEndsWithTheFixedStates)
+TEST_F(OptionModelTest, LoadEndsWithTheFixedStates)
 {
     test::writeBytes(dir / "Work" / "zlog_1.txt", "");
     auto& m = load({{"Check14", "0"}, {"mng_search_url", ""}});
@@ -321,7 +321,7 @@ TEST_F(MainWindowOptions, LoadEndsWithTheFixedStates)
     EXPECT_FALSE(load().enabled("mnuQSOBank"));
 }
 
-TEST_F(MainWindowOptions, TheSavedZoneMarkFillsTheBoxAtLoad)
+TEST_F(OptionModelTest, TheSavedZoneMarkFillsTheBoxAtLoad)
 {
     options.set("Zone_moji_save", "ZN");
     files.ini_write_zone_moji();
@@ -331,7 +331,7 @@ TEST_F(MainWindowOptions, TheSavedZoneMarkFillsTheBoxAtLoad)
     EXPECT_EQ(m.control("Frame15").toolTip, options.value("qth_mas_dir"));
 }
 
-TEST_F(MainWindowOptions, StartTabsFollowTheirKeys)
+TEST_F(OptionModelTest, StartTabsFollowTheirKeys)
 {
     auto& m = load({{"disp_top_SSTab", "2"}, {"Option5", "3"}});
     EXPECT_EQ(m.startTabSecond(), 2);
@@ -341,14 +341,14 @@ TEST_F(MainWindowOptions, StartTabsFollowTheirKeys)
     EXPECT_FALSE(m.tick("Check8"));
 }
 
-TEST_F(MainWindowOptions, MenuTicksFollowTheirKeys)
+TEST_F(OptionModelTest, MenuTicksFollowTheirKeys)
 {
     auto& m = load({{"Make_a2t", "1"}, {"Make_t2a", "0"}});
     EXPECT_TRUE(m.tick("mnuMake_a2t"));
     EXPECT_FALSE(m.tick("mnuMake_t2a"));
 }
 
-TEST_F(MainWindowOptions, TheZoneDigitTickPutsTheRightDigitsOnAtEveryLoad)
+TEST_F(OptionModelTest, TheZoneDigitTickPutsTheRightDigitsOnAtEveryLoad)
 {
     // On or off, the load leaves Option7(1) on.
     EXPECT_EQ(load({{"Check6", "1"}, {"Option7", "0"}}).member("Option7"), 1);
@@ -356,7 +356,7 @@ TEST_F(MainWindowOptions, TheZoneDigitTickPutsTheRightDigitsOnAtEveryLoad)
     EXPECT_EQ(load({{"Check6", "0"}, {"Option7", "0"}}).member("Option7"), 1);
 }
 
-TEST_F(MainWindowOptions, LayoutIsDrawnOnceOrTwiceAndTheWidthsBuilt)
+TEST_F(OptionModelTest, LayoutIsDrawnOnceOrTwiceAndTheWidthsBuilt)
 {
     load();
     // The province tick's rule runs when the keys are set and again in Form_Load_3.
@@ -371,7 +371,7 @@ TEST_F(MainWindowOptions, LayoutIsDrawnOnceOrTwiceAndTheWidthsBuilt)
     EXPECT_EQ(std::count(layout.calls.begin(), layout.calls.end(), "Set_Rmks_Len"), 1);
 }
 
-TEST_F(MainWindowOptions, TicksAndGroupsTakeTheirKeysWithBlueForOn)
+TEST_F(OptionModelTest, TicksAndGroupsTakeTheirKeysWithBlueForOn)
 {
     auto& m = load({{"Check06", "1"},
                     {"Check10", "1"},
@@ -395,7 +395,7 @@ TEST_F(MainWindowOptions, TicksAndGroupsTakeTheirKeysWithBlueForOn)
 
 // ---- Change rules ----------------------------------------------------------------------------
 
-TEST_F(MainWindowOptions, EveryChangeClearsTheStatusLine)
+TEST_F(OptionModelTest, EveryChangeClearsTheStatusLine)
 {
     auto& m = load();
     m.makeIni_Click();
@@ -410,7 +410,7 @@ TEST_F(MainWindowOptions, EveryChangeClearsTheStatusLine)
     EXPECT_EQ(m.caption("lblShori"), "");
 }
 
-TEST_F(MainWindowOptions, MakeIniWritesTheNewFileAndSaysSo)
+TEST_F(OptionModelTest, MakeIniWritesTheNewFileAndSaysSo)
 {
     auto& m = load();
     options.set("Check06", "1");
@@ -422,7 +422,7 @@ TEST_F(MainWindowOptions, MakeIniWritesTheNewFileAndSaysSo)
     EXPECT_EQ(m.caption("lblShori"), "　ini 作成完了");
 }
 
-TEST_F(MainWindowOptions, Rule1_ReturnMarkReplacementsAreExclusiveAndStoredAtOnce)
+TEST_F(OptionModelTest, Rule1_ReturnMarkReplacementsAreExclusiveAndStoredAtOnce)
 {
     auto& m = load({{"Option04", "1"}});
     m.clickTick("Check3");
@@ -441,7 +441,7 @@ TEST_F(MainWindowOptions, Rule1_ReturnMarkReplacementsAreExclusiveAndStoredAtOnc
     EXPECT_FALSE(model->enabled("Check3"));
 }
 
-TEST_F(MainWindowOptions, Rule2_StartTabTicksAreExclusiveAndTheResultTabClearsTheManagerTick)
+TEST_F(OptionModelTest, Rule2_StartTabTicksAreExclusiveAndTheResultTabClearsTheManagerTick)
 {
     auto& m = load();
     m.clickTick("Check9");
@@ -458,7 +458,7 @@ TEST_F(MainWindowOptions, Rule2_StartTabTicksAreExclusiveAndTheResultTabClearsTh
     EXPECT_EQ(m.colour("Check9"), Colour::Black);
 }
 
-TEST_F(MainWindowOptions, Rule3_TheFullCallTickCannotBeTurnedOff)
+TEST_F(OptionModelTest, Rule3_TheFullCallTickCannotBeTurnedOff)
 {
     auto& m = load();
     m.clickTick("Check14");
@@ -467,7 +467,7 @@ TEST_F(MainWindowOptions, Rule3_TheFullCallTickCannotBeTurnedOff)
     EXPECT_EQ(m.colour("Check14"), Colour::Blue);
 }
 
-TEST_F(MainWindowOptions, Rule4_ZoneDigitsOffPutsTheRightDigitsOn)
+TEST_F(OptionModelTest, Rule4_ZoneDigitsOffPutsTheRightDigitsOn)
 {
     auto& m = load({{"Check6", "1"}});
     m.chooseMember("Option7", 0);
@@ -476,7 +476,7 @@ TEST_F(MainWindowOptions, Rule4_ZoneDigitsOffPutsTheRightDigitsOn)
     EXPECT_EQ(options.value("Option7"), "1");
 }
 
-TEST_F(MainWindowOptions, Rules5And6_EntityCheckNamesTheUnknownAndUpperCasesTheList)
+TEST_F(OptionModelTest, Rules5And6_EntityCheckNamesTheUnknownAndUpperCasesTheList)
 {
     facts.knownEntity = [](std::string_view n) { return n == "JAPAN" || n == "HAWAII"; };
     auto& m = load();
@@ -500,7 +500,7 @@ TEST_F(MainWindowOptions, Rules5And6_EntityCheckNamesTheUnknownAndUpperCasesTheL
     EXPECT_EQ(m.caption("Label3"), "");
 }
 
-TEST_F(MainWindowOptions, Rule6_WithoutTheTickTheCheckOnlyUpperCases)
+TEST_F(OptionModelTest, Rule6_WithoutTheTickTheCheckOnlyUpperCases)
 {
     facts.knownEntity = [](std::string_view) { return false; };
     auto& m = load();
@@ -510,7 +510,7 @@ TEST_F(MainWindowOptions, Rule6_WithoutTheTickTheCheckOnlyUpperCases)
     EXPECT_EQ(m.text("txtNo_qsl_cty"), "ATLANTIS");
 }
 
-TEST_F(MainWindowOptions, Rules7And8And20_WebSearchTickAndItsOrder)
+TEST_F(OptionModelTest, Rules7And8And20_WebSearchTickAndItsOrder)
 {
     struct Case
     {
@@ -544,14 +544,14 @@ TEST_F(MainWindowOptions, Rules7And8And20_WebSearchTickAndItsOrder)
     EXPECT_TRUE(m.tick("Check22")); // Check23 still on
 }
 
-TEST_F(MainWindowOptions, Rule8_CopyEvenForNDoesNothingWithoutWebSearch)
+TEST_F(OptionModelTest, Rule8_CopyEvenForNDoesNothingWithoutWebSearch)
 {
     auto& m = load({{"inet_flag", "OK"}});
     m.clickTick("Check23");
     EXPECT_FALSE(m.tick("Check22"));
 }
 
-TEST_F(MainWindowOptions, Rule9_ChangingTheInputZoneResetsTheConversion)
+TEST_F(OptionModelTest, Rule9_ChangingTheInputZoneResetsTheConversion)
 {
     auto& m = load();
     m.chooseMember("Option05", 1);
@@ -578,7 +578,7 @@ TEST_F(MainWindowOptions, Rule9_ChangingTheInputZoneResetsTheConversion)
     }
 }
 
-TEST_F(MainWindowOptions, Rule10_NoSplitMovesTheUnsortedOrderBackToTheFirstSort)
+TEST_F(OptionModelTest, Rule10_NoSplitMovesTheUnsortedOrderBackToTheFirstSort)
 {
     auto& m = load({{"Option08", "1"}});
     m.chooseMember("Option02", 4);
@@ -591,7 +591,7 @@ TEST_F(MainWindowOptions, Rule10_NoSplitMovesTheUnsortedOrderBackToTheFirstSort)
     EXPECT_TRUE(m.enabled("Option02(4)"));
 }
 
-TEST_F(MainWindowOptions, Rule11_HistoryMatchingControlsFollowTheNoQslChoice)
+TEST_F(OptionModelTest, Rule11_HistoryMatchingControlsFollowTheNoQslChoice)
 {
     int retests = 0;
     facts.disp_err_op04 = [&] { ++retests; };
@@ -613,7 +613,7 @@ TEST_F(MainWindowOptions, Rule11_HistoryMatchingControlsFollowTheNoQslChoice)
     EXPECT_EQ(newIni("Option04"), "2");
 }
 
-TEST_F(MainWindowOptions, Rule11_TheHistoryLabelIsComparedWithItsOwnWord)
+TEST_F(OptionModelTest, Rule11_TheHistoryLabelIsComparedWithItsOwnWord)
 {
     int retests = 0;
     facts.disp_err_op04 = [&] { ++retests; };
@@ -631,7 +631,7 @@ TEST_F(MainWindowOptions, Rule11_TheHistoryLabelIsComparedWithItsOwnWord)
     EXPECT_TRUE(m.enabled("Option01(0)"));
 }
 
-TEST_F(MainWindowOptions, Rules13And14_ProvinceOffDisablesItsControls)
+TEST_F(OptionModelTest, Rules13And14_ProvinceOffDisablesItsControls)
 {
     withInput("test.all", "all");
     auto& m = load();
@@ -643,7 +643,7 @@ TEST_F(MainWindowOptions, Rules13And14_ProvinceOffDisablesItsControls)
     EXPECT_TRUE(m.enabled("cmdStart"));
 }
 
-TEST_F(MainWindowOptions, Rule14_ProvinceWithoutAMasterAsksForOneAndBlocksTheStart)
+TEST_F(OptionModelTest, Rule14_ProvinceWithoutAMasterAsksForOneAndBlocksTheStart)
 {
     withInput("test.all", "all");
     auto& m = load();
@@ -663,7 +663,7 @@ TEST_F(MainWindowOptions, Rule14_ProvinceWithoutAMasterAsksForOneAndBlocksTheSta
     EXPECT_EQ(layout.calls.back(), "refresh");
 }
 
-TEST_F(MainWindowOptions, Rule14_MasterButtonCaptionFollowsTheProvinceFolder)
+TEST_F(OptionModelTest, Rule14_MasterButtonCaptionFollowsTheProvinceFolder)
 {
     withInput("test.all", "all");
     const std::string master = (dir / "Prov" / "x.mas").string();
@@ -686,7 +686,7 @@ TEST_F(MainWindowOptions, Rule14_MasterButtonCaptionFollowsTheProvinceFolder)
     EXPECT_FALSE(m.enabled("cmdStart"));
 }
 
-TEST_F(MainWindowOptions, Rule14_WithoutInputTheClosingCheckEnablesTheMasterButtonsAgain)
+TEST_F(OptionModelTest, Rule14_WithoutInputTheClosingCheckEnablesTheMasterButtonsAgain)
 {
     // The click disables both master buttons for want of an input, then ends with
     // Check5_Chk, which enables them with the tick: the start stays disabled.
@@ -701,7 +701,7 @@ TEST_F(MainWindowOptions, Rule14_WithoutInputTheClosingCheckEnablesTheMasterButt
     EXPECT_FALSE(m.enabled("cmdSetMas_dat"));
 }
 
-TEST_F(MainWindowOptions, Rule14_AStateCellClashesWithTheProvince)
+TEST_F(OptionModelTest, Rule14_AStateCellClashesWithTheProvince)
 {
     withInput("test.all", "all");
     test::writeBytes(dir / "m.mas", "A,B\r\n");
@@ -717,7 +717,7 @@ TEST_F(MainWindowOptions, Rule14_AStateCellClashesWithTheProvince)
     EXPECT_NE(std::find(layout.calls.begin(), layout.calls.end(), "red 2,3"), layout.calls.end());
 }
 
-TEST_F(MainWindowOptions, Rule14_TagsOfTheFileNameNameTheContestFirstHitWins)
+TEST_F(OptionModelTest, Rule14_TagsOfTheFileNameNameTheContestFirstHitWins)
 {
     const std::pair<const char*, const char*> cases[] = {
         {"ref2024.all", "REFコンテスト(DX)"},
@@ -755,7 +755,7 @@ TEST_F(MainWindowOptions, Rule14_TagsOfTheFileNameNameTheContestFirstHitWins)
     }
 }
 
-TEST_F(MainWindowOptions, Rule14_IotaCannotGiveProvincesAndAGuessedMasterIsShownGreen)
+TEST_F(OptionModelTest, Rule14_IotaCannotGiveProvincesAndAGuessedMasterIsShownGreen)
 {
     withInput("iota.all", "all");
     auto& m = load();
@@ -779,7 +779,7 @@ TEST_F(MainWindowOptions, Rule14_IotaCannotGiveProvincesAndAGuessedMasterIsShown
     EXPECT_TRUE(g.enabled("cmdStart"));
 }
 
-TEST_F(MainWindowOptions, Rule14_AZloInputChoosesItsMasterFromTheContestName)
+TEST_F(OptionModelTest, Rule14_AZloInputChoosesItsMasterFromTheContestName)
 {
     const std::string master = (dir / "Prov" / "cq.mas").string();
     test::writeBytes(master, "A,B\r\n");
@@ -794,7 +794,7 @@ TEST_F(MainWindowOptions, Rule14_AZloInputChoosesItsMasterFromTheContestName)
     EXPECT_TRUE(m.enabled("cmdStart"));
 }
 
-TEST_F(MainWindowOptions, Rule15And16_ProvincePlaceAndPrefix)
+TEST_F(OptionModelTest, Rule15And16_ProvincePlaceAndPrefix)
 {
     withInput("test.all", "all");
     auto& m = load({{"Check5", "1"}});
@@ -817,7 +817,7 @@ TEST_F(MainWindowOptions, Rule15And16_ProvincePlaceAndPrefix)
     EXPECT_EQ(options.value("Prov_moji"), "");
 }
 
-TEST_F(MainWindowOptions, Rule17_ZonePrefixLabelAndFreeText)
+TEST_F(OptionModelTest, Rule17_ZonePrefixLabelAndFreeText)
 {
     auto& m = load();
     const std::pair<int, const char*> cases[] = {{1, "'CQ = '"}, {2, "'ITU = '"}, {0, "'Z'"}};
@@ -847,7 +847,7 @@ TEST_F(MainWindowOptions, Rule17_ZonePrefixLabelAndFreeText)
     EXPECT_EQ(ProfileFile(dir / "Vornhale_Zone_moji.ini").read("Zone_moji", "Zone_moji_save"), "");
 }
 
-TEST_F(MainWindowOptions, Rule19_ConversionChoiceIsColouredAndStoredInBothFiles)
+TEST_F(OptionModelTest, Rule19_ConversionChoiceIsColouredAndStoredInBothFiles)
 {
     auto& m = load();
     m.chooseMember("Option05", 3);
@@ -858,7 +858,7 @@ TEST_F(MainWindowOptions, Rule19_ConversionChoiceIsColouredAndStoredInBothFiles)
     EXPECT_EQ(m.colour("Option05(0)"), Colour::Black);
 }
 
-TEST_F(MainWindowOptions, Rules21And22_StartTabAndReportFlag)
+TEST_F(OptionModelTest, Rules21And22_StartTabAndReportFlag)
 {
     auto& m = load();
     m.chooseMember("Option5", 2);
@@ -870,7 +870,7 @@ TEST_F(MainWindowOptions, Rules21And22_StartTabAndReportFlag)
     EXPECT_EQ(options.value("Check21"), "1");
 }
 
-TEST_F(MainWindowOptions, Rule23_OnlyTheFirstCharacterOfAMarkIsKeptAndABlankIsLostOnWrite)
+TEST_F(OptionModelTest, Rule23_OnlyTheFirstCharacterOfAMarkIsKeptAndABlankIsLostOnWrite)
 {
     auto& m = load();
     m.editText("txtQSL_Q", "＃X");
@@ -884,7 +884,7 @@ TEST_F(MainWindowOptions, Rule23_OnlyTheFirstCharacterOfAMarkIsKeptAndABlankIsLo
     EXPECT_EQ(oldIni("QSL_S"), "");
 }
 
-TEST_F(MainWindowOptions, Rule24_TextsStoreInMemoryAndWriteTheWorkingCopy)
+TEST_F(OptionModelTest, Rule24_TextsStoreInMemoryAndWriteTheWorkingCopy)
 {
     struct Case
     {
@@ -914,7 +914,7 @@ TEST_F(MainWindowOptions, Rule24_TextsStoreInMemoryAndWriteTheWorkingCopy)
     EXPECT_EQ(calls(), Calls{"ini_write_old"});
 }
 
-TEST_F(MainWindowOptions, MenuTicksInvertAndWriteTheWorkingCopy)
+TEST_F(OptionModelTest, MenuTicksInvertAndWriteTheWorkingCopy)
 {
     auto& m = load();
     m.clickButton("mnuMake_a2t");
@@ -927,7 +927,7 @@ TEST_F(MainWindowOptions, MenuTicksInvertAndWriteTheWorkingCopy)
     EXPECT_EQ(calls(), (Calls{"ini_write_old", "ini_write_old", "ini_write_old"}));
 }
 
-TEST_F(MainWindowOptions, BandTickChangeWritesBothFiles)
+TEST_F(OptionModelTest, BandTickChangeWritesBothFiles)
 {
     auto& m = load();
     m.clickTick("Check16");
@@ -936,7 +936,7 @@ TEST_F(MainWindowOptions, BandTickChangeWritesBothFiles)
     EXPECT_EQ(oldIni("Check16"), "0");
 }
 
-TEST_F(MainWindowOptions, OtherTicksChangeOnlyTheirKeyAndColour)
+TEST_F(OptionModelTest, OtherTicksChangeOnlyTheirKeyAndColour)
 {
     const char* ticks[] = {"Check06", "Check1",  "Check10", "Check12", "Check13",
                            "Check15", "Check17", "Check19", "Check2",  "Check20",
@@ -954,7 +954,7 @@ TEST_F(MainWindowOptions, OtherTicksChangeOnlyTheirKeyAndColour)
     }
 }
 
-TEST_F(MainWindowOptions, ADisabledControlIgnoresTheUser)
+TEST_F(OptionModelTest, ADisabledControlIgnoresTheUser)
 {
     auto& m = load({{"Option2", "1"}});
     m.chooseMember("Option05", 1);
@@ -964,7 +964,7 @@ TEST_F(MainWindowOptions, ADisabledControlIgnoresTheUser)
     EXPECT_FALSE(m.clickButton("cmdUnknown"));
 }
 
-TEST_F(MainWindowOptions, ListenersHearEveryChangeUntilTheyLeave)
+TEST_F(OptionModelTest, ListenersHearEveryChangeUntilTheyLeave)
 {
     auto& m = load({{"Option04", "1"}});
     std::vector<std::string> heard;
@@ -981,7 +981,7 @@ TEST_F(MainWindowOptions, ListenersHearEveryChangeUntilTheyLeave)
     EXPECT_TRUE(heard.empty());
 }
 
-TEST_F(MainWindowOptions, TheModelWorksWithoutSettingsFiles)
+TEST_F(OptionModelTest, TheModelWorksWithoutSettingsFiles)
 {
     OptionModel m(options, nullptr, facts);
     m.Form_Load();
