@@ -1,0 +1,15 @@
+#pragma once
+
+#include <QString>
+
+namespace vornhale::ui {
+
+class DesktopProgram;
+
+/// Pictures of the program's windows for the documentation: `frmConfig.png`, then
+/// `main-1.png` to `main-4.png`, picture N showing tab N of both tab groups. With a log
+/// to convert, it is opened and converted first, so that the pictures show an input and a
+/// filled result grid. Returns false when a picture could not be written.
+bool takeScreenshots(DesktopProgram& program, const QString& folder, const QString& log);
+
+} // namespace vornhale::ui
