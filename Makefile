@@ -8,7 +8,7 @@ SAMPLE     := data/sample/SAMPLE2026.ALL
 RUN_DIR    := $(BUILD)/run
 FUZZ_SECONDS ?= 60
 
-.PHONY: all deps build run test bench fuzz asan format clean
+.PHONY: all deps build run run-gui screenshots test bench fuzz asan format clean
 
 all: build
 
@@ -28,6 +28,16 @@ run: build
 	@echo
 	@echo "Results beside the log in $(abspath $(RUN_DIR)/log):"
 	@ls -1 $(abspath $(RUN_DIR)/log)
+
+# The window program, on the program folder of the user (or $VORNHALE_HOME).
+run-gui: deps $(BUILD)/build.ninja
+	cmake --build $(BUILD) -j $(JOBS) --target vornhale
+	$(BUILD)/src/ui/vornhale
+
+# Pictures of the windows for README.md, taken under Xvfb into docs/screenshots/.
+screenshots: deps $(BUILD)/build.ninja
+	cmake --build $(BUILD) -j $(JOBS) --target vornhale
+	@bash scripts/screenshots.sh $(BUILD) docs/screenshots
 
 test: build
 	cd $(BUILD) && ctest --output-on-failure -j $(JOBS)
