@@ -252,10 +252,11 @@ private:
     void startTabTick(std::string_view name);
     void Check14_Click();
     void Check09_Click();
-    void Check3_Click(std::string_view name);
+    /// `Check3_Click` and `Check4_Click`: the two No-QSL rewrite ticks exclude each other.
+    void noQslRewriteTick(std::string_view name);
     void Check6_Click();
-    void Op04_rule();
-    void Label29_text();
+    /// `Label29` tells the order of the manager sources that `Option10` chose.
+    void showManagerOrder();
     void searchStateCell();
     void provinceTagChain();
     void nameMasCount();

@@ -27,6 +27,7 @@ struct Started
 {
     Started()
     {
+        ::unsetenv("VORNHALE_CTY_DAT");
         session = std::make_unique<session::Session>(home.path() / "home", dialogs);
         session->acceptEnvironment();
     }
