@@ -48,14 +48,6 @@ bool systemDateFlag(const Options& options)
 
 } // namespace
 
-CalendarDate systemToday()
-{
-    const std::time_t now = std::time(nullptr);
-    std::tm local{};
-    localtime_r(&now, &local);
-    return {local.tm_year + 1900, local.tm_mon + 1, local.tm_mday};
-}
-
 std::string dateDigits(const CalendarDate& date)
 {
     char buffer[16];

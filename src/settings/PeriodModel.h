@@ -1,5 +1,6 @@
 #pragma once
 
+#include "base/Clock.h"
 #include "settings/Options.h"
 
 #include <array>
@@ -10,16 +11,8 @@
 
 namespace vornhale::settings {
 
-/// A day of the calendar.
-struct CalendarDate
-{
-    int year = 0;
-    int month = 0;
-    int day = 0;
-};
-
-/// Today by the local clock.
-CalendarDate systemToday();
+using base::CalendarDate;
+using base::systemToday;
 /// Eight digits, year month day: 2024-05-01 gives "20240501".
 std::string dateDigits(const CalendarDate& date);
 
