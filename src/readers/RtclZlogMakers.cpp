@@ -36,7 +36,8 @@ struct ZlogParts
 };
 
 // The `.TXT` form as the `.TXT` reader takes its columns: month 1, day 5, time 8, call 13,
-// sent report 24, received report 37, received number 40, band 58, mode 64, memo 73.
+// sent report 24, received report 37, received number 40, band 58, mode 64, points 68,
+// memo 73.
 std::string txtLine(const ZlogParts& p)
 {
     std::string out = right("0" + trimmed(mid(p.date, 6, 2)), 2) + "  ";
@@ -47,7 +48,8 @@ std::string txtLine(const ZlogParts& p)
     out += sjisColumn(p.rcvdRst, 3) + " " + sjisColumn(p.rcvdNr, 9);
     out += sjisColumn(p.multi1, 8);
     out += sjisColumn(p.band, 6);
-    out += sjisColumn(p.mode, 4);
+    // The mode takes three places, as zLog writes it in this form (RTTY as RTT).
+    out += sjisColumn(p.mode, 3) + " ";
     out += sjisColumn(p.points, 4) + " ";
     out += p.memo;
     return out;

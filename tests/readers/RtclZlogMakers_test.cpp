@@ -241,9 +241,9 @@ TEST_F(RtclV4, TheMakersWriteTheAllAndTxtTextsThroughAWorkingFileThatGoes)
         ASSERT_EQ(txtLines.size(), 3u);
         EXPECT_EQ(txtLines[0], kTitle);
         EXPECT_EQ(txtLines[1], "03  15 1200 JA1ABC     599 013      599 025      25      14    "
-                               "RTTY1    %%OP1%% (14000) tnx");
+                               "RTT 1    %%OP1%% (14000) tnx");
         EXPECT_EQ(txtLines[2], "03  15 1200 JA1ABC     599 013      599 025              14    "
-                               "PSK30    -DUPE- (21080)");
+                               "PSK 0    -DUPE- (21080)");
         EXPECT_FALSE(fs::exists(dir / "tmp_log.csv"));
     }
 }
