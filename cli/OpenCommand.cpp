@@ -5,6 +5,7 @@
 #include "engine/ReferenceData.h"
 #include "engine/RunContext.h"
 #include "readers/InputKinds.h"
+#include "readers/RtclZlogMakers.h"
 #include "readers/ZloReader.h"
 #include "text/Chars.h"
 
@@ -97,6 +98,11 @@ int runOpen(const OpenRequest& request)
         }
         if (run.f_type == "zlo") {
             show("z2a_name", readers::z2aName(run.in_name));
+        }
+        if (run.f_type == "log") {
+            // The menus that show the zLog texts of an RTCL text log.
+            show("mnuDisp_l2t", readers::l2zCaption(run.in_name, "_l2z.txt"));
+            show("mnuDisp_l2a", readers::l2zCaption(run.in_name, "_l2z.all"));
         }
         if (run.kind == readers::InputKind::Mdb) {
             show("mdb_csv_name", run.mdb.mdb_csv_name);

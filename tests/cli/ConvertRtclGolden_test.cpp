@@ -260,6 +260,11 @@ TEST(RtclCommand, OpenTellsTheKindOfEachGeneration)
         EXPECT_NE(cli.output.find("out_name_ham_n\t" + (cli.dir / "CONTEST_hn.csv").string()),
                   std::string::npos)
             << cli.output;
+        const bool text = std::string(f_type) == "log";
+        EXPECT_EQ(cli.output.find("mnuDisp_l2t\tCONTEST_l2z.txt\n") != std::string::npos, text)
+            << cli.output;
+        EXPECT_EQ(cli.output.find("mnuDisp_l2a\tCONTEST_l2z.all\n") != std::string::npos, text)
+            << cli.output;
     }
 }
 
