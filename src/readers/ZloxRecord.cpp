@@ -73,7 +73,10 @@ std::string zloMemoOfZlox(std::string_view record)
     if (byteAt(record, kDupe) == 1) {
         add("-DUPE-");
     }
-    const std::string_view freq = counted(record, kFreqLen, kFreq, kFreqSize);
+    // The field holds kHz with a decimal ("7123.0"); the memo gets the whole kHz, the form in
+    // which the frequency rule of the .ZLO reader takes it.
+    std::string_view freq = counted(record, kFreqLen, kFreq, kFreqSize);
+    freq = freq.substr(0, freq.find('.'));
     if (!freq.empty()) {
         add("(" + std::string(freq) + ")");
     }

@@ -20,9 +20,10 @@ inline constexpr std::size_t kZloxRecordSize = 384;
 long zloxRecordCount(std::uintmax_t bytes);
 
 /// The memo as zLog writes it into a `.ZLO` record for a `.ZLOX` record `record` (384 bytes):
-/// "-DUPE-" when the dupe flag is set, the frequency field in parentheses, the memo, and
-/// "*QSY Violation*" when that flag is set, joined by single blanks. Shift-JIS bytes, cut to
-/// the 64 bytes of the `.ZLO` memo without splitting a double-byte character.
+/// "-DUPE-" when the dupe flag is set, the frequency field's whole kHz in parentheses
+/// ("7123.0" gives "(7123)"), the memo, and "*QSY Violation*" when that flag is set, joined by
+/// single blanks. Shift-JIS bytes, cut to the 64 bytes of the `.ZLO` memo without splitting a
+/// double-byte character.
 std::string zloMemoOfZlox(std::string_view record);
 
 /// The `.ZLO` log that zLog would have written for the contacts of the `.ZLOX` bytes `bytes`:

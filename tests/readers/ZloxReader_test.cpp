@@ -107,7 +107,7 @@ TEST(ZloxMemo, JoinsTheDupeMarkTheFrequencyTheMemoAndTheQsyMarkWithSingleBlanks)
     const std::string zlox =
         zloxOf(ZloWriter().header("X").qso(q).bytes(), {{"7123.0", true, true, 0}});
     EXPECT_EQ(readers::zloMemoOfZlox(std::string_view(zlox).substr(384, 384)),
-              "-DUPE- (7123.0) GL PM95 *QSY Violation*");
+              "-DUPE- (7123) GL PM95 *QSY Violation*");
 }
 
 TEST(ZloxMemo, LeavesOutWhatIsNotThere)
@@ -117,7 +117,7 @@ TEST(ZloxMemo, LeavesOutWhatIsNotThere)
     const std::string zlox = zloxOf(ZloWriter().header("X").qso(plain).qso(onlyFreq).bytes(),
                                     {{"", false, false, 0}, {"14025.5", false, false, 0}});
     EXPECT_EQ(readers::zloMemoOfZlox(std::string_view(zlox).substr(384, 384)), "hello");
-    EXPECT_EQ(readers::zloMemoOfZlox(std::string_view(zlox).substr(768, 384)), "(14025.5)");
+    EXPECT_EQ(readers::zloMemoOfZlox(std::string_view(zlox).substr(768, 384)), "(14025)");
 }
 
 TEST(ZloxMemo, TheQslMarkIsNotWrittenBecauseItDependsOnZlogsOwnSettings)
@@ -132,15 +132,15 @@ TEST(ZloxMemo, TheQslMarkIsNotWrittenBecauseItDependsOnZlogsOwnSettings)
 TEST(ZloxMemo, IsCutToSixtyFourBytesWithoutSplittingADoubleByteCharacter)
 {
     ZloQsoSpec q;
-    q.memo = std::string(21, 'a') + "あいうえおかきくけこさしすせそたちつてと"; // 21 + 40 bytes
+    q.memo = std::string(23, 'a') + "あいうえおかきくけこさしすせそたちつてと"; // 23 + 40 bytes
     const std::string zlox =
         zloxOf(ZloWriter().header("X").qso(q).bytes(), {{"7123.0", true, false, 0}});
     const std::string memo = readers::zloMemoOfZlox(std::string_view(zlox).substr(384, 384));
-    // "-DUPE- (7123.0) " is 16 bytes and the letters 21; of the 27 bytes left the 14th
+    // "-DUPE- (7123) " is 14 bytes and the letters 23; of the 27 bytes left the 14th
     // double-byte character would need the 65th.
     EXPECT_EQ(memo.size(), 63u);
     EXPECT_EQ(text::decodeSjis(memo),
-              "-DUPE- (7123.0) " + std::string(21, 'a') + "あいうえおかきくけこさしす");
+              "-DUPE- (7123) " + std::string(23, 'a') + "あいうえおかきくけこさしす");
 }
 
 TEST(ZloxImage, IsTheZloThatZlogWouldHaveWritten)
@@ -157,8 +157,8 @@ TEST(ZloxImage, IsTheZloThatZlogWouldHaveWritten)
     EXPECT_EQ(readers::decodeZloHeader(header).cont_name, "ALL JA");
     const readers::ZloQso qso = readers::decodeZloQso(image.record(2));
     EXPECT_EQ(qso.call, "JA1ABC");
-    EXPECT_EQ(qso.memo_length, 12);
-    EXPECT_EQ(std::string(text::Cut_nul(qso.memo)), "(7001.0) TNX");
+    EXPECT_EQ(qso.memo_length, 10);
+    EXPECT_EQ(std::string(text::Cut_nul(qso.memo)), "(7001) TNX");
 }
 
 // --- Conversion ------------------------------------------------------------------------------
@@ -198,17 +198,17 @@ TEST_F(ZloxRun, TheFrequencyFieldReachesTheZloFrequencyRuleThroughTheMemo)
     EXPECT_EQ(lines[1][Freq], "14");
 }
 
-TEST_F(ZloxRun, ZlogsOneDecimalKhzIsReadByTheZloRuleAsItStands)
+TEST_F(ZloxRun, TheFrequencyFieldsDecimalIsLeftOutSoThatTheZloRuleReadsTheKhz)
 {
-    // Current zLog writes "(7123.0)" into a .ZLO memo; the rule for seven-digit kHz takes
-    // it as it takes any six-character text.
     options.set("Check17", "1");
-    ZloQsoSpec q;
-    q.band = 2;
-    const auto lines =
-        convert(zloxOf(ZloWriter().header("X").qso(q).bytes(), {{"7123.0", false, false, 0}}));
-    ASSERT_EQ(lines.size(), 1u);
-    EXPECT_EQ(lines[0][Freq], "712.3.0");
+    ZloQsoSpec a, b;
+    a.band = 2;
+    b.band = 4;
+    const auto lines = convert(zloxOf(ZloWriter().header("X").qso(a).qso(b).bytes(),
+                                      {{"7123.0", false, false, 0}, {"14025.5", false, false, 0}}));
+    ASSERT_EQ(lines.size(), 2u);
+    EXPECT_EQ(lines[0][Freq], "7.123");
+    EXPECT_EQ(lines[1][Freq], "14.025");
 }
 
 TEST_F(ZloxRun, TheDupeMarkStandsInTheMemoAsInAZloWrittenByZlog)
@@ -311,7 +311,7 @@ TEST_F(ZloxRun, Z2aWritesTheAllTextOfAZlox)
     EXPECT_EQ(text::mid(lines[1], 18, 6), "JA1ABC");
     EXPECT_EQ(text::trim(text::mid(lines[1], 67, 5)), "7");
     EXPECT_EQ(text::trim(text::mid(lines[1], 72, 5)), "FT8");
-    EXPECT_TRUE(text::endsWith(lines[1], "(7074.0)"));
+    EXPECT_TRUE(text::endsWith(lines[1], "(7074)"));
 }
 
 // --- Real logs -------------------------------------------------------------------------------
