@@ -1,6 +1,7 @@
 #include "ConvertCommand.h"
 
 #include "ConsoleFrontEnd.h"
+#include "DownloadCommand.h"
 #include "ProgramSession.h"
 #include "base/FailurePath.h"
 #include "base/ProgramFolder.h"
@@ -49,8 +50,22 @@ int runConvert(const ConvertRequest& request)
     run.provinceMaster = request.provinceMaster;
     run.keepWork = request.keepWork;
 
-    const std::unique_ptr<ProgramSession> session =
-        ProgramSession::beginWithOptions(request.home, true);
+    bool downloaded = false;
+    session::ProgramStart::DownloadWindow downloadWindow;
+    if (request.downloadMissing) {
+        downloadWindow = [&downloaded](tools::DataDownloads& window) {
+            runStartDownloads(window);
+            downloaded = true;
+        };
+    }
+    std::unique_ptr<ProgramSession> session =
+        ProgramSession::beginWithOptions(request.home, true, downloadWindow);
+    if (!session && downloaded) {
+        // The start stops after the download window; the command line starts the program
+        // again at once, as the operator would, and the files are tested anew.
+        std::cerr << "ダウンロードの後、プログラムを開始し直します。\n";
+        session = ProgramSession::beginWithOptions(request.home, true);
+    }
     if (!session) {
         return 1;
     }
@@ -139,6 +154,8 @@ void addConvertCommand(CLI::App& app, ExitStatus& status)
         "Province master (*.mas or zLog *.dat) for Check5; default: guessed from the contest");
     conv->add_flag("--cancel-questions", request->cancelQuestions,
                    "Answer the operator's questions with cancel instead of going on");
+    conv->add_flag("--download-missing", request->downloadMissing,
+                   "Download cty.dat, ARDX.DAT or ARRL10.DAT when missing (needs inet_flag=OK)");
     conv->add_flag("--keep-work", request->keepWork,
                    "Leave the working files in the working folder");
     conv->add_option("LOG", request->log, "The contest log")->required();

@@ -18,6 +18,7 @@ struct ConvertRequest
     std::string year;
     bool keepWork = false;
     bool cancelQuestions = false; ///< answer the operator's questions with cancel
+    bool downloadMissing = false; ///< take the start's offer to download missing data files
     std::string provinceMaster;   ///< the province master for `Check5`, chosen by hand
     std::filesystem::path log;
 };

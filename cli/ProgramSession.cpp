@@ -37,9 +37,13 @@ ProgramSession::begin(const std::optional<std::filesystem::path>& home)
 
 std::unique_ptr<ProgramSession>
 ProgramSession::beginWithOptions(const std::optional<std::filesystem::path>& home,
-                                 bool forConversion)
+                                 bool forConversion,
+                                 session::ProgramStart::DownloadWindow downloadWindow)
 {
     std::unique_ptr<ProgramSession> session = begin(home);
+    if (session) {
+        session->start().setDownloadWindow(std::move(downloadWindow));
+    }
     if (!session || !session->core().checkRequiredFiles(forConversion)) {
         return nullptr;
     }

@@ -19,9 +19,12 @@ public:
     /// The session, or null after telling on stderr why the program could not start.
     static std::unique_ptr<ProgramSession> begin(const std::optional<std::filesystem::path>& home);
     /// `begin`, then the required files (and, for a conversion, the files a conversion
-    /// needs) and the main window's load; null when the program ends on the way.
+    /// needs) and the main window's load; null when the program ends on the way. With a
+    /// `downloadWindow`, missing data files are offered for download and the offer is taken
+    /// (the start then stops, as after the window's download); without, it is declined.
     static std::unique_ptr<ProgramSession>
-    beginWithOptions(const std::optional<std::filesystem::path>& home, bool forConversion);
+    beginWithOptions(const std::optional<std::filesystem::path>& home, bool forConversion,
+                     session::ProgramStart::DownloadWindow downloadWindow = {});
 
     session::Session& core() { return *m_session; }
     const base::ProgramFolder& folder() const { return m_session->folder(); }

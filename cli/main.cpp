@@ -1,7 +1,9 @@
 #include "CommandLine.h"
 #include "ConvertCommand.h"
+#include "DownloadCommand.h"
 #include "EntityCommand.h"
 #include "OpenCommand.h"
+#include "QsoBankCommand.h"
 #include "RtclCommand.h"
 #include "SettingsCommand.h"
 
@@ -16,6 +18,8 @@ int main(int argc, char** argv)
     addOpenCommands(app, status);
     addSettingsCommand(app, status);
     addEntityCommand(app, status);
+    addQsoBankCommand(app, status);
+    addDownloadCommand(app, status);
     addRtclCommand(app, status);
 
     try {

@@ -22,6 +22,8 @@ constexpr std::string_view kDownloading = "ﾀﾞｳﾝﾛｰﾄﾞ中...";
 constexpr std::string_view kNeedsUnpacking = "解凍後コピー必要の時あり";
 constexpr std::string_view kTitle = "Vornhale";
 
+// The state lists are saved under the names the program reads them by, as zLog names them;
+// the operator's system, which compares names without regard to case, knew no difference.
 const std::array<DownloadRowSpec, 6> kRows{{
     {DownloadRow::Th505api, "th505api", "Check1", "THDLL2VB ．DLL　のダウンロード", "Label1",
      "hamlog_home", "/prog/Th505api.lzh", "TH505API.LZH", "Command1",
@@ -36,7 +38,7 @@ const std::array<DownloadRowSpec, 6> kRows{{
     {DownloadRow::Ardx, "ardx", "Check6", "ARDX ．dat　のダウンロード", "Label13", "zlog_data_home",
      "/zlog/dx/ardx.dat", "ARDX.dat", "", ""},
     {DownloadRow::Arrl10, "arrl10", "Check7", "ARRL10 ．dat　のダウンロード", "Label15",
-     "zlog_data_home", "/zlog/dx/arrl10.dat", "ARRL10.dat", "", ""},
+     "zlog_data_home", "/zlog/dx/arrl10.dat", "ARRL10.DAT", "", ""},
 }};
 
 const DownloadRowSpec& specOf(DownloadRow row)

@@ -191,3 +191,113 @@ TEST(DuplicateListRun, OnlyTheFinalFilesAndTheListStayBesideTheLogForEveryKind)
     }
     EXPECT_GE(ran, 2);
 }
+
+namespace {
+
+const ToolCase kQsoBankCases[] = {
+    {"qsobank_all", "SAMPLE2026.ALL", ""},
+    {"qsobank_txt", "SAMPLE2026.TXT", ""},
+    {"qsobank_realdata_allja1_zlo", "realdata:zlog/allja1_qxsl_fixture.ZLO", ""},
+};
+
+class QsoBankGolden : public ::testing::TestWithParam<ToolCase>
+{
+};
+
+int qsobank(const test::TempDir& dir, const fs::path& log, const std::string& args,
+            std::string* output)
+{
+    return test::runCommand(quote(test::cliPath().string()) + " qsobank --home " +
+                                quote((dir / "home").string()) + " " + args + " " +
+                                quote(log.string()),
+                            output);
+}
+
+// A .TXT log carries no year: the stored one stands for it.
+void storeYear(const test::TempDir& dir)
+{
+    ASSERT_EQ(test::runCommand(quote(test::cliPath().string()) + " settings --home " +
+                               quote((dir / "home").string()) + " set YYYY=2026 2>/dev/null"),
+              0);
+}
+
+} // namespace
+
+TEST_P(QsoBankGolden, TheXmlMatchesItsReviewedCopyAndItsPathIsPrinted)
+{
+    const ToolCase& c = GetParam();
+    const auto source = sourceOf(c.log);
+    if (!source) {
+        GTEST_SKIP() << "../shared/realdata is not beside the source tree";
+    }
+    test::TempDir dir;
+    const fs::path log = placeLog(dir, *source);
+    storeYear(dir);
+    std::string output;
+    ASSERT_EQ(qsobank(dir, log, c.args, &output), 0) << output;
+    // The path is the last line printed (notes of the start go before it).
+    const std::string path = (dir / "CONTEST.QSOBank.xml").string() + "\n";
+    ASSERT_GE(output.size(), path.size());
+    EXPECT_EQ(output.substr(output.size() - path.size()), path);
+    EXPECT_EQ(test::compareGolden(test::testData("golden") / c.name / "CONTEST.QSOBank.xml",
+                                  test::readBytes(dir / "CONTEST.QSOBank.xml")),
+              "");
+}
+
+INSTANTIATE_TEST_SUITE_P(Samples, QsoBankGolden, ::testing::ValuesIn(kQsoBankCases),
+                         [](const auto& info) { return std::string(info.param.name); });
+
+TEST(QsoBankCommand, LeavesNoResultFileBesideTheLog)
+{
+    test::TempDir dir;
+    const fs::path log = placeLog(dir, test::sourceDir() / "data" / "sample" / "SAMPLE2026.ALL");
+    std::string output;
+    ASSERT_EQ(qsobank(dir, log, "", &output), 0) << output;
+    std::set<std::string> beside;
+    for (const auto& entry : fs::directory_iterator(dir.path())) {
+        beside.insert(entry.path().filename().string());
+    }
+    EXPECT_EQ(beside, (std::set<std::string>{"CONTEST.ALL", "CONTEST.QSOBank.xml", "home"}));
+}
+
+TEST(QsoBankCommand, AnInputItDoesNotReadAgainNeedsTheLinesOfAFormerConversion)
+{
+    const auto source = test::realData("adif/urbancamo_fle_rsgb_contest.adi");
+    if (!source) {
+        GTEST_SKIP() << "../shared/realdata is not beside the source tree";
+    }
+    test::TempDir dir;
+    const fs::path log = placeLog(dir, *source);
+    std::string output;
+    EXPECT_EQ(qsobank(dir, log, "--type adi", &output), 1) << output;
+    EXPECT_NE(output.find("zlog_1.txt がありません"), std::string::npos) << output;
+    EXPECT_FALSE(fs::exists(dir / "CONTEST.QSOBank.xml"));
+
+    // The lines a conversion left are exported as they stand.
+    ASSERT_EQ(convert(dir, log, "--keep-work --type adi", &output), 0) << output;
+    const std::string lines = test::readBytes(dir / "home" / "Work" / "zlog_1.txt");
+    ASSERT_EQ(qsobank(dir, log, "--type adi", &output), 0) << output;
+    const std::string xml = test::readBytes(dir / "CONTEST.QSOBank.xml");
+    EXPECT_EQ(test::readBytes(dir / "home" / "Work" / "zlog_1.txt"), lines);
+    const auto records = [](const std::string& s) {
+        std::size_t n = 0;
+        for (auto at = s.find("<qso_record>"); at != std::string::npos;
+             at = s.find("<qso_record>", at + 1)) {
+            ++n;
+        }
+        return n;
+    };
+    std::size_t lineCount = 0;
+    for (const char ch : lines) {
+        lineCount += ch == '\n' ? 1 : 0;
+    }
+    EXPECT_EQ(records(xml), lineCount);
+}
+
+TEST(QsoBankCommand, RefusesAnUnknownType)
+{
+    test::TempDir dir;
+    const fs::path log = placeLog(dir, test::sourceDir() / "data" / "sample" / "SAMPLE2026.ALL");
+    std::string output;
+    EXPECT_EQ(qsobank(dir, log, "--type nothing", &output), 2) << output;
+}

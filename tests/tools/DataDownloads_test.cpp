@@ -239,8 +239,8 @@ TEST_F(DataDownloadsTest, DownloadsTheTickedRowsIntoTheProgramFolder)
     w.setTick(DownloadRow::Ardx, true);
     w.setTick(DownloadRow::Arrl10, true);
     EXPECT_TRUE(w.cmdStart());
-    EXPECT_EQ(test::readBytes(home() / "ARDX.dat"), "ARDX list\r\n");
-    EXPECT_EQ(test::readBytes(home() / "ARRL10.dat"), "ARRL10 list\r\n");
+    EXPECT_EQ(test::readBytes(home() / "ARDX.DAT"), "ARDX list\r\n");
+    EXPECT_EQ(test::readBytes(home() / "ARRL10.DAT"), "ARRL10 list\r\n");
     EXPECT_EQ(w.label("Label13"), "完 了");
     EXPECT_EQ(w.label("Label15"), "完 了");
     EXPECT_EQ(w.label("Label5"), "完 了");
@@ -251,12 +251,12 @@ TEST_F(DataDownloadsTest, DownloadsTheTickedRowsIntoTheProgramFolder)
 
 TEST_F(DataDownloadsTest, ReplacesAFileThatIsThereUnderAnotherCase)
 {
-    test::writeBytes(home() / "ARDX.DAT", "old list");
+    test::writeBytes(home() / "Ardx.dat", "old list");
     tools::DataDownloads w = window();
     w.setTick(DownloadRow::Ardx, true);
     EXPECT_TRUE(w.cmdStart());
-    EXPECT_EQ(test::readBytes(home() / "ARDX.DAT"), "ARDX list\r\n");
-    EXPECT_FALSE(fs::exists(home() / "ARDX.dat"));
+    EXPECT_EQ(test::readBytes(home() / "Ardx.dat"), "ARDX list\r\n");
+    EXPECT_FALSE(fs::exists(home() / "ARDX.DAT"));
 }
 
 TEST_F(DataDownloadsTest, TheFirstFourRowsSayTheyMayNeedUnpacking)
@@ -284,7 +284,7 @@ TEST_F(DataDownloadsTest, AFailedRowDoesNotStopTheLaterRows)
     EXPECT_EQ(w.row(DownloadRow::Th505api).detail, "HTTP 404");
     EXPECT_EQ(w.row(DownloadRow::Ardx).label, "完 了");
     EXPECT_FALSE(fs::exists(home() / "TH505API.LZH"));
-    EXPECT_EQ(test::readBytes(home() / "ARDX.dat"), "ARDX list\r\n");
+    EXPECT_EQ(test::readBytes(home() / "ARDX.DAT"), "ARDX list\r\n");
     ASSERT_EQ(dialogs.shown.size(), 1u);
     EXPECT_EQ(dialogs.shown[0].title, "　　エラーが発生しました！");
     EXPECT_EQ(dialogs.shown[0].text,
@@ -296,12 +296,12 @@ TEST_F(DataDownloadsTest, AFailedRowDoesNotStopTheLaterRows)
 TEST_F(DataDownloadsTest, A404LeavesAnOlderFileAsItWas)
 {
     web.setEndpoint("zlog_data_home", server.base() + "/missing");
-    test::writeBytes(home() / "ARDX.dat", "the older list");
+    test::writeBytes(home() / "ARDX.DAT", "the older list");
     tools::DataDownloads w = window();
     w.setTick(DownloadRow::Ardx, true);
     EXPECT_FALSE(w.cmdStart());
-    EXPECT_EQ(test::readBytes(home() / "ARDX.dat"), "the older list");
-    EXPECT_TRUE(noFileBut(home(), {"ARDX.dat"}));
+    EXPECT_EQ(test::readBytes(home() / "ARDX.DAT"), "the older list");
+    EXPECT_TRUE(noFileBut(home(), {"ARDX.DAT"}));
 }
 
 TEST_F(DataDownloadsTest, AnEmptyHomeFailsItsRowWithoutARequest)
