@@ -36,7 +36,7 @@ const std::array<DownloadRowSpec, 6> kRows{{
     {DownloadRow::Cty, "cty", "Check5", "CTY ．dat　のダウンロード", "Label11", "cty_home", "/cty/",
      "", "Command4", "CTY ．dat　の解凍・コピー"},
     {DownloadRow::Ardx, "ardx", "Check6", "ARDX ．dat　のダウンロード", "Label13", "zlog_data_home",
-     "/zlog/dx/ardx.dat", "ARDX.dat", "", ""},
+     "/zlog/dx/ardx.dat", "ARDX.DAT", "", ""},
     {DownloadRow::Arrl10, "arrl10", "Check7", "ARRL10 ．dat　のダウンロード", "Label15",
      "zlog_data_home", "/zlog/dx/arrl10.dat", "ARRL10.DAT", "", ""},
 }};
