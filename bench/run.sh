@@ -24,6 +24,24 @@ for n in 1000 10000 30000; do
         'BEGIN { printf "%-10d %10.2f %12.1f %14.2f\n", n, s, kb / 1024, s * 1e6 / n }'
 done
 
+# The same contacts as a Cabrillo log (with its zLog .TXT form), an ADIF log and a zLog .ALL
+# log, each converted end to end: 30,000 in the three forms, to compare the time per contact,
+# and 100,000 as Cabrillo and ADIF (the .ALL form stays below 32,768 lines, see above).
+"$build/bench/GenerateCabrilloAdif" 30000 "$work/SAME30000" "$calls"
+"$build/bench/GenerateCabrilloAdif" 100000 "$work/SAME100000" "$calls"
+echo
+printf '%-16s %10s %10s %12s %14s\n' "same contacts" seconds "cpu s" "peak MB" "µs/contact"
+for run in "30000 all ALL" "30000 cbr CBR" "30000 adi ADI" "100000 cbr CBR" "100000 adi ADI"; do
+    read -r n kind ext <<< "$run"
+    log="$work/SAME$n.$ext"
+    home="$work/home-same-$kind"
+    "$cli" convert --home "$home" --type "$kind" "$log" > /dev/null 2>&1
+    /usr/bin/time -f '%e %U %S %M' -o "$work/time-same" "$cli" convert --home "$home" --type "$kind" "$log" > /dev/null 2>&1
+    read -r secs user sys kb < "$work/time-same"
+    awk -v what="$n $kind" -v n="$n" -v s="$secs" -v u="$user" -v y="$sys" -v kb="$kb" \
+        'BEGIN { printf "%-16s %10.2f %10.2f %12.1f %14.2f\n", what, s, u + y, kb / 1024, s * 1e6 / n }'
+done
+
 # A 10,000-contact log against name, QTH and province masters of 100,000 lines each.
 home="$work/home-masters"
 log="$work/BENCH10000.ALL"

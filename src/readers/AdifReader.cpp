@@ -5,14 +5,122 @@
 #include "text/Chars.h"
 #include "text/LineFile.h"
 #include "text/Record.h"
+#include "text/Utf8.h"
+
+#include <algorithm>
+#include <string>
+#include <utility>
+#include <vector>
 
 namespace vornhale::readers {
 namespace {
 
-using text::mid;
-
 constexpr int kMaxHeaderLines = 20;
 constexpr int kMaxRecordLines = 20;
+
+// A record as characters, with positions counted from 1 as the reader counts them. A record
+// of ASCII alone (the common case) is searched and cut as bytes; any other as code points, so
+// that each find and cut stays proportional to what it looks at.
+class RecordText
+{
+public:
+    explicit RecordText(std::string utf8) : m_bytes(std::move(utf8))
+    {
+        m_ascii = std::all_of(m_bytes.begin(), m_bytes.end(),
+                              [](char c) { return static_cast<unsigned char>(c) < 0x80; });
+        if (!m_ascii) {
+            for (std::size_t pos = 0; pos < m_bytes.size();) {
+                m_chars.push_back(text::nextCodePoint(m_bytes, pos));
+            }
+            return;
+        }
+        // Every "<NAME:" opening with its first place, so that the many tags the reader looks
+        // for are found in one walk over the record.
+        for (std::size_t lt = m_bytes.find('<'); lt != std::string::npos;
+             lt = m_bytes.find('<', lt + 1)) {
+            const std::size_t colon = m_bytes.find(':', lt + 1);
+            if (colon == std::string::npos) {
+                break;
+            }
+            if (colon - lt > kLongestName) {
+                continue;
+            }
+            const std::string_view name(m_bytes.data() + lt + 1, colon - lt - 1);
+            if (std::none_of(m_openings.begin(), m_openings.end(),
+                             [&](const auto& o) { return o.first == name; })) {
+                m_openings.emplace_back(name, lt + 1);
+            }
+        }
+    }
+
+    // The openings point into the text, which therefore stays where it is.
+    RecordText(const RecordText&) = delete;
+    RecordText& operator=(const RecordText&) = delete;
+
+    // The position of the first `needle` (ASCII) at or after `from`; 0 when absent.
+    std::size_t find(std::string_view needle, std::size_t from = 1) const
+    {
+        if (m_ascii) {
+            // "<NAME:" from the start: the first opening of that name.
+            if (from == 1 && needle.size() > 2 && needle.front() == '<' && needle.back() == ':' &&
+                needle.find(':') == needle.size() - 1) {
+                const std::string_view name = needle.substr(1, needle.size() - 2);
+                for (const auto& [opening, at] : m_openings) {
+                    if (opening == name) {
+                        return at;
+                    }
+                }
+                return 0;
+            }
+            const std::size_t at = m_bytes.find(needle, from - 1);
+            return at == std::string::npos ? 0 : at + 1;
+        }
+        const std::u32string wide(needle.begin(), needle.end());
+        const std::size_t at = std::u32string_view(m_chars).find(wide, from - 1);
+        return at == std::u32string_view::npos ? 0 : at + 1;
+    }
+
+    // `length` characters from `start` (from 1), as UTF-8; fewer at the end of the text.
+    std::string mid(std::size_t start, std::size_t length) const
+    {
+        if (start < 1) {
+            start = 1;
+        }
+        if (m_ascii) {
+            return start - 1 < m_bytes.size() ? m_bytes.substr(start - 1, length) : std::string();
+        }
+        std::string out;
+        for (std::size_t i = start - 1; i < m_chars.size() && i - (start - 1) < length; ++i) {
+            text::appendCodePoint(out, m_chars[i]);
+        }
+        return out;
+    }
+
+    const std::string& utf8() const { return m_bytes; }
+
+private:
+    // Longer than any tag name the reader looks for.
+    static constexpr std::size_t kLongestName = 40;
+
+    std::string m_bytes;
+    bool m_ascii = false;
+    std::u32string m_chars;
+    std::vector<std::pair<std::string_view, std::size_t>> m_openings;
+};
+
+// `line` in upper case as the program's upper case goes (ASCII and full-width Latin letters).
+std::string upperLine(std::string line)
+{
+    bool ascii = true;
+    for (char& c : line) {
+        if (c >= 'a' && c <= 'z') {
+            c = static_cast<char>(c - 0x20);
+        } else if (static_cast<unsigned char>(c) >= 0x80) {
+            ascii = false;
+        }
+    }
+    return ascii ? line : text::upper(line);
+}
 
 // A length as BASIC's Val reads the digits; a negative one is an invalid call of the
 // substring, as it always was.
@@ -26,14 +134,30 @@ std::size_t lengthOf(std::string_view digits)
     return static_cast<std::size_t>(v);
 }
 
+// The value of the tag of `n` characters at `p`: the length is the one character behind the
+// tag, the value starts two places behind it.
+std::string valueAt(const RecordText& rec, std::size_t p, std::size_t n)
+{
+    return rec.mid(p + n + 2, lengthOf(rec.mid(p + n, 1)));
+}
+
 // The value of the tag of `n` characters at `p`: behind a one-digit length when the tag's
 // ">" was found where one digit puts it, behind two digits otherwise.
-std::string valueByClose(std::string_view record, std::size_t p, std::size_t n, bool closeFound)
+std::string valueByClose(const RecordText& rec, std::size_t p, std::size_t n, bool closeFound)
 {
     if (closeFound) {
-        return mid(record, p + n + 2, lengthOf(mid(record, p + n, 1)));
+        return valueAt(rec, p, n);
     }
-    return mid(record, p + n + 3, lengthOf(mid(record, p + n, 2)));
+    return rec.mid(p + n + 3, lengthOf(rec.mid(p + n, 2)));
+}
+
+std::optional<std::string> valueOf(const RecordText& rec, std::string_view tag)
+{
+    const std::size_t p = rec.find(tag);
+    if (p == 0) {
+        return std::nullopt;
+    }
+    return valueAt(rec, p, tag.size());
 }
 
 std::string trimmed(std::string_view s) { return std::string(text::trim(s)); }
@@ -44,142 +168,131 @@ std::string captioned(const char* caption, const std::string& value)
     return value.empty() ? std::string() : caption + value;
 }
 
-} // namespace
-
-std::optional<std::string> adifValue(std::string_view record, std::string_view tag)
+void takeRecord(AdifValues& v, const RecordText& rec)
 {
-    const std::size_t p = text::instr(record, tag);
-    if (p == 0) {
-        return std::nullopt;
-    }
-    const std::size_t n = text::charCount(tag);
-    return mid(record, p + n + 2, lengthOf(mid(record, p + n, 1)));
-}
-
-void AdifValues::take(std::string_view rec)
-{
-    freq.clear();
-    band.clear();
-    cqz.clear();
-    ituz.clear();
-    adi_state.clear();
-    cnty.clear();
-    comment.clear();
-    qsl_sent.clear();
-    qsl_sent_mark.clear();
-    qsl_rcvd_mark.clear();
-    adi_iota.clear();
-    dxcc.clear();
+    v.freq.clear();
+    v.band.clear();
+    v.cqz.clear();
+    v.ituz.clear();
+    v.adi_state.clear();
+    v.cnty.clear();
+    v.comment.clear();
+    v.qsl_sent.clear();
+    v.qsl_sent_mark.clear();
+    v.qsl_rcvd_mark.clear();
+    v.adi_iota.clear();
+    v.dxcc.clear();
 
     // The call sign is read even without its tag: position 0 stands in for the tag's place.
     // A first length digit of 1 is read as two digits (calls of 10 to 19 characters).
     {
-        const std::size_t p = text::instr(rec, "<CALL:");
-        if (mid(rec, p + 6, 1) == "1") {
-            call = trimmed(mid(rec, p + 9, lengthOf(mid(rec, p + 6, 2))));
+        const std::size_t p = rec.find("<CALL:");
+        if (rec.mid(p + 6, 1) == "1") {
+            v.call = trimmed(rec.mid(p + 9, lengthOf(rec.mid(p + 6, 2))));
         } else {
-            call = trimmed(mid(rec, p + 8, lengthOf(mid(rec, p + 6, 1))));
+            v.call = trimmed(rec.mid(p + 8, lengthOf(rec.mid(p + 6, 1))));
         }
     }
 
     // The date's value starts as if the tag were "<QSO_DATE:8:D>", unless it is "<QSO_DATE:8>".
-    if (const std::size_t p = text::instr(rec, "<QSO_DATE:"); p != 0) {
-        const std::size_t length = lengthOf(mid(rec, p + 10, 1));
-        std::string date = mid(rec, p + 14, length);
-        if (const std::size_t d = text::instr(rec, "<QSO_DATE:8:D>"); d != 0) {
-            date = mid(rec, d + 14, length);
+    if (const std::size_t p = rec.find("<QSO_DATE:"); p != 0) {
+        const std::size_t length = lengthOf(rec.mid(p + 10, 1));
+        std::string date = rec.mid(p + 14, length);
+        if (const std::size_t d = rec.find("<QSO_DATE:8:D>"); d != 0) {
+            date = rec.mid(d + 14, length);
         }
-        if (const std::size_t d = text::instr(rec, "<QSO_DATE:8>"); d != 0) {
-            date = mid(rec, d + 12, length);
+        if (const std::size_t d = rec.find("<QSO_DATE:8>"); d != 0) {
+            date = rec.mid(d + 12, length);
         }
-        year = text::left(date, 4);
-        month = mid(date, 5, 2);
-        day = text::right(date, 2);
+        v.year = text::left(date, 4);
+        v.month = text::mid(date, 5, 2);
+        v.day = text::right(date, 2);
     }
 
-    if (const std::size_t p = text::instr(rec, "<TIME_ON:"); p != 0) {
-        time = text::left(mid(rec, p + 11, lengthOf(mid(rec, p + 9, 1))), 4);
+    if (const std::size_t p = rec.find("<TIME_ON:"); p != 0) {
+        v.time = text::left(rec.mid(p + 11, lengthOf(rec.mid(p + 9, 1))), 4);
     }
-    if (auto v = adifValue(rec, "<BAND:")) {
-        band = std::move(*v);
+    if (auto x = valueOf(rec, "<BAND:")) {
+        v.band = std::move(*x);
     }
-    if (auto v = adifValue(rec, "<FREQ:")) {
-        freq = std::move(*v);
+    if (auto x = valueOf(rec, "<FREQ:")) {
+        v.freq = std::move(*x);
     }
-    if (auto v = adifValue(rec, "<RST_SENT:")) {
-        rst_sent = std::move(*v);
+    if (auto x = valueOf(rec, "<RST_SENT:")) {
+        v.rst_sent = std::move(*x);
     }
-    if (const std::size_t p = text::instr(rec, "<RST_RCVD:"); p != 0) {
-        rst_rcvd = trimmed(valueByClose(rec, p, 10, mid(rec, p + 11, 1) == ">"));
+    if (const std::size_t p = rec.find("<RST_RCVD:"); p != 0) {
+        v.rst_rcvd = trimmed(valueByClose(rec, p, 10, rec.mid(p + 11, 1) == ">"));
     }
-    if (auto v = adifValue(rec, "<STX:")) {
-        stx = std::move(*v);
+    if (auto x = valueOf(rec, "<STX:")) {
+        v.stx = std::move(*x);
     }
-    if (auto v = adifValue(rec, "<SRX:")) {
-        rcvd_exchange = std::move(*v);
+    if (auto x = valueOf(rec, "<SRX:")) {
+        v.rcvd_exchange = std::move(*x);
     }
-    if (auto v = adifValue(rec, "<RCVD:")) {
-        rcvd_exchange = std::move(*v);
+    if (auto x = valueOf(rec, "<RCVD:")) {
+        v.rcvd_exchange = std::move(*x);
     }
-    if (auto v = adifValue(rec, "<APP_WRITELOG_RCVD:")) {
-        rcvd_exchange = std::move(*v);
+    if (auto x = valueOf(rec, "<APP_WRITELOG_RCVD:")) {
+        v.rcvd_exchange = std::move(*x);
     }
-    if (auto v = adifValue(rec, "<MODE:")) {
-        mode = std::move(*v);
+    if (auto x = valueOf(rec, "<MODE:")) {
+        v.mode = std::move(*x);
     }
-    if (auto v = adifValue(rec, "<CQZ:")) {
-        cqz = captioned("CQZ: ", *v);
+    if (auto x = valueOf(rec, "<CQZ:")) {
+        v.cqz = captioned("CQZ: ", *x);
     }
-    if (auto v = adifValue(rec, "<ITUZ:")) {
-        ituz = captioned("ITUZ: ", *v);
+    if (auto x = valueOf(rec, "<ITUZ:")) {
+        v.ituz = captioned("ITUZ: ", *x);
     }
-    if (auto v = adifValue(rec, "<STATE:")) {
-        adi_state = captioned("STATE: ", *v);
+    if (auto x = valueOf(rec, "<STATE:")) {
+        v.adi_state = captioned("STATE: ", *x);
     }
-    if (const std::size_t p = text::instr(rec, "<CNTY:"); p != 0) {
-        const bool oneDigit = text::instr(mid(rec, p), ">") == 8;
-        cnty = captioned("CNTY: ", valueByClose(rec, p, 6, oneDigit));
+    // The ">" of these two is looked for in the text from the tag on.
+    if (const std::size_t p = rec.find("<CNTY:"); p != 0) {
+        const bool oneDigit = rec.find(">", p) == p + 7;
+        v.cnty = captioned("CNTY: ", valueByClose(rec, p, 6, oneDigit));
     }
-    if (const std::size_t p = text::instr(rec, "<COMMENT:"); p != 0) {
-        const bool oneDigit = text::instr(mid(rec, p), ">") == 11;
-        comment = trimmed(valueByClose(rec, p, 9, oneDigit));
+    if (const std::size_t p = rec.find("<COMMENT:"); p != 0) {
+        const bool oneDigit = rec.find(">", p) == p + 10;
+        v.comment = trimmed(valueByClose(rec, p, 9, oneDigit));
     }
-    if (auto v = adifValue(rec, "<QSL_SENT:")) {
-        const bool sent = *v == "Y";
-        qsl_sent = sent ? "J" : "N";
-        qsl_sent_mark = sent ? "*" : " ";
+    if (auto x = valueOf(rec, "<QSL_SENT:")) {
+        const bool sent = *x == "Y";
+        v.qsl_sent = sent ? "J" : "N";
+        v.qsl_sent_mark = sent ? "*" : " ";
     }
-    if (auto v = adifValue(rec, "<QSL_RCVD:")) {
-        qsl_rcvd_mark = *v == "Y" ? "*" : " ";
+    if (auto x = valueOf(rec, "<QSL_RCVD:")) {
+        v.qsl_rcvd_mark = *x == "Y" ? "*" : " ";
     }
-    if (auto v = adifValue(rec, "<IOTA:")) {
-        adi_iota = trimmed(*v);
+    if (auto x = valueOf(rec, "<IOTA:")) {
+        v.adi_iota = trimmed(*x);
     }
-    if (auto v = adifValue(rec, "<DXCC:")) {
-        dxcc = std::move(*v);
+    if (auto x = valueOf(rec, "<DXCC:")) {
+        v.dxcc = std::move(*x);
     }
 
     // The reports carry the exchanges until the cut below.
-    rst_sent += trimmed(stx);
-    rst_rcvd += trimmed(rcvd_exchange);
+    v.rst_sent += trimmed(v.stx);
+    v.rst_rcvd += trimmed(v.rcvd_exchange);
 
-    if (mode == "RTTY") {
-        mode = "RTY";
-    } else if (mode == "SSTV") {
-        mode = "STV";
+    if (v.mode == "RTTY") {
+        v.mode = "RTY";
+    } else if (v.mode == "SSTV") {
+        v.mode = "STV";
     }
 
     // The band in metres; a text of another form (such as 6M) stays as it is.
-    std::string metres = band;
+    std::string metres = v.band;
     for (const auto& [written, m] : {std::pair{"160M", "160"}, {"80M", "80"}, {"40M", "40"},
-                                  {"30M", "30"}, {"20M", "20"}, {"17M", "17"}, {"15M", "15"},
-                                  {"12M", "12"}, {"10M", "10"}}) {
-        if (band == written) {
+                                     {"30M", "30"}, {"20M", "20"}, {"17M", "17"}, {"15M", "15"},
+                                     {"12M", "12"}, {"10M", "10"}}) {
+        if (v.band == written) {
             metres = m;
             break;
         }
     }
-    if (freq.empty()) {
+    if (v.freq.empty()) {
         struct FromMetres
         {
             const char* metres;
@@ -192,18 +305,30 @@ void AdifValues::take(std::string_view rec)
                                     {"15", "21", "4"}, {"12", "24", nullptr},
                                     {"10", "28", "5"}, {"6", "50", nullptr}}) {
             if (metres == f.metres) {
-                freq = f.freq;
+                v.freq = f.freq;
                 if (f.digit != nullptr) {
-                    band_digit = f.digit;
+                    v.band_digit = f.digit;
                 }
                 break;
             }
         }
     }
 
-    const std::size_t keep = mode == "SSB" ? 2 : 3;
-    rst_sent = text::left(rst_sent, keep);
-    rst_rcvd = text::left(rst_rcvd, keep);
+    const std::size_t keep = v.mode == "SSB" ? 2 : 3;
+    v.rst_sent = text::left(v.rst_sent, keep);
+    v.rst_rcvd = text::left(v.rst_rcvd, keep);
+}
+
+} // namespace
+
+std::optional<std::string> adifValue(std::string_view record, std::string_view tag)
+{
+    return valueOf(RecordText(std::string(record)), tag);
+}
+
+void AdifValues::take(std::string_view record)
+{
+    takeRecord(*this, RecordText(std::string(record)));
 }
 
 void AdifValues::fill(base::QsoLine& q) const
@@ -274,20 +399,22 @@ void henkan_adi_2_t(const ReaderContext& ctx)
     long done = 0;
     std::string record;
     while (!in.atEnd()) {
+        // The lines of a record are joined in upper case.
         record.clear();
         for (int i = 0; i < kMaxRecordLines && !in.atEnd(); ++i) {
-            const std::string line = text::upper(in.next());
+            const std::string line = upperLine(in.next());
             record += line;
-            if (text::contains(line, "<EOR>")) {
+            if (line.find("<EOR>") != std::string::npos) {
                 break;
             }
         }
+        const RecordText joined(record);
         try {
-            values.take(record);
+            takeRecord(values, joined);
         } catch (const failure::Failure& f) {
             throw failure::Failure(f.number(), f.description() + " (" +
-                                                   std::to_string(done + 1) + " 件目: " + record +
-                                                   ")");
+                                                   std::to_string(done + 1) + " 件目: " +
+                                                   joined.utf8() + ")");
         }
         values.fill(q);
         out.write(text::formatRecord(q.fields()));

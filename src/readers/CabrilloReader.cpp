@@ -7,6 +7,7 @@
 #include "text/Record.h"
 #include "text/SjisText.h"
 
+#include <algorithm>
 #include <array>
 
 namespace vornhale::readers {
@@ -67,26 +68,64 @@ std::string cabrilloMode(const std::string& mode)
 
 std::string normaliseCabrilloBlanks(std::string_view line, int passes)
 {
-    std::string s(line);
-    for (int pass = 0; pass < passes; ++pass) {
-        if (s.find("  ") == std::string::npos && s.find('\t') == std::string::npos &&
-            s.find(kIdeographicBlank) == std::string::npos) {
-            break; // further passes change nothing
-        }
-        s = text::replaceAll(s, "  ", " ");
-        s = text::replaceAll(s, kIdeographicBlank, " ");
-        s = text::replaceAll(s, "\t", " ");
+    if (passes <= 0) {
+        return std::string(line);
     }
-    return s;
+    // One walk does what the passes do: the first pass halves each run of blanks (rounding
+    // up) and then makes each tab and ideographic blank one blank; every further pass halves
+    // the runs of blanks that result.
+    const std::size_t divisor = std::size_t{1} << std::min(passes - 1, 40);
+    std::string out;
+    out.reserve(line.size());
+    std::size_t i = 0;
+    while (i < line.size()) {
+        std::size_t run = 0; // blanks after the first pass
+        bool blankLike = false;
+        while (i < line.size()) {
+            if (line[i] == ' ') {
+                std::size_t blanks = 0;
+                for (; i < line.size() && line[i] == ' '; ++i) {
+                    ++blanks;
+                }
+                run += (blanks + 1) / 2;
+            } else if (line[i] == '\t') {
+                ++run;
+                ++i;
+            } else if (line.substr(i, kIdeographicBlank.size()) == kIdeographicBlank) {
+                ++run;
+                i += kIdeographicBlank.size();
+            } else {
+                break;
+            }
+            blankLike = true;
+        }
+        if (blankLike) {
+            out.append((run + divisor - 1) / divisor, ' ');
+        } else {
+            out.push_back(line[i]);
+            ++i;
+        }
+    }
+    return out;
 }
 
 std::vector<std::string> cabrilloTokens(std::string_view line, int passes)
 {
     const std::string s = normaliseCabrilloBlanks(line, passes);
+    std::vector<std::string> tokens;
     if (s.empty()) {
-        return {};
+        return tokens;
     }
-    return text::split(s, " ");
+    tokens.reserve(16);
+    for (std::size_t start = 0;;) {
+        const std::size_t blank = s.find(' ', start);
+        if (blank == std::string::npos) {
+            tokens.emplace_back(s, start);
+            return tokens;
+        }
+        tokens.emplace_back(s, start, blank - start);
+        start = blank + 1;
+    }
 }
 
 std::string cabrilloBandOfKhz(std::string_view token)

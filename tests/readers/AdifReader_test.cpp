@@ -163,6 +163,19 @@ TEST(AdifValues, ARecordWithoutCallReadsTheCallFromTheStartOfTheText)
     EXPECT_EQ(valuesOf("").call, "");
 }
 
+TEST(AdifValues, PositionsCountCharactersNotBytes)
+{
+    const auto v = valuesOf("<QTH:2>東京 <CALL:6>JA1ABC <COMMENT:6>ｱｲｳ 桜 <NAME:5>ＹＡＭＡＤＡ");
+    EXPECT_EQ(v.call, "JA1ABC");
+    EXPECT_EQ(v.comment, "ｱｲｳ 桜");
+
+    // A record's full-width letters are upper-cased with the others.
+    AdifRun r;
+    const auto recs = r.runRecords({"<qth:2>東京 <call:6>ｊａ１ａｂｃ <rst_sent:3>599"});
+    ASSERT_EQ(recs.size(), 1u);
+    EXPECT_EQ(recs[0][Call], "ＪＡ１ＡＢＣ");
+}
+
 TEST(AdifValues, AppWritelogRcvdWinsOverRcvdAndSrx)
 {
     EXPECT_EQ(valuesOf("<SRX:2>25 <APP_WRITELOG_RCVD:3>13M <EOR>").rcvd_exchange, "13M");

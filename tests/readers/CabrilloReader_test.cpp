@@ -213,6 +213,33 @@ TEST(CabrilloReader, SixPassesFoldRunsOfUpTo64BlanksAndALongerRunShiftsTheTokens
     EXPECT_EQ(r.failureOf({kStart, wide}), 9);
 }
 
+TEST(CabrilloReader, OneWalkFoldsBlanksAsTheReplacementPassesWould)
+{
+    // The passes as they are told: double blanks, ideographic blanks, tabs, each by one blank.
+    const auto passes = [](std::string s, int n) {
+        for (int pass = 0; pass < n; ++pass) {
+            s = text::replaceAll(s, "  ", " ");
+            s = text::replaceAll(s, "　", " ");
+            s = text::replaceAll(s, "\t", " ");
+        }
+        return s;
+    };
+    const char* pieces[] = {" ", " ", " ", "\t", "　", "A", "1", "ア", "QSO:"};
+    unsigned seed = 12345;
+    for (int trial = 0; trial < 3000; ++trial) {
+        std::string s;
+        seed = seed * 1103515245u + 12345u;
+        const int length = static_cast<int>(seed >> 16) % 90;
+        for (int k = 0; k < length; ++k) {
+            seed = seed * 1103515245u + 12345u;
+            s += pieces[(seed >> 16) % std::size(pieces)];
+        }
+        for (int n : {0, 1, 2, 6, 10}) {
+            ASSERT_EQ(readers::normaliseCabrilloBlanks(s, n), passes(s, n)) << s << " " << n;
+        }
+    }
+}
+
 TEST(CabrilloReader, AHeaderBlockBeforeTheFirstQsoIsSkippedWithoutAnyOtherTest)
 {
     CabrilloRun r;
