@@ -3,10 +3,10 @@
 // specified outcomes are a rejection, a Failure (a row of too few fields, a date and time of
 // the wrong shape), or a written zlog_1.txt.
 
-#include "failure/Failure.h"
 #include "base/ProgramFolder.h"
 #include "base/Trace.h"
 #include "engine/RunContext.h"
+#include "failure/Failure.h"
 #include "readers/N1mmReader.h"
 #include "reference/EntityLookup.h"
 

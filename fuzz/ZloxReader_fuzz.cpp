@@ -2,10 +2,10 @@
 // the conversion and the .ALL text, with options varied by the last byte. The specified
 // outcomes are a Failure, the end asked for by a cancelled question, or written files.
 
-#include "failure/Failure.h"
 #include "base/ProgramFolder.h"
 #include "base/Trace.h"
 #include "engine/RunContext.h"
+#include "failure/Failure.h"
 #include "readers/ZloReader.h"
 #include "readers/ZloxReader.h"
 #include "reference/EntityLookup.h"

@@ -66,6 +66,7 @@ private:
 
 /// The converter that the settings of the program folder `strPath` name: the outside command
 /// of `[ctestwin2zlog] command` in `Vornhale.ini`, else the built-in one.
-std::unique_ptr<CtestwinConverter> configuredCtestwinConverter(const std::filesystem::path& strPath);
+std::unique_ptr<CtestwinConverter>
+configuredCtestwinConverter(const std::filesystem::path& strPath);
 
 } // namespace vornhale::readers

@@ -37,8 +37,8 @@ bool mnuOpen_Ctestwin_Click(const ReaderContext& ctx, CtestwinConverter& convert
 
     ctx.trace.line("   ini_read_ctestwin2zlog");
     const settings::ProfileFile exchange(exchangePath);
-    run.ctestwin.lg8_name = std::string(
-        text::Cut_nul(exchange.read(kCtestwinExchangeFile, kCtestwinInNameKey)));
+    run.ctestwin.lg8_name =
+        std::string(text::Cut_nul(exchange.read(kCtestwinExchangeFile, kCtestwinInNameKey)));
     run.ctestwin.ctestwin_qso_count =
         std::string(text::Cut_nul(exchange.read(kCtestwinExchangeFile, kCtestwinCountKey)));
 

@@ -34,14 +34,13 @@ constexpr std::int64_t kFirstSecond = -62135596800LL;
 constexpr std::int64_t kLastSecond = 253402300799LL;
 
 constexpr std::array<std::string_view, 24> kModes{
-    "CW",   "RTTY", "SSB",  "FM",   "AM",    "ATV",   "SSTV",   "PSK",
-    "GMSK", "MFSK", "QPSK", "FSK",  "D-STAR", "C4FM", "JT65",   "JT9",
-    "ISCAT", "FT8", "JT4",  "QRA64", "MSK144", "WSPR", "JTMS", "FT4"};
+    "CW",    "RTTY", "SSB",  "FM",    "AM",     "ATV",  "SSTV", "PSK",
+    "GMSK",  "MFSK", "QPSK", "FSK",   "D-STAR", "C4FM", "JT65", "JT9",
+    "ISCAT", "FT8",  "JT4",  "QRA64", "MSK144", "WSPR", "JTMS", "FT4"};
 
 constexpr std::array<std::string_view, 23> kBands{
-    "1.9", "3.5", "7",   "10",  "14",   "18",   "21",   "24",
-    "28",  "50",  "144", "430", "1200", "2400", "5600", "10G",
-    "24G", "47G", "75G", "77G", "135G", "248G", "136k"};
+    "1.9",  "3.5",  "7",    "10",  "14",  "18",  "21",  "24",  "28",   "50",   "144", "430",
+    "1200", "2400", "5600", "10G", "24G", "47G", "75G", "77G", "135G", "248G", "136k"};
 
 [[noreturn]] void notLg8()
 {
@@ -90,8 +89,8 @@ std::size_t firstRecord(std::string_view b, std::uint32_t& count)
     count = word(b, 0);
     std::size_t at = 2;
     if (count == 0xFFFF && b.size() >= 6) {
-        const std::uint32_t wide = static_cast<std::uint32_t>(word(b, 2)) |
-                                   static_cast<std::uint32_t>(word(b, 4)) << 16;
+        const std::uint32_t wide =
+            static_cast<std::uint32_t>(word(b, 2)) | static_cast<std::uint32_t>(word(b, 4)) << 16;
         if (b.size() >= 8 && word(b, 6) == 0xFFFF) {
             count = wide;
             at = 6;
@@ -211,8 +210,8 @@ std::string zlogAllLine(const Lg8Qso& qso)
     civilFromDays(days, year, month, day);
     char when[40];
     std::snprintf(when, sizeof when, "%04lld/%02u/%02u %02lld:%02lld ",
-                  static_cast<long long>(year), month, day,
-                  static_cast<long long>(seconds / 3600), static_cast<long long>(seconds / 60 % 60));
+                  static_cast<long long>(year), month, day, static_cast<long long>(seconds / 3600),
+                  static_cast<long long>(seconds / 60 % 60));
 
     const std::string_view mode = lg8ModeName(qso.mode);
     std::string sentRst, sentNr, rcvdRst, rcvdNr;
@@ -220,8 +219,8 @@ std::string zlogAllLine(const Lg8Qso& qso)
     splitLg8Exchange(qso.rcvd, mode, rcvdRst, rcvdNr);
 
     std::string line = when;
-    line += column(qso.call, 13) + column(sentRst, 4) + column(sentNr, 8) +
-            column(rcvdRst, 4) + column(rcvdNr, 8);
+    line += column(qso.call, 13) + column(sentRst, 4) + column(sentNr, 8) + column(rcvdRst, 4) +
+            column(rcvdNr, 8);
     // Multipliers are not in the log: the columns show none as new.
     line += "-     -     ";
     line += column(lg8BandName(qso.band), 5) + column(mode, 5) + column("", 3);

@@ -12,10 +12,10 @@ namespace vornhale::readers {
 struct Lg8Qso
 {
     std::string call;
-    std::string sent;      ///< the sent report and number as one text ("599100110")
-    std::string rcvd;      ///< the received report and number as one text
-    std::uint8_t mode = 0; ///< index into CTESTWIN's mode table
-    std::uint8_t band = 0; ///< index into CTESTWIN's band table
+    std::string sent;            ///< the sent report and number as one text ("599100110")
+    std::string rcvd;            ///< the received report and number as one text
+    std::uint8_t mode = 0;       ///< index into CTESTWIN's mode table
+    std::uint8_t band = 0;       ///< index into CTESTWIN's band table
     std::int64_t utcSeconds = 0; ///< the time of the contact, seconds since 1970 in UTC
     std::string op;
     std::string remarks;

@@ -4,13 +4,12 @@
 #include "text/Chars.h"
 #include "text/LineFile.h"
 
-// mdbtools' header declares its own functions as C but includes glib inside that block, which
-// a C++ compiler refuses; glib first keeps its templates out of it.
-#include <glib.h>
-#include <mdbtools.h>
-
+// glib before mdbtools' header: that header declares its own functions as C and includes glib
+// inside that block, which a C++ compiler refuses.
 #include <cstring>
 #include <fstream>
+#include <glib.h>
+#include <mdbtools.h>
 
 namespace vornhale::readers {
 namespace {
@@ -176,9 +175,9 @@ long MdbTableExport::exportTable(std::string_view table, const fs::path& csv)
             if (lengths[i] == 0) {
                 continue;
             }
-            const std::string_view value(values[i].data(),
-                                         std::min<std::size_t>(static_cast<std::size_t>(lengths[i]),
-                                                               MDB_BIND_SIZE));
+            const std::string_view value(
+                values[i].data(),
+                std::min<std::size_t>(static_cast<std::size_t>(lengths[i]), MDB_BIND_SIZE));
             line += quoted(types[i]) ? quote(value) : std::string(value);
         }
         out.write(line);

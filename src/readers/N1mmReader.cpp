@@ -170,8 +170,8 @@ bool FileOpen_mdb(const ReaderContext& ctx)
     {
         MdbTableExport database(run.in_name);
         const long rows = database.exportTable(run.mdb.table, csv);
-        ctx.trace.line("   mdb " + std::string(dxlog ? kDxlogTable : kCurrentContestTable) +
-                       " → " + csv.string() + " : " + std::to_string(rows));
+        ctx.trace.line("   mdb " + std::string(dxlog ? kDxlogTable : kCurrentContestTable) + " → " +
+                       csv.string() + " : " + std::to_string(rows));
     }
     run.mdb.mdb_csv_name = csv.string();
     if (!testExportFirstLine(ctx)) {

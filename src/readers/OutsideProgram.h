@@ -10,8 +10,8 @@ namespace vornhale::readers {
 struct OutsideRun
 {
     enum class End {
-        Exited,   ///< it ended by itself; `status` holds its exit status
-        TimedOut, ///< it was still running at the time limit and was ended
+        Exited,    ///< it ended by itself; `status` holds its exit status
+        TimedOut,  ///< it was still running at the time limit and was ended
         NotStarted ///< the system could not start the shell
     };
     End end = End::NotStarted;

@@ -15,17 +15,19 @@
 #include "support/TestSupport.h"
 #include "text/Chars.h"
 
-#include <gtest/gtest.h>
-
 #include <cctype>
 #include <filesystem>
+#include <gtest/gtest.h>
 
 using namespace vornhale;
 namespace fs = std::filesystem;
 
 namespace {
 
-std::string quote(const std::string& s) { return "'" + s + "'"; }
+std::string quote(const std::string& s)
+{
+    return "'" + s + "'";
+}
 
 struct Case
 {
@@ -47,7 +49,10 @@ const Case kCases[] = {
      "--set Rmks1_cfg=OP,Rcvd"},
 };
 
-void PrintTo(const Case& c, std::ostream* os) { *os << c.name; }
+void PrintTo(const Case& c, std::ostream* os)
+{
+    *os << c.name;
+}
 
 void compareWithGolden(const char* name, const fs::path& dir, const fs::path& home,
                        const char* converted)
@@ -197,8 +202,14 @@ TEST(ConvertMdbGolden, AnExportedContactTableConvertsInDateAndTimeOrder)
 
     settings::Options options = s.options();
     test::RecordingObserver observer;
-    engine::RunContext ctx{options, s.folder(), s.trace(), observer, dialogs, s.programState(),
-                           s.reference().entities(), {}};
+    engine::RunContext ctx{options,
+                           s.folder(),
+                           s.trace(),
+                           observer,
+                           dialogs,
+                           s.programState(),
+                           s.reference().entities(),
+                           {}};
     ctx.settings = &s.files();
     ctx.lookups = &s.reference();
     ctx.run.in_name = log.string();
@@ -345,14 +356,14 @@ INSTANTIATE_TEST_SUITE_P(
     RealLogs, ConvertEveryZlox,
     ::testing::Values(
         "zlog/allja1_qxsl_fixture.ZLOX", "zlog/samples_zlog_repo/Debug_ALLJA2023.ZLOX",
-        "zlog/samples_zlog_repo/Debug_ALLJA8_2022.ZLOx", "zlog/samples_zlog_repo/Debug_FD_TEST.ZLOX",
-        "zlog/samples_zlog_repo/Debug_aaaa.ZLOX", "zlog/samples_zlog_repo/Debug_acag.ZLOX",
-        "zlog/samples_zlog_repo/Debug_allja.ZLOX", "zlog/samples_zlog_repo/Debug_allja8.ZLOX",
-        "zlog/samples_zlog_repo/Debug_alljatest.ZLOX", "zlog/samples_zlog_repo/Debug_ap.ZLOX",
-        "zlog/samples_zlog_repo/Debug_arrl.ZLOX", "zlog/samples_zlog_repo/Debug_ja0test.ZLOX",
-        "zlog/samples_zlog_repo/Debug_moptest.ZLOX", "zlog/samples_zlog_repo/Debug_pedi.ZLOX",
-        "zlog/samples_zlog_repo/Debug_wpxtest.ZLOX", "zlog/samples_zlog_repo/Debug_wwtest.ZLOX",
-        "zlog/samples_zlog_repo/Release_6dtest.ZLOX",
+        "zlog/samples_zlog_repo/Debug_ALLJA8_2022.ZLOx",
+        "zlog/samples_zlog_repo/Debug_FD_TEST.ZLOX", "zlog/samples_zlog_repo/Debug_aaaa.ZLOX",
+        "zlog/samples_zlog_repo/Debug_acag.ZLOX", "zlog/samples_zlog_repo/Debug_allja.ZLOX",
+        "zlog/samples_zlog_repo/Debug_allja8.ZLOX", "zlog/samples_zlog_repo/Debug_alljatest.ZLOX",
+        "zlog/samples_zlog_repo/Debug_ap.ZLOX", "zlog/samples_zlog_repo/Debug_arrl.ZLOX",
+        "zlog/samples_zlog_repo/Debug_ja0test.ZLOX", "zlog/samples_zlog_repo/Debug_moptest.ZLOX",
+        "zlog/samples_zlog_repo/Debug_pedi.ZLOX", "zlog/samples_zlog_repo/Debug_wpxtest.ZLOX",
+        "zlog/samples_zlog_repo/Debug_wwtest.ZLOX", "zlog/samples_zlog_repo/Release_6dtest.ZLOX",
         "zlog/samples_zlog_repo/Release_ALLJA2023.ZLOX", "zlog/samples_zlog_repo/Release_aaaa.ZLOX",
         "zlog/samples_zlog_repo/Release_acagtest.ZLOX", "zlog/samples_zlog_repo/Release_ja0.ZLOX",
         "zlog/samples_zlog_repo/Release_ja8.ZLOX", "zlog/samples_zlog_repo/Release_ja8_50.ZLOX",

@@ -9,9 +9,8 @@
 #include "support/RunFixture.h"
 #include "text/Chars.h"
 
-#include <gtest/gtest.h>
-
 #include <chrono>
+#include <gtest/gtest.h>
 #include <regex>
 
 using namespace vornhale;
@@ -64,7 +63,8 @@ struct CtestwinRun : ::testing::Test, test::RunFixture
 
 // What a converter script does with the exchange file: the path from its key, the count into
 // its key, in the folder it was started in.
-const char* kScriptHead = R"(in=$(sed -n 's/^ctestwin2zlog_in_name=//p' ctestwin2zlog.ini | tr -d '\r')
+const char* kScriptHead =
+    R"(in=$(sed -n 's/^ctestwin2zlog_in_name=//p' ctestwin2zlog.ini | tr -d '\r')
 out="${in%.*}_ctestwin2zlog.all"
 pwd > started_in.txt
 )";
@@ -167,11 +167,11 @@ TEST_F(CtestwinRun, WithoutAConfiguredCommandTheBuiltInConverterRuns)
 TEST_F(CtestwinRun, AnOutsideConverterTalksThroughTheExchangeFileAndIsWaitedFor)
 {
     const std::string qso1 = std::string("2017/06/04 09:00 ") + "JA1ZZZ       " + "599 " +
-                             "13      " + "599 " + "25      " + "-     -     " + "7    " +
-                             "CW   " + "   ";
+                             "13      " + "599 " + "25      " + "-     -     " + "7    " + "CW   " +
+                             "   ";
     const std::string qso2 = std::string("2017/06/04 09:01 ") + "JA2YYY       " + "599 " +
-                             "13      " + "599 " + "26      " + "-     -     " + "14   " +
-                             "CW   " + "   ";
+                             "13      " + "599 " + "26      " + "-     -     " + "14   " + "CW   " +
+                             "   ";
     test::writeSjisLines(dir / "prepared.all", {"zLog for Windows ", qso1, qso2});
     configure(script(std::string(kScriptHead) + "sleep 0.5\ncp '" +
                      (dir / "prepared.all").string() + "' \"$out\"\n" +
@@ -208,7 +208,8 @@ TEST_F(CtestwinRun, AConverterThatLeavesTheCountShowsTheOldOne)
 
 TEST_F(CtestwinRun, ATextNotInAllFormYieldsLinesOfWhateverTheColumnsHold)
 {
-    configure(script(std::string(kScriptHead) + R"(printf 'first line\r\nhello world\r\n\r\n' > "$out"
+    configure(
+        script(std::string(kScriptHead) + R"(printf 'first line\r\nhello world\r\n\r\n' > "$out"
 )"));
     engine::RunContext& c = fresh();
     ASSERT_EQ(readers::openInput(c, lg8(""), ""), readers::OpenResult::Opened);
@@ -252,8 +253,8 @@ TEST_F(CtestwinRun, AConverterThatDoesNotEndInTimeIsEndedAndIsAFailure)
 TEST(OutsideProgram, RunsInTheFolderAndGivesTheExitStatus)
 {
     test::TempDir dir;
-    const readers::OutsideRun run = readers::runOutsideProgram(
-        "pwd > here.txt; exit 3", dir.path(), std::chrono::seconds(20));
+    const readers::OutsideRun run =
+        readers::runOutsideProgram("pwd > here.txt; exit 3", dir.path(), std::chrono::seconds(20));
     EXPECT_EQ(run.end, readers::OutsideRun::End::Exited);
     EXPECT_EQ(run.status, 3);
     EXPECT_EQ(text::trim(test::readBytes(dir / "here.txt")),

@@ -6,7 +6,6 @@
 #include "text/LineFile.h"
 
 #include <gtest/gtest.h>
-
 #include <limits>
 #include <random>
 #include <regex>
@@ -220,10 +219,10 @@ TEST(Lg8AllLine, PutsEachFieldInItsZlogColumnInJapanTime)
     spec.op = "JA1OPX";
     spec.remarks = "GL";
     const readers::Lg8Qso q = readers::Lg8File::fromBytes(test::lg8Bytes({spec})).qsos()[0];
-    EXPECT_EQ(readers::zlogAllLine(q), std::string("2017/06/05 00:05 ") + "JA1ABC       " +
-                                           "599 " + "100110  " + "599 " + "25      " +
-                                           "-     -     " + "14   " + "CW   " + "   " +
-                                           "%%JA1OPX%%         " + "GL");
+    EXPECT_EQ(readers::zlogAllLine(q), std::string("2017/06/05 00:05 ") + "JA1ABC       " + "599 " +
+                                           "100110  " + "599 " + "25      " + "-     -     " +
+                                           "14   " + "CW   " + "   " + "%%JA1OPX%%         " +
+                                           "GL");
 }
 
 TEST(Lg8AllLine, WithoutAnOperatorTheRemarksFollowThePointsColumn)

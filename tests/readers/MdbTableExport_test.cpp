@@ -64,10 +64,10 @@ std::vector<CsvField> splitCsv(std::string_view line)
 std::vector<std::vector<CsvField>> mdbExport(const fs::path& database, const std::string& table)
 {
     std::string output;
-    const int status = test::runCommand(
-        "mdb-export -B -b strip -D '" + std::string(kDateFormat) + "' -T '" + kDateFormat + "' '" +
-            database.string() + "' '" + table + "' 2>/dev/null",
-        &output);
+    const int status = test::runCommand("mdb-export -B -b strip -D '" + std::string(kDateFormat) +
+                                            "' -T '" + kDateFormat + "' '" + database.string() +
+                                            "' '" + table + "' 2>/dev/null",
+                                        &output);
     EXPECT_EQ(status, 0) << output;
     std::vector<std::vector<CsvField>> rows;
     for (const std::string_view line : text::splitLines(output)) {
@@ -147,11 +147,11 @@ TEST(MdbTableExport, WritesColumnNamesThenDatesWithSlashesAndColonsAndBooleansAs
     test::TempDir dir;
     const long rows = readers::MdbTableExport(*db).exportTable("table1", dir / "t.csv");
     EXPECT_EQ(rows, 2);
-    EXPECT_EQ(test::readSjisLines(dir / "t.csv"),
-              (std::vector<std::string>{
-                  "A,B,C,D,E,F,G,H,I",
-                  R"("a","b",0,0,0,0,"1981/12/12 00:00:00",0.0000,0)",
-                  R"("abcdefg","hijklmnop",2,222,333333333,444.555,"1974/09/21 00:00:00",3.5000,-1)"}));
+    EXPECT_EQ(
+        test::readSjisLines(dir / "t.csv"),
+        (std::vector<std::string>{
+            "A,B,C,D,E,F,G,H,I", R"("a","b",0,0,0,0,"1981/12/12 00:00:00",0.0000,0)",
+            R"("abcdefg","hijklmnop",2,222,333333333,444.555,"1974/09/21 00:00:00",3.5000,-1)"}));
     // Shift-JIS text with CR LF line ends.
     EXPECT_TRUE(text::endsWith(test::readBytes(dir / "t.csv"), "-1\r\n"));
 }

@@ -16,12 +16,36 @@ namespace {
 enum Field { Year, Month, Day, Time, Call, RstSent, RstRcvd, Band, Mode, Op, Memo, Freq, Rcvd };
 
 // The column names of an N1MM Logger contact table, as far as the reader looks.
-const std::vector<std::string> kColumns = {
-    "TS",       "Call",         "Freq",         "QSXFreq",    "Mode",       "ContestName",
-    "SNT",      "RCV",          "CountryPrefix", "StationPrefix", "QTH",    "Name",
-    "Comment",  "NR",           "Sect",         "Prec",       "CK",         "ZN",
-    "SentNr",   "Points",       "Exchange1",    "IsMultiplier2", "Power",   "Band",
-    "WPXPrefix", "IsMultiplier1", "RadioNR",    "IsDeleted",  "MiscText",   "Operator"};
+const std::vector<std::string> kColumns = {"TS",
+                                           "Call",
+                                           "Freq",
+                                           "QSXFreq",
+                                           "Mode",
+                                           "ContestName",
+                                           "SNT",
+                                           "RCV",
+                                           "CountryPrefix",
+                                           "StationPrefix",
+                                           "QTH",
+                                           "Name",
+                                           "Comment",
+                                           "NR",
+                                           "Sect",
+                                           "Prec",
+                                           "CK",
+                                           "ZN",
+                                           "SentNr",
+                                           "Points",
+                                           "Exchange1",
+                                           "IsMultiplier2",
+                                           "Power",
+                                           "Band",
+                                           "WPXPrefix",
+                                           "IsMultiplier1",
+                                           "RadioNR",
+                                           "IsDeleted",
+                                           "MiscText",
+                                           "Operator"};
 
 /// A row of an export: the values by field, every other field empty; text fields quoted as the
 /// engine writes them.
@@ -75,7 +99,7 @@ struct N1mmRun : ::testing::Test, test::RunFixture
 
     /// Writes an export with these lines after the column names and runs the reader over it.
     std::vector<std::vector<std::string>> convert(const std::vector<std::string>& lines,
-                                                   const std::string& first = header())
+                                                  const std::string& first = header())
     {
         engine::RunContext& c = context(options);
         c.run.use = use;
@@ -187,12 +211,12 @@ TEST_F(N1mmRun, WithoutCheck17TheBandComesFromTheTableByValue)
         const char* band;
     };
     std::vector<Row> rows;
-    const std::vector<Case> cases = {
-        {"1810.0", "1.9"},   {"3525", "3.5"},      {"7000", "7"},         {"10120.3", "10"},
-        {"14025.5", "14"},   {"18070", "18"},      {"21000.0", "21"},     {"24900", "24"},
-        {"28500", "28"},     {"50100", "50"},      {"144100", "144"},     {"430100", "430"},
-        {"1295000", "1200"}, {"2400100", "2400"},  {"5760000", "5600"},   {"12000", "5600"},
-        {"50", "5600"}};
+    const std::vector<Case> cases = {{"1810.0", "1.9"},   {"3525", "3.5"},     {"7000", "7"},
+                                     {"10120.3", "10"},   {"14025.5", "14"},   {"18070", "18"},
+                                     {"21000.0", "21"},   {"24900", "24"},     {"28500", "28"},
+                                     {"50100", "50"},     {"144100", "144"},   {"430100", "430"},
+                                     {"1295000", "1200"}, {"2400100", "2400"}, {"5760000", "5600"},
+                                     {"12000", "5600"},   {"50", "5600"}};
     for (const Case& c : cases) {
         Row r;
         r.freq = c.freq;
@@ -223,9 +247,9 @@ TEST_F(N1mmRun, WithCheck17TheBandIsTheFrequencyInMegahertz)
         const char* band;
     };
     const std::vector<Case> cases = {
-        {"14025.5", "14.025"}, {"7025.0", " 7.025"}, {"1.9", "1.9"},   {"3.5", "3.5"},
-        {"144100", "144.100"}, {"4", "144.100"},     {"3", "144.100"}, {"4.0", "144.100"},
-        {"21000", "21.000"}};
+        {"14025.5", "14.025"}, {"7025.0", " 7.025"},  {"1.9", "1.9"},
+        {"3.5", "3.5"},        {"144100", "144.100"}, {"4", "144.100"},
+        {"3", "144.100"},      {"4.0", "144.100"},    {"21000", "21.000"}};
     std::vector<Row> rows;
     for (const Case& c : cases) {
         Row r;
@@ -242,8 +266,8 @@ TEST_F(N1mmRun, WithCheck17TheBandIsTheFrequencyInMegahertz)
 TEST_F(N1mmRun, ModesOfVoiceBecomeSsbAndOthersStand)
 {
     const std::vector<std::pair<const char*, const char*>> cases = {
-        {"PH", "SSB"}, {"USB", "SSB"}, {"LSB", "SSB"}, {"RTYY", "RTY"},
-        {"RTTY", "RTTY"}, {"CW", "CW"}, {" FT8 ", "FT8"}, {"usb", "usb"}};
+        {"PH", "SSB"},    {"USB", "SSB"}, {"LSB", "SSB"},   {"RTYY", "RTY"},
+        {"RTTY", "RTTY"}, {"CW", "CW"},   {" FT8 ", "FT8"}, {"usb", "usb"}};
     std::vector<Row> rows;
     for (const auto& [mode, expected] : cases) {
         Row r;
@@ -384,8 +408,8 @@ TEST_F(N1mmOpen, AFirstLineWithFreqThirdIsAccepted)
 
 TEST_F(N1mmOpen, AnyOtherFirstLineRejectsTheFile)
 {
-    for (const char* line : {"TS,Call,Band,Freq", "fldAge,fldARCI,fldBand", "TS,Call", "",
-                             "TS,Call, Freq"}) {
+    for (const char* line :
+         {"TS,Call,Band,Freq", "fldAge,fldARCI,fldBand", "TS,Call", "", "TS,Call, Freq"}) {
         EXPECT_FALSE(firstLine(line)) << line;
         EXPECT_EQ(ctx->run.in_name, readers::kNotN1mm);
         EXPECT_EQ(ctx->run.lblIn_name, readers::kNotN1mm);

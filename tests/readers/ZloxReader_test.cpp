@@ -11,9 +11,8 @@
 #include "text/SjisCodec.h"
 #include "text/SjisText.h"
 
-#include <gtest/gtest.h>
-
 #include <cstring>
+#include <gtest/gtest.h>
 #include <random>
 
 using namespace vornhale;
@@ -27,8 +26,8 @@ enum Field { Year, Month, Day, Time, Call, RstSent, RstRcvd, Band, Mode, Op, Mem
 /// What a `.ZLOX` record holds beyond the `.ZLO` record.
 struct ZloxExtra
 {
-    std::string freq;      ///< kHz text, "7123.0"
-    bool dupe = false;     ///< byte 241
+    std::string freq;  ///< kHz text, "7123.0"
+    bool dupe = false; ///< byte 241
     bool qsyViolation = false;
     std::uint8_t qslState = 0;
 };
@@ -300,8 +299,8 @@ TEST_F(ZloxRun, Z2aWritesTheAllTextOfAZlox)
     q.call = "JA1ABC";
     q.mode = 6;
     q.band = 2;
-    const auto path = file(zloxOf(ZloWriter().header("X").qso(q).bytes(),
-                                  {{"7074.0", false, false, 0}}));
+    const auto path =
+        file(zloxOf(ZloWriter().header("X").qso(q).bytes(), {{"7074.0", false, false, 0}}));
     engine::RunContext& c = make(path);
     const readers::Z2aResult result = readers::mnuMake_z2a_Click(c);
     EXPECT_EQ(result.path, (dir / "TEST_z2a.all").string());
