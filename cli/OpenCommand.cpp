@@ -111,6 +111,9 @@ int runOpen(const OpenRequest& request)
             show("ctestwin_all_name", run.ctestwin.ctestwin_all_name);
             show("Label39", run.Label39);
         }
+        if (run.kind == readers::InputKind::Cbr || run.kind == readers::InputKind::Adi) {
+            show("Label39", run.Label39);
+        }
         const readers::ExchangeAnalysis& x = run.exchange;
         show("lblCon_No", x.lblCon_No);
         show("lblMsg1",

@@ -1,6 +1,7 @@
 #include "ProgramSession.h"
 
 #include "failure/Failure.h"
+#include "readers/InputKinds.h"
 
 #include <iostream>
 
@@ -57,11 +58,22 @@ bool ProgramSession::open(const std::filesystem::path& log, const std::string& t
     switch (m_session->open(log, type, observer, overrides)) {
     case readers::OpenResult::Rejected:
         std::cerr << m_session->input().lblIn_name << "\n";
+        // A name that the open tested as another kind (an .adi taken for .ALL): which kinds
+        // its extension belongs to.
+        if (type.empty() && !readers::rowsListingExtension(log).empty()) {
+            std::cerr << readers::typeHint(log) << "\n";
+        }
         return false;
     case readers::OpenResult::ProgramEnds:
         return false;
     case readers::OpenResult::Opened:
         break;
+    }
+    if (m_session->input().kind == readers::InputKind::None) {
+        std::cerr << "入力ファイルの種類が判りません。--type で指定して下さい: " << log.string()
+                  << "\n"
+                  << readers::typeHint(log) << "\n";
+        return false;
     }
     return true;
 }

@@ -164,6 +164,20 @@ std::string typeWords()
     return words;
 }
 
+std::string typeHint(const std::filesystem::path& path)
+{
+    std::string hint = "--type は次のどれかです: " + typeWords();
+    const std::vector<const InputKindRow*> rows = rowsListingExtension(path);
+    if (!rows.empty()) {
+        hint += "\n" + path.extension().string() + " のファイルは次の --type で開けます: ";
+        for (std::size_t i = 0; i < rows.size(); ++i) {
+            hint += (i == 0 ? "" : ", ") + std::string(rows[i]->typeWord) + " (" +
+                    std::string(rows[i]->name) + ")";
+        }
+    }
+    return hint;
+}
+
 std::unique_ptr<LogReader> makeReader(InputKind kind)
 {
     for (const InputKindRow& row : kRows) {

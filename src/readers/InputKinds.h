@@ -84,6 +84,10 @@ std::vector<const InputKindRow*> rowsListingExtension(const std::filesystem::pat
 /// Every `--type` word, separated by ", ".
 std::string typeWords();
 
+/// What to tell about a name that no open action places by itself: the `--type` words, and
+/// the kinds whose extensions include that of `path` (".cbr" is offered Cabrillo).
+std::string typeHint(const std::filesystem::path& path);
+
 /// A new reader of `kind`.
 std::unique_ptr<LogReader> makeReader(InputKind kind);
 

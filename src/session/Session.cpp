@@ -136,7 +136,8 @@ std::optional<std::string> Session::checkStart(const settings::Options& options,
                                                const std::string& provinceMaster)
 {
     if (m_input.kind == readers::InputKind::None) {
-        return "入力ファイルの種類が判りません。--type で指定して下さい: " + m_input.in_name;
+        return "入力ファイルの種類が判りません。--type で指定して下さい: " + m_input.in_name + "\n" +
+               readers::typeHint(m_input.in_name);
     }
     if (!m_model) {
         loadMainWindow();
