@@ -87,11 +87,11 @@ int main(int argc, char** argv)
         const char* metres;
         const char* band;
     };
-    const Band bands[] = {{"1830", "1.830", "160M", "1.9"},  {"3525", "3.525", "80M", "3.5"},
-                          {"7025", "7.025", "40M", "7"},     {"10110", "10.110", "30M", "10"},
-                          {"14025", "14.025", "20M", "14"},  {"18080", "18.080", "17M", "18"},
-                          {"21025", "21.025", "15M", "21"},  {"24900", "24.900", "12M", "24"},
-                          {"28025", "28.025", "10M", "28"},  {"50", "50.100", "6M", "50"},
+    const Band bands[] = {{"1830", "1.830", "160M", "1.9"}, {"3525", "3.525", "80M", "3.5"},
+                          {"7025", "7.025", "40M", "7"},    {"10110", "10.110", "30M", "10"},
+                          {"14025", "14.025", "20M", "14"}, {"18080", "18.080", "17M", "18"},
+                          {"21025", "21.025", "15M", "21"}, {"24900", "24.900", "12M", "24"},
+                          {"28025", "28.025", "10M", "28"}, {"50", "50.100", "6M", "50"},
                           {"144", "144.100", "2M", "144"}};
     struct Mode
     {
@@ -99,8 +99,8 @@ int main(int argc, char** argv)
         const char* adif;
         bool phone;
     };
-    const Mode modes[] = {{"CW", "CW", false}, {"PH", "SSB", true}, {"RY", "RTTY", false},
-                          {"FM", "FM", true}};
+    const Mode modes[] = {
+        {"CW", "CW", false}, {"PH", "SSB", true}, {"RY", "RTTY", false}, {"FM", "FM", true}};
 
     std::ofstream cbr(stem + ".CBR", std::ios::binary);
     std::ofstream adi(stem + ".ADI", std::ios::binary);
@@ -129,9 +129,9 @@ int main(int argc, char** argv)
         const std::string sent = std::to_string(1 + i % 9999);
         const std::string rcvd = std::to_string(1 + rng() % 40);
 
-        cbr << "QSO: " << rightAligned(band.cabrillo, 5) << " " << mode.cabrillo << " " << date << " "
-            << time << " JA1ZZZ        " << rightAligned(rst, 3) << " " << padded(sent, 6) << " "
-            << padded(call, 13) << " " << rightAligned(rst, 3) << " " << padded(rcvd, 6)
+        cbr << "QSO: " << rightAligned(band.cabrillo, 5) << " " << mode.cabrillo << " " << date
+            << " " << time << " JA1ZZZ        " << rightAligned(rst, 3) << " " << padded(sent, 6)
+            << " " << padded(call, 13) << " " << rightAligned(rst, 3) << " " << padded(rcvd, 6)
             << " 0\r\n";
 
         std::string record = field("CALL", call) + field("QSO_DATE", adifDate) +
@@ -144,8 +144,8 @@ int main(int argc, char** argv)
         adi << record << "<EOR>\r\n";
 
         char allDate[32];
-        std::snprintf(allDate, sizeof allDate, "2026/11/%02ld %02ld:%02ld", day, (minutes / 60) % 24,
-                      minutes % 60);
+        std::snprintf(allDate, sizeof allDate, "2026/11/%02ld %02ld:%02ld", day,
+                      (minutes / 60) % 24, minutes % 60);
         std::string line;
         put(line, 1, allDate);
         put(line, 18, call);

@@ -3,9 +3,9 @@
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size)
 {
-    return vornhale::fuzz::runCabrilloAdif(
-        data, size, "FUZZ.CBR", vornhale::readers::InputKind::Cbr,
-        [](const vornhale::readers::ReaderContext& ctx) {
-            vornhale::readers::cabrillo_2_zlog_txt(ctx);
-        });
+    return vornhale::fuzz::runCabrilloAdif(data, size, "FUZZ.CBR",
+                                           vornhale::readers::InputKind::Cbr,
+                                           [](const vornhale::readers::ReaderContext& ctx) {
+                                               vornhale::readers::cabrillo_2_zlog_txt(ctx);
+                                           });
 }

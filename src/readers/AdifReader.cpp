@@ -160,7 +160,10 @@ std::optional<std::string> valueOf(const RecordText& rec, std::string_view tag)
     return valueAt(rec, p, tag.size());
 }
 
-std::string trimmed(std::string_view s) { return std::string(text::trim(s)); }
+std::string trimmed(std::string_view s)
+{
+    return std::string(text::trim(s));
+}
 
 // "Kept as" text of a zone or place: the caption and the value, when there is a value.
 std::string captioned(const char* caption, const std::string& value)
@@ -284,9 +287,15 @@ void takeRecord(AdifValues& v, const RecordText& rec)
 
     // The band in metres; a text of another form (such as 6M) stays as it is.
     std::string metres = v.band;
-    for (const auto& [written, m] : {std::pair{"160M", "160"}, {"80M", "80"}, {"40M", "40"},
-                                     {"30M", "30"}, {"20M", "20"}, {"17M", "17"}, {"15M", "15"},
-                                     {"12M", "12"}, {"10M", "10"}}) {
+    for (const auto& [written, m] : {std::pair{"160M", "160"},
+                                     {"80M", "80"},
+                                     {"40M", "40"},
+                                     {"30M", "30"},
+                                     {"20M", "20"},
+                                     {"17M", "17"},
+                                     {"15M", "15"},
+                                     {"12M", "12"},
+                                     {"10M", "10"}}) {
         if (v.band == written) {
             metres = m;
             break;
@@ -299,11 +308,16 @@ void takeRecord(AdifValues& v, const RecordText& rec)
             const char* freq;
             const char* digit;
         };
-        for (const FromMetres& f : {FromMetres{"160", "1.9", "0"}, {"80", "3.5", "1"},
-                                    {"40", "7", "2"}, {"30", "10", nullptr},
-                                    {"20", "14", "3"}, {"17", "18", nullptr},
-                                    {"15", "21", "4"}, {"12", "24", nullptr},
-                                    {"10", "28", "5"}, {"6", "50", nullptr}}) {
+        for (const FromMetres& f : {FromMetres{"160", "1.9", "0"},
+                                    {"80", "3.5", "1"},
+                                    {"40", "7", "2"},
+                                    {"30", "10", nullptr},
+                                    {"20", "14", "3"},
+                                    {"17", "18", nullptr},
+                                    {"15", "21", "4"},
+                                    {"12", "24", nullptr},
+                                    {"10", "28", "5"},
+                                    {"6", "50", nullptr}}) {
             if (metres == f.metres) {
                 v.freq = f.freq;
                 if (f.digit != nullptr) {
@@ -412,9 +426,8 @@ void henkan_adi_2_t(const ReaderContext& ctx)
         try {
             takeRecord(values, joined);
         } catch (const failure::Failure& f) {
-            throw failure::Failure(f.number(), f.description() + " (" +
-                                                   std::to_string(done + 1) + " 件目: " +
-                                                   joined.utf8() + ")");
+            throw failure::Failure(f.number(), f.description() + " (" + std::to_string(done + 1) +
+                                                   " 件目: " + joined.utf8() + ")");
         }
         values.fill(q);
         out.write(text::formatRecord(q.fields()));

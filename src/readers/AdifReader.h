@@ -26,8 +26,8 @@ std::optional<std::string> adifValue(std::string_view record, std::string_view t
 /// the values kept only for themselves, which are cleared for each record.
 struct AdifValues
 {
-    std::string call, year, month, day, time, band, freq, rst_sent, rst_rcvd, stx,
-        rcvd_exchange, mode;
+    std::string call, year, month, day, time, band, freq, rst_sent, rst_rcvd, stx, rcvd_exchange,
+        mode;
     /// Read and kept, used by no later stage.
     std::string cqz, ituz, adi_state, cnty, comment, qsl_sent, qsl_sent_mark, qsl_rcvd_mark,
         adi_iota, dxcc;

@@ -23,13 +23,13 @@ struct BandRange
 
 // Frequency in kHz to band, both ends included.
 constexpr std::array kBandRanges{
-    BandRange{1000, 2000, "1.9"},          BandRange{3000, 4000, "3.5"},
-    BandRange{7000, 8000, "7"},            BandRange{9000, 11000, "10"},
-    BandRange{13000, 15000, "14"},         BandRange{17000, 19000, "18"},
-    BandRange{20000, 22000, "21"},         BandRange{23000, 25000, "24"},
-    BandRange{27000, 30000, "28"},         BandRange{49000, 54000, "50"},
-    BandRange{143000, 146000, "144"},      BandRange{429000, 440000, "430"},
-    BandRange{1119000, 1300000, "1200"},   BandRange{2399000, 2450000, "2400"},
+    BandRange{1000, 2000, "1.9"},        BandRange{3000, 4000, "3.5"},
+    BandRange{7000, 8000, "7"},          BandRange{9000, 11000, "10"},
+    BandRange{13000, 15000, "14"},       BandRange{17000, 19000, "18"},
+    BandRange{20000, 22000, "21"},       BandRange{23000, 25000, "24"},
+    BandRange{27000, 30000, "28"},       BandRange{49000, 54000, "50"},
+    BandRange{143000, 146000, "144"},    BandRange{429000, 440000, "430"},
+    BandRange{1119000, 1300000, "1200"}, BandRange{2399000, 2450000, "2400"},
     BandRange{5399000, 5850000, "5600"},
 };
 
@@ -142,8 +142,8 @@ std::string cabrilloBandOfKhz(std::string_view token)
 std::string cabrilloFrequencyMhz(std::string_view token)
 {
     const std::size_t n = text::charCount(token);
-    const std::string mhz = (n > 3 ? text::left(token, n - 3) : std::string()) + "." +
-                            text::right(token, 3);
+    const std::string mhz =
+        (n > 3 ? text::left(token, n - 3) : std::string()) + "." + text::right(token, 3);
     const std::size_t width = text::Len_sjis(mhz);
     return width < 6 ? std::string(6 - width, ' ') + mhz : mhz;
 }

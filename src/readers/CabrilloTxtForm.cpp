@@ -113,7 +113,7 @@ std::string CabrilloTxtForm::line(std::string_view qsoLine)
     out += "  " + rightAligned(cabrilloTxtBand(khz), 6);
     out += padded(mode, 4);
     out += padded("", 4); // points: none in a Cabrillo log
-    return out;            // and no memo
+    return out;           // and no memo
 }
 
 std::string cabrillo_2_zlog_txt(const ReaderContext& ctx)

@@ -4,17 +4,19 @@
 
 #include "support/TestSupport.h"
 
-#include <gtest/gtest.h>
-
 #include <algorithm>
 #include <filesystem>
+#include <gtest/gtest.h>
 
 using namespace vornhale;
 namespace fs = std::filesystem;
 
 namespace {
 
-std::string quote(const std::string& s) { return "'" + s + "'"; }
+std::string quote(const std::string& s)
+{
+    return "'" + s + "'";
+}
 
 struct Cli
 {
@@ -99,8 +101,8 @@ TEST(CabrilloAdifCommand, ANameTheOpenCannotPlaceListsTheTypeWordsAndOffersItsKi
     const fs::path cbr = cli.copy("cabrillo/SAMPLE.CBR", "TEST.cbr");
     for (const char* command : {"open", "convert"}) {
         EXPECT_EQ(cli.run(command, cbr), 1) << command;
-        EXPECT_TRUE(cli.says("入力ファイルの種類が判りません。--type で指定して下さい: " +
-                             cbr.string()))
+        EXPECT_TRUE(
+            cli.says("入力ファイルの種類が判りません。--type で指定して下さい: " + cbr.string()))
             << cli.output;
         EXPECT_TRUE(cli.says(std::string(kTypeWords) + "zlo, ")) << cli.output;
         EXPECT_TRUE(cli.says(".cbr のファイルは次の --type で開けます: cbr (Cabrillo)\n"))

@@ -7,10 +7,9 @@
 #include "support/TestSupport.h"
 #include "text/Chars.h"
 
-#include <gtest/gtest.h>
-
 #include <algorithm>
 #include <filesystem>
+#include <gtest/gtest.h>
 #include <optional>
 
 using namespace vornhale;
@@ -19,10 +18,10 @@ namespace fs = std::filesystem;
 namespace {
 
 enum class Outcome {
-    Converts,        ///< exit 0, the final files (and a Cabrillo log's .TXT form)
-    FailsInReader,   ///< exit 1 with the failure number, nothing beside the log
-    FailsInTxtForm,  ///< exit 1 with the failure number after the final files were written
-    Rejected,        ///< exit 1 with the open's message, nothing beside the log
+    Converts,       ///< exit 0, the final files (and a Cabrillo log's .TXT form)
+    FailsInReader,  ///< exit 1 with the failure number, nothing beside the log
+    FailsInTxtForm, ///< exit 1 with the failure number after the final files were written
+    Rejected,       ///< exit 1 with the open's message, nothing beside the log
 };
 
 struct Case
@@ -32,7 +31,7 @@ struct Case
     const char* type; ///< the --type word
     const char* args = "";
     Outcome outcome = Outcome::Converts;
-    int failure = 0;  ///< the number in the trace, for the failure outcomes
+    int failure = 0;       ///< the number in the trace, for the failure outcomes
     bool workFiles = true; ///< compare zlog_1.txt and zlog_2.txt too
 };
 
@@ -85,10 +84,8 @@ const Case kCases[] = {
     {"realdata_cbr_bad_style", "realdata:cabrillo/thxo_CQWPX_bad_style.log", "cbr", "",
      Outcome::Rejected},
     {"realdata_cbr_gb0wr", "realdata:cabrillo/thxo_GB0WR.log", "cbr"},
-    {"realdata_cbr_i44z", "realdata:cabrillo/thxo_I44Z.log", "cbr", "", Outcome::FailsInTxtForm,
-     9},
-    {"realdata_cbr_laqp", "realdata:cabrillo/thxo_LAQP.log", "cbr", "", Outcome::FailsInTxtForm,
-     9},
+    {"realdata_cbr_i44z", "realdata:cabrillo/thxo_I44Z.log", "cbr", "", Outcome::FailsInTxtForm, 9},
+    {"realdata_cbr_laqp", "realdata:cabrillo/thxo_LAQP.log", "cbr", "", Outcome::FailsInTxtForm, 9},
     {"realdata_cbr_yarc", "realdata:cabrillo/thxo_YARC.log", "cbr"},
     {"realdata_cbr_iaru", "realdata:cabrillo/thxo_iaru.log", "cbr"},
     {"realdata_cbr_allja1_cqww", "realdata:qxsl_allja1/allja1.cqww", "cbr", "", Outcome::Rejected},
@@ -118,9 +115,15 @@ const Case kCases[] = {
      0, false},
 };
 
-std::string quote(const std::string& s) { return "'" + s + "'"; }
+std::string quote(const std::string& s)
+{
+    return "'" + s + "'";
+}
 
-void PrintTo(const Case& c, std::ostream* os) { *os << c.name; }
+void PrintTo(const Case& c, std::ostream* os)
+{
+    *os << c.name;
+}
 
 std::vector<std::string> filesBeside(const fs::path& dir)
 {
@@ -172,11 +175,11 @@ TEST_P(ConvertCabrilloAdifGolden, EveryOutcomeMatchesItsReviewedCopy)
 
     std::string output;
     // A run that hangs would stop the whole suite; `timeout` turns it into a failure (124).
-    const int status = test::runCommand(
-        "timeout 300 " + quote(test::cliPath().string()) + " convert --keep-work --home " +
-            quote((dir / "home").string()) + " --type " + c.type + " " + c.args + " " +
-            quote(log.string()),
-        &output);
+    const int status =
+        test::runCommand("timeout 300 " + quote(test::cliPath().string()) +
+                             " convert --keep-work --home " + quote((dir / "home").string()) +
+                             " --type " + c.type + " " + c.args + " " + quote(log.string()),
+                         &output);
 
     const std::string logFile = "CONTEST" + ext;
     const bool cbr = std::string(c.type) == "cbr";
@@ -195,9 +198,9 @@ TEST_P(ConvertCabrilloAdifGolden, EveryOutcomeMatchesItsReviewedCopy)
     case Outcome::FailsInReader: {
         ASSERT_EQ(status, 1) << output;
         const auto trace = traceLines(dir / "home");
-        EXPECT_NE(std::find(trace.begin(), trace.end(),
-                            "エラー発生 ：　" + std::to_string(c.failure)),
-                  trace.end())
+        EXPECT_NE(
+            std::find(trace.begin(), trace.end(), "エラー発生 ：　" + std::to_string(c.failure)),
+            trace.end())
             << output;
         break;
     }

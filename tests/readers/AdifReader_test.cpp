@@ -15,7 +15,10 @@ enum Field { Year, Month, Day, Time, Call, Sent, Rcvd, Band, Mode, Op, Memo, Fre
 const std::string kHeader = "<ADIF_VER:5>3.1.0 <PROGRAMID:4>TEST <EOH>";
 
 // One record on one line.
-std::string record(const std::string& fields) { return fields + " <EOR>"; }
+std::string record(const std::string& fields)
+{
+    return fields + " <EOR>";
+}
 
 const std::string kCw = "<CALL:6>JA1ABC <QSO_DATE:8>20261122 <TIME_ON:4>0905 <BAND:3>20M "
                         "<MODE:2>CW <RST_SENT:3>599 <RST_RCVD:3>579";
@@ -67,7 +70,8 @@ TEST(AdifRecognition, AFileWithRstSentInAnyCaseIsAnAdifLog)
     for (const char* tag : {"<RST_SENT:3>599", "<rst_sent:3>599", "<Rst_Sent:2>59"}) {
         readers::InputState run;
         const fs::path p = f.dir / "a.adi";
-        test::writeSjisLines(p, {"header", "<EOH>", std::string("<CALL:6>JA1ABC ") + tag + "<EOR>"});
+        test::writeSjisLines(p,
+                             {"header", "<EOH>", std::string("<CALL:6>JA1ABC ") + tag + "<EOR>"});
         EXPECT_TRUE(readers::FileOpen_adi(run, p)) << tag;
         EXPECT_EQ(run.f_type, "adi");
         EXPECT_FALSE(run.opened_as_cbr);
@@ -190,8 +194,7 @@ TEST(AdifValues, TheReportsCarryTheExchangesUntilTheCut)
     const auto cw = valuesOf("<MODE:2>CW <RST_SENT:3>599 <RST_RCVD:3>599 <STX:3>100 <SRX:2>25");
     EXPECT_EQ(cw.rst_sent, "599");
     EXPECT_EQ(cw.rst_rcvd, "599");
-    const auto ssb =
-        valuesOf("<MODE:3>SSB <RST_SENT:2>59 <RST_RCVD:2>59 <STX:3>100 <SRX:2>25");
+    const auto ssb = valuesOf("<MODE:3>SSB <RST_SENT:2>59 <RST_RCVD:2>59 <STX:3>100 <SRX:2>25");
     EXPECT_EQ(ssb.rst_sent, "59");
     EXPECT_EQ(ssb.rst_rcvd, "59");
     // A report without its own digits shows the exchange through the cut.
@@ -227,10 +230,19 @@ TEST(AdifValues, TheBandInMetresGivesTheFrequencyWhenNoneWasRead)
         const char* freq;
         const char* digit;
     };
-    for (const Case& c : {Case{"160M", "1.9", "0"}, {"80M", "3.5", "1"}, {"40M", "7", "2"},
-                          {"30M", "10", ""}, {"20M", "14", "3"}, {"17M", "18", ""},
-                          {"15M", "21", "4"}, {"12M", "24", ""}, {"10M", "28", "5"},
-                          {"6", "50", ""}, {"6M", "", ""}, {"2M", "", ""}, {"70CM", "", ""}}) {
+    for (const Case& c : {Case{"160M", "1.9", "0"},
+                          {"80M", "3.5", "1"},
+                          {"40M", "7", "2"},
+                          {"30M", "10", ""},
+                          {"20M", "14", "3"},
+                          {"17M", "18", ""},
+                          {"15M", "21", "4"},
+                          {"12M", "24", ""},
+                          {"10M", "28", "5"},
+                          {"6", "50", ""},
+                          {"6M", "", ""},
+                          {"2M", "", ""},
+                          {"70CM", "", ""}}) {
         const auto v = valuesOf("<BAND:" + std::to_string(std::string(c.band).size()) + ">" +
                                 c.band + " <EOR>");
         EXPECT_EQ(v.freq, c.freq) << c.band;
@@ -315,10 +327,10 @@ TEST(AdifReader, LowerCaseTagsReadTheSameAndEveryValueStandsInUpperCase)
 TEST(AdifReader, ARecordMayRunAcrossLines)
 {
     AdifRun r;
-    const auto recs = r.run({"header text", "<EOH>", "<CALL:6>JA1ABC", "<QSO_DATE:8>20261122",
-                             "<TIME_ON:4>0905", "<FREQ:6>14.025", "<MODE:2>CW",
-                             "<RST_SENT:3>599", "<RST_RCVD:3>599", "<EOR>", "",
-                             "<CALL:6>JA1XYZ <TIME_ON:4>0906", "<EOR>"});
+    const auto recs =
+        r.run({"header text", "<EOH>", "<CALL:6>JA1ABC", "<QSO_DATE:8>20261122", "<TIME_ON:4>0905",
+               "<FREQ:6>14.025", "<MODE:2>CW", "<RST_SENT:3>599", "<RST_RCVD:3>599", "<EOR>", "",
+               "<CALL:6>JA1XYZ <TIME_ON:4>0906", "<EOR>"});
     ASSERT_EQ(recs.size(), 2u);
     EXPECT_EQ(recs[0][Call], "JA1ABC");
     EXPECT_EQ(recs[0][Band], "14.025");
@@ -346,8 +358,8 @@ TEST(AdifReader, NeitherFreqNorBandGivesAnEmptyBandAndFrequency)
 TEST(AdifReader, ABandOf6mGivesNoFrequencyWhereASixWould)
 {
     AdifRun r;
-    const auto recs = r.runRecords({"<CALL:6>JA1ABC <BAND:2>6M <RST_SENT:3>599",
-                                    "<CALL:6>JA1ABC <BAND:1>6 <RST_SENT:3>599"});
+    const auto recs = r.runRecords(
+        {"<CALL:6>JA1ABC <BAND:2>6M <RST_SENT:3>599", "<CALL:6>JA1ABC <BAND:1>6 <RST_SENT:3>599"});
     ASSERT_EQ(recs.size(), 2u);
     EXPECT_EQ(recs[0][Band], "");
     EXPECT_EQ(recs[1][Band], "50");
@@ -369,8 +381,8 @@ TEST(AdifReader, WithoutEohWithinTwentyLinesThoseLinesAreGone)
     AdifRun r;
     std::vector<std::string> lines;
     for (int i = 0; i < 25; ++i) {
-        lines.push_back(record("<CALL:6>JA1A" + std::to_string(10 + i) +
-                               " <RST_SENT:3>599 <MODE:2>CW"));
+        lines.push_back(
+            record("<CALL:6>JA1A" + std::to_string(10 + i) + " <RST_SENT:3>599 <MODE:2>CW"));
     }
     const auto recs = r.run(lines);
     ASSERT_EQ(recs.size(), 5u);

@@ -81,9 +81,10 @@ TEST(CabrilloRecognition, AFirstLineHoldingStartOfLogAnywhereOpensTheFile)
 TEST(CabrilloRecognition, AnyOtherFirstLineRejectsTheFileWithItsMessage)
 {
     test::RunFixture f;
-    for (const std::vector<std::string>& lines :
-         {std::vector<std::string>{"", kStart, qso()}, {"QSO: 14025 CW", kStart},
-          {"start-of-log: 3.0", qso()}, {}}) {
+    for (const std::vector<std::string>& lines : {std::vector<std::string>{"", kStart, qso()},
+                                                  {"QSO: 14025 CW", kStart},
+                                                  {"start-of-log: 3.0", qso()},
+                                                  {}}) {
         readers::InputState run;
         const fs::path p = f.dir / "a.log";
         test::writeSjisLines(p, lines);
@@ -103,8 +104,12 @@ TEST(CabrilloRecognition, IotaReferencesInToken8SetTheFlagAndSouthAmericaIsNsNot
         const char* token8;
         bool iota;
     };
-    for (const Case& c : {Case{"EU-005", true}, {"NS-001", true}, {"AN-016", true},
-                          {"OC-123", true}, {"SA-001", false}, {"JA1ABC", false}}) {
+    for (const Case& c : {Case{"EU-005", true},
+                          {"NS-001", true},
+                          {"AN-016", true},
+                          {"OC-123", true},
+                          {"SA-001", false},
+                          {"JA1ABC", false}}) {
         readers::InputState run;
         const fs::path p = f.dir / "iota.cbr";
         const std::string line = "QSO: 14025 CW 2026-11-22 0905 ZZ9ZZZ 599 EU-001 " +
@@ -120,8 +125,8 @@ TEST(CabrilloRecognition, TheIotaLookPassesOverShortQsoLinesAndTheFirstLine)
     test::RunFixture f;
     readers::InputState run;
     const fs::path p = f.dir / "short.cbr";
-    test::writeSjisLines(p, {"START-OF-LOG: 3.0 QSO: 1 2 3 4 5 6 7 EU-005", "SOAPBOX: QSO: EU-",
-                             qso(), kEnd});
+    test::writeSjisLines(
+        p, {"START-OF-LOG: 3.0 QSO: 1 2 3 4 5 6 7 EU-005", "SOAPBOX: QSO: EU-", qso(), kEnd});
     ASSERT_TRUE(readers::FileOpen_cbr(run, p));
     EXPECT_FALSE(run.cbr_has_iota);
 }
@@ -131,9 +136,9 @@ TEST(CabrilloRecognition, OpeningCountsTheQsoLinesIntoLabel39)
     test::RunFixture f;
     auto& ctx = f.context();
     const fs::path p = f.dir / "CONTEST.CBR";
-    test::writeSjisLines(p, {kStart, "CALLSIGN: ZZ9ZZZ", qso(), qso("7025"),
-                             "X-QSO:  7026 CW 2026-11-22 0906 ZZ9ZZZ 599 25 JA1XYZ 599 13 0",
-                             kEnd});
+    test::writeSjisLines(p,
+                         {kStart, "CALLSIGN: ZZ9ZZZ", qso(), qso("7025"),
+                          "X-QSO:  7026 CW 2026-11-22 0906 ZZ9ZZZ 599 25 JA1XYZ 599 13 0", kEnd});
     ASSERT_EQ(readers::openInput(ctx, p, "cbr"), readers::OpenResult::Opened);
     EXPECT_EQ(ctx.run.f_type, "cbr");
     EXPECT_EQ(ctx.run.Label39, "3 件");
@@ -185,7 +190,8 @@ TEST(CabrilloReader, TakesTheTokensOfAQsoLine)
 TEST(CabrilloReader, TabsAndFullWidthBlanksBetweenColumnsReadTheSameAsBlanks)
 {
     CabrilloRun r;
-    const std::string tabs = "QSO:\t14025\tCW\t2026-11-22\t0905\tZZ9ZZZ\t599\t25\tJA1ABC\t599\t13\t0";
+    const std::string tabs =
+        "QSO:\t14025\tCW\t2026-11-22\t0905\tZZ9ZZZ\t599\t25\tJA1ABC\t599\t13\t0";
     const std::string wide =
         "QSO:　14025　　CW 　2026-11-22\t 0905  ZZ9ZZZ　599 25 JA1ABC 599 13 0";
     const std::string plain = "QSO: 14025 CW 2026-11-22 0905 ZZ9ZZZ 599 25 JA1ABC 599 13 0";
@@ -208,8 +214,8 @@ TEST(CabrilloReader, SixPassesFoldRunsOfUpTo64BlanksAndALongerRunShiftsTheTokens
     // A longer run leaves an empty token 1, which moves every column one place: the date is
     // then the mode.
     CabrilloRun r;
-    const std::string wide = "QSO:" + std::string(65, ' ') +
-                             "14025 CW 2026-11-22 0905 ZZ9ZZZ 599 25 JA1ABC 599 13 0";
+    const std::string wide =
+        "QSO:" + std::string(65, ' ') + "14025 CW 2026-11-22 0905 ZZ9ZZZ 599 25 JA1ABC 599 13 0";
     EXPECT_EQ(r.failureOf({kStart, wide}), 9);
 }
 
@@ -390,8 +396,8 @@ TEST(CabrilloTxtForm, WritesTheColumnsOfTheZlogTxtForm)
     readers::CabrilloTxtForm form;
     const std::string line =
         "QSO: 14025 CW 2026-11-22 0905 ZZ9ZZZ        599 25     JA1ABC        579 13     0";
-    EXPECT_EQ(form.line(line),
-              " 11  22 0905 JA1ABC     59925        579      13  " "    14CW      ");
+    EXPECT_EQ(form.line(line), " 11  22 0905 JA1ABC     59925        579      13  "
+                               "    14CW      ");
 }
 
 TEST(CabrilloTxtForm, PhoneAndRttyModesAndTheBandText)
@@ -429,16 +435,21 @@ TEST(CabrilloTxtForm, TheExtraColumnsGoByTheHighestTokenIndexOfTheThirdRange)
     const std::string head = "QSO: 14025 CW 2026-11-22 0905 ZZ9ZZZ        599 25     ";
     // Index 4: token 2 once more; index 5: tokens 3 and 4.
     EXPECT_EQ(form.line(head + "JA1ABC 599 13 MA 0"),
-              " 11  22 0905 JA1ABC     59925        599      1313  " "    14CW      ");
+              " 11  22 0905 JA1ABC     59925        599      1313  "
+              "    14CW      ");
     EXPECT_EQ(form.line(head + "JA1ABC 599 13 MA X 0"),
-              " 11  22 0905 JA1ABC     59925        599      13MAX  " "    14CW      ");
+              " 11  22 0905 JA1ABC     59925        599      13MAX  "
+              "    14CW      ");
     // Index 2 (no transmitter column) and index 6 leave them as the line before did.
     EXPECT_EQ(form.line(head + "JA1ABC 599 13"),
-              " 11  22 0905 JA1ABC     59925        599      13MAX  " "    14CW      ");
+              " 11  22 0905 JA1ABC     59925        599      13MAX  "
+              "    14CW      ");
     EXPECT_EQ(form.line(head + "JA1ABC 599 13 0"),
-              " 11  22 0905 JA1ABC     59925        599      13  " "    14CW      ");
+              " 11  22 0905 JA1ABC     59925        599      13  "
+              "    14CW      ");
     EXPECT_EQ(form.line(head + "JA1ABC 599 13 A B C 0"),
-              " 11  22 0905 JA1ABC     59925        599      13  " "    14CW      ");
+              " 11  22 0905 JA1ABC     59925        599      13  "
+              "    14CW      ");
 }
 
 TEST(CabrilloTxtForm, ALineThatDoesNotReachTheThirdRangeFailsWithNumber9)
