@@ -7,6 +7,7 @@
 #include "net/Http.h"
 #include "readers/InputKinds.h"
 #include "readers/ZloReader.h"
+#include "session/InputDisplay.h"
 #include "session/OpenActions.h"
 #include "session/OptionCatalog.h"
 #include "session/OptionModel.h"
@@ -48,6 +49,7 @@
 #include <QRadioButton>
 #include <QScreen>
 #include <QTabWidget>
+#include <QThread>
 #include <QTableWidget>
 #include <QToolBar>
 #include <QToolButton>
@@ -105,6 +107,10 @@ MainWindow::MainWindow(session::Session& session, FileChooser& chooser, QtDialog
 
     // The changes a run makes to its options reach the store on this thread.
     m_session.onRunChange([this](std::string_view name, const std::string& value) {
+        if (QThread::currentThread() == thread()) {
+            m_session.options().set(name, value);
+            return;
+        }
         const std::string key(name);
         QMetaObject::invokeMethod(
             this, [this, key, value] { m_session.options().set(key, value); },
@@ -441,9 +447,14 @@ QWidget* MainWindow::buildCentre()
 
     m_layoutRow = new LayoutRow(m_layout, *m_binder);
     m_layoutRow->setAfterEdit([this] {
-        // The clash of the state column with the province, and the start, follow the cells.
+        // The rules of the province follow the layout; the check after a drop tells its clash
+        // of the state column with the province on the status line.
         m_model.Check5_Click();
         m_binder->refresh("lblShori");
+        if (!m_layout.lblShori().empty()) {
+            showStatus(qs(m_layout.lblShori()), static_cast<int>(Colour::Red));
+            m_layout.clearStatus();
+        }
         m_layoutRow->refresh();
     });
     connect(m_layoutRow->historyButton(), &QPushButton::clicked, this,
@@ -1011,43 +1022,38 @@ void MainWindow::openPath(const std::string& path, std::string_view typeWord)
     Q_EMIT inputOpened();
 }
 
-void MainWindow::showInput()
+void MainWindow::showInput(bool afterRun)
 {
-    const readers::InputState& input = m_session.input();
-    const bool opened = input.kind != readers::InputKind::None;
+    const session::InputDisplay d = session::inputDisplay(m_session.input(), afterRun);
     QLabel* name = findChild<QLabel*>(QStringLiteral("lblIn_name"));
-    if (!input.in_name.empty() || !input.lblIn_name.empty()) {
-        name->setText(qs(input.lblIn_name.empty() ? input.in_name : input.lblIn_name));
-        setCaptionColour(name, opened ? Colour::BrightBlue : Colour::Red);
-        name->setToolTip(opened ? qs(input.in_name) : QString());
+    if (!d.lblIn_name.empty()) {
+        name->setText(qs(d.lblIn_name));
+        setCaptionColour(name, d.lblIn_nameColour);
+        name->setToolTip(qs(d.lblIn_nameTip));
     }
-    findChild<QLabel*>(QStringLiteral("Label37"))->setText(qs(input.Label37));
-    findChild<QLabel*>(QStringLiteral("Label39"))->setText(qs(input.Label39));
-
-    const readers::OutputNames& n = input.names;
-    findChild<QLabel*>(QStringLiteral("control18"))->setText(opened ? fileNameOf(n.out_name_con_n) : QString());
-    findChild<QLabel*>(QStringLiteral("control20"))->setText(opened ? fileNameOf(n.out_name_ham_n) : QString());
-    findChild<QLabel*>(QStringLiteral("control19"))->setText(opened ? qs(n.out_name_con_n) : QString());
-    findChild<QLabel*>(QStringLiteral("control21"))->setText(opened ? qs(n.out_name_ham_n) : QString());
-    auto* sort = findChild<QGroupBox*>(QStringLiteral("Frame04"));
-    sort->setTitle(opened ? fileNameOf(n.out_name_con_n) + QStringLiteral(" の Ｓｏｒｔ 順の指定")
-                          : frameCaption("Option02", 0));
-    if (auto* dup = findChild<QAction*>(QStringLiteral("mnuDisp_dup")); dup && opened) {
-        dup->setText(qs(n.dup_name));
+    findChild<QLabel*>(QStringLiteral("Label37"))->setText(qs(d.Label37));
+    findChild<QLabel*>(QStringLiteral("Label39"))->setText(qs(d.Label39));
+    findChild<QLabel*>(QStringLiteral("control18"))->setText(qs(d.control18));
+    findChild<QLabel*>(QStringLiteral("control20"))->setText(qs(d.control20));
+    findChild<QLabel*>(QStringLiteral("control19"))->setText(qs(d.control19));
+    findChild<QLabel*>(QStringLiteral("control21"))->setText(qs(d.control21));
+    findChild<QGroupBox*>(QStringLiteral("Frame04"))
+        ->setTitle(d.Frame04.empty() ? frameCaption("Option02", 0) : qs(d.Frame04));
+    if (!d.mnuDisp_dup.empty()) {
+        findChild<QAction*>(QStringLiteral("mnuDisp_dup"))->setText(qs(d.mnuDisp_dup));
     }
-    // The z2a entries serve a .ZLO input only; its text is shown once made.
-    const bool zlo = input.f_type == "zlo";
-    for (const char* name : {"mnuMake_z2a", "z2a作成"}) {
-        findChild<QAction*>(QString::fromUtf8(name))->setEnabled(zlo);
+    for (const char* entry : {"mnuMake_z2a", "z2a作成"}) {
+        findChild<QAction*>(QString::fromUtf8(entry))->setEnabled(d.makeZ2a);
     }
-    const bool z2a = zlo && (m_z2aShown || fileThere(readers::z2aName(input.in_name)));
-    for (const char* name : {"mnuDisp_z2a", "z2a表示"}) {
-        findChild<QAction*>(QString::fromUtf8(name))->setEnabled(z2a);
+    for (const char* entry : {"mnuDisp_z2a", "z2a表示"}) {
+        findChild<QAction*>(QString::fromUtf8(entry))->setEnabled(d.showZ2a);
     }
-    // The year is the operator's only for a text log without one.
-    const bool yearFree = input.f_type.empty() || input.f_type == "txt";
-    findChild<QLineEdit*>(QStringLiteral("txtYYYY"))->setEnabled(yearFree &&
-                                                                   m_model.enabled("txtYYYY"));
+    QLabel* searched = findChild<QLabel*>(QStringLiteral("Label33"));
+    searched->setText(qs(d.Label33));
+    setCaptionColour(searched, d.Label33Colour);
+    findChild<QAction*>(QStringLiteral("mnuDisp_Get_Mng_result"))->setEnabled(d.showMngResult);
+    findChild<QPushButton*>(QStringLiteral("cmdDisp_Get_Mng_result"))->setEnabled(d.showMngResult);
+    findChild<QLineEdit*>(QStringLiteral("txtYYYY"))->setEnabled(d.yearBox && m_model.enabled("txtYYYY"));
 }
 
 // ---- A conversion -------------------------------------------------------------------------
@@ -1145,7 +1151,7 @@ void MainWindow::conversionEnded()
     m_model.Form_Load_2();
     m_binder->refreshAll();
     setRunning(false);
-    showInput();
+    showInput(true);
     if (outcome.end == session::RunOutcome::End::Done) {
         m_tab1->setCurrentIndex(2);
         auto* report = findChild<QPushButton*>(QStringLiteral("cmdDisp_Henkan_Result"));
@@ -1264,8 +1270,7 @@ void MainWindow::makeZ2a()
     const readers::ReaderContext ctx{m_session.options(), m_session.trace(), *m_observer,
                                      m_dialogs, m_session.folder().drive_path, input};
     try {
-        const readers::Z2aResult result = readers::mnuMake_z2a_Click(ctx);
-        m_z2aShown = result.showZ2a;
+        readers::mnuMake_z2a_Click(ctx);
     } catch (const failure::Failure& f) {
         failAndEnd(f);
         return;
@@ -1297,14 +1302,21 @@ void MainWindow::cmdSubmit_Click()
                     return;
                 }
                 manager::WebManagerSearch::show(result, *window->m_observer);
-                if (auto* outcome = window->findChild<QLabel*>(QStringLiteral("Label45"))) {
-                    QMetaObject::invokeMethod(
-                        window, [outcome, result] { setCaptionColour(outcome, result.outcomeColour()); },
-                        Qt::QueuedConnection);
-                }
-                window->m_searching = false;
-                window->findChild<QPushButton*>(QStringLiteral("cmdSubmit"))->setEnabled(true);
-                Q_EMIT window->searchFinished();
+                // The labels reach the window queued; the colour and the end follow them.
+                QMetaObject::invokeMethod(
+                    window,
+                    [window, result] {
+                        if (!window) {
+                            return;
+                        }
+                        if (auto* outcome = window->findChild<QLabel*>(QStringLiteral("Label45"))) {
+                            setCaptionColour(outcome, result.outcomeColour());
+                        }
+                        window->m_searching = false;
+                        window->findChild<QPushButton*>(QStringLiteral("cmdSubmit"))->setEnabled(true);
+                        Q_EMIT window->searchFinished();
+                    },
+                    Qt::QueuedConnection);
             },
             Qt::QueuedConnection);
     }).detach();

@@ -139,7 +139,8 @@ private:
                        std::function<void()> handler = {}, bool hidden = false);
 
     // Work.
-    void showInput();
+    /// Shows what the window shows of the open input; `afterRun` as a run leaves it.
+    void showInput(bool afterRun = false);
     void showRunLabel(const QString& name, const QString& text);
     void showCounter(int row, long value);
     void showStatus(const QString& text, int colour);
@@ -176,7 +177,6 @@ private:
     std::function<void(int)> m_programEnd;
     bool m_ending = false;
     bool m_searching = false;
-    bool m_z2aShown = false;
 };
 
 } // namespace vornhale::ui

@@ -27,6 +27,7 @@
 #include <QTimer>
 
 #include <fstream>
+#include <vector>
 #include <unistd.h>
 #include <memory>
 
@@ -125,6 +126,8 @@ private Q_SLOTS:
     void aFailureShowsItsDialogAndEndsTheProgram();
     void theStopButtonEndsTheProgramAtOnce();
     void theResultViewersFollowTheFilesOfTheInput();
+    void aCommentBeyondTheTwoHundredthFailsBeforeTheHistoryIsRewritten();
+    void aSecondRunSkipsThePreparationOfTheMasters();
 };
 
 void ConversionTest::initTestCase()
@@ -356,6 +359,47 @@ void ConversionTest::theResultViewersFollowTheFilesOfTheInput()
     QVERIFY(s.find<QAction>(QStringLiteral("mnuDisp_con_n_new"))->isEnabled());
     // Without the duplicate list its viewer waits.
     QVERIFY(!s.find<QAction>(QStringLiteral("＊．ｄｕｐ"))->isEnabled());
+}
+
+void ConversionTest::aCommentBeyondTheTwoHundredthFailsBeforeTheHistoryIsRewritten()
+{
+    Started s;
+    std::vector<std::string> lines = {"Vornhale.rmk1  for Vornhale.exe  ver 5.44"};
+    for (int i = 0; i < 200; ++i) {
+        lines.push_back("COMMENT " + std::to_string(1000 + i));
+    }
+    const fs::path history = s.dir / "home" / "Vornhale.rmk1";
+    test::writeSjisLines(history, lines);
+    s.openThroughMenu(s.sample("CONTEST.ALL"));
+    auto* comment = s.find<QLineEdit>(QStringLiteral("txtRmks1"));
+    test::showTabOf(comment);
+    QTest::keyClicks(comment, QStringLiteral("TNX NEW"));
+    const std::string before = test::readBytes(history);
+    test::BoxAnswerer boxes;
+    s.click(QStringLiteral("cmdStart"));
+    QVERIFY(test::waitUntil([&] { return s.endedWith != -1; }, 120000));
+    QCOMPARE(s.endedWith, 1);
+    QVERIFY(!boxes.titles.isEmpty());
+    QCOMPARE(boxes.titles[0], QStringLiteral("　　エラー発生の為、　終了します！"));
+    // The new comment was appended; the history was not sorted and rewritten.
+    const std::string after = test::readBytes(history);
+    QVERIFY(after.rfind(before, 0) == 0);
+}
+
+void ConversionTest::aSecondRunSkipsThePreparationOfTheMasters()
+{
+    Started s;
+    s.openThroughMenu(s.sample("CONTEST.ALL"));
+    QVERIFY(s.convert());
+    QVERIFY(s.convert());
+    QCOMPARE(s.find<QLabel>(QStringLiteral("lblShori"))->text(), QStringLiteral("　処理終了"));
+    int preparations = 0;
+    for (const auto& entry : fs::directory_iterator(s.dir / "home" / "Error_Log")) {
+        for (const std::string& line : test::readSjisLines(entry.path())) {
+            preparations += line == "Private sub cmdStart_cty_dat_sep" ? 1 : 0;
+        }
+    }
+    QCOMPARE(preparations, 1);
 }
 
 QTEST_MAIN(ConversionTest)

@@ -64,6 +64,9 @@ private Q_SLOTS:
     void notUsedTickedAndUntickedRestoresTheText();
     void aLaterStartGoesStraightToTheMainWindow();
     void theEnvironmentMenuOpensTheDialogOverTheMainWindow();
+    void aMasterDeclaredNotUsedIsNotRequiredAtTheStart();
+    void aSecondStartOnTheSameFolderIsNotRefused();
+    void theMarkKeepsOneCharacterWhenSaved();
 };
 
 void StartupTest::initTestCase()
@@ -210,6 +213,62 @@ void StartupTest::theEnvironmentMenuOpensTheDialogOverTheMainWindow()
     });
     program.mainWindow()->findChild<QAction*>(QStringLiteral("mnuConfig"))->trigger();
     QCOMPARE(title, QStringLiteral("［ 環境設定 ］ Vornhale_ｃfg．ｉｎｉ を編集・作成します。"));
+}
+
+void StartupTest::aMasterDeclaredNotUsedIsNotRequiredAtTheStart()
+{
+    test::TempDir dir;
+    test::prepareHome(dir / "home");
+    {
+        settings::ProfileFile cfg(dir / "home" / "Vornhale_cfg.ini");
+        cfg.write("Vornhale_cfg.ini", "name_mas_dir", "使用しない");
+        QVERIFY(cfg.save());
+    }
+    fs::remove(dir / "home" / "name_mas.txt");
+    test::ScriptedChooser chooser;
+    ui::DesktopProgram program(dir / "home", chooser);
+    program.setProgramEnd([](int) {});
+    test::BoxAnswerer boxes;
+    QVERIFY(program.start());
+    QVERIFY(program.mainWindow() != nullptr);
+    QVERIFY2(boxes.titles.isEmpty(), qPrintable(boxes.titles.join(QLatin1Char('|'))));
+    // The name lookup is off: its frame waits.
+    QVERIFY(!program.mainWindow()->findChild<QCheckBox*>(QStringLiteral("Check15"))->isEnabled());
+}
+
+void StartupTest::aSecondStartOnTheSameFolderIsNotRefused()
+{
+    test::TempDir dir;
+    test::prepareHome(dir / "home");
+    test::ScriptedChooser chooser;
+    ui::DesktopProgram first(dir / "home", chooser);
+    first.setProgramEnd([](int) {});
+    QVERIFY(first.start());
+    ui::DesktopProgram second(dir / "home", chooser);
+    second.setProgramEnd([](int) {});
+    QVERIFY(second.start());
+    QVERIFY(first.mainWindow()->isVisible());
+    QVERIFY(second.mainWindow()->isVisible());
+}
+
+void StartupTest::theMarkKeepsOneCharacterWhenSaved()
+{
+    test::TempDir dir;
+    test::prepareHome(dir / "home");
+    test::ScriptedChooser chooser;
+    ui::DesktopProgram program(dir / "home", chooser);
+    program.setProgramEnd([](int) {});
+    QVERIFY(program.start());
+    test::whenModal([](QWidget* dialog) {
+        auto* mark = dialog->findChild<QLineEdit*>(QStringLiteral("Text1"));
+        mark->selectAll();
+        QTest::keyClicks(mark, QStringLiteral("NN"));
+        QTest::mouseClick(dialog->findChild<QPushButton*>(QStringLiteral("cmdSave")), Qt::LeftButton);
+        QTest::mouseClick(dialog->findChild<QPushButton*>(QStringLiteral("cmdOK")), Qt::LeftButton);
+    });
+    program.mainWindow()->findChild<QAction*>(QStringLiteral("mnuConfig"))->trigger();
+    QCOMPARE(settings::ProfileFile(dir / "home" / "Vornhale_cfg.ini").read("Vornhale_cfg.ini", "No_QSL_moji"),
+             std::string("N"));
 }
 
 QTEST_MAIN(StartupTest)
