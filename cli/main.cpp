@@ -2,6 +2,7 @@
 #include "ConvertCommand.h"
 #include "DownloadCommand.h"
 #include "EntityCommand.h"
+#include "MngCommand.h"
 #include "OpenCommand.h"
 #include "QsoBankCommand.h"
 #include "RtclCommand.h"
@@ -18,6 +19,7 @@ int main(int argc, char** argv)
     addOpenCommands(app, status);
     addSettingsCommand(app, status);
     addEntityCommand(app, status);
+    addMngCommand(app, status);
     addQsoBankCommand(app, status);
     addDownloadCommand(app, status);
     addRtclCommand(app, status);

@@ -11,6 +11,8 @@
 #include "engine/ResultGrid.h"
 #include "base/WorkingFiles.h"
 #include "history/NoQslMarking.h"
+#include "manager/ManagerResultLog.h"
+#include "manager/WebManagerSearch.h"
 #include "readers/CabrilloTxtForm.h"
 #include "readers/InputKinds.h"
 #include "readers/ZlogTranslators.h"
@@ -216,6 +218,9 @@ void cmdStart_Click(RunContext& ctx)
     ctx.observer.label("Text1", "");
     ctx.observer.label("Text2", "");
     removeIfExists(ctx.folder.Temp_Files / "bak_qso.HDX");
+    if (ctx.lookups != nullptr) {
+        ctx.lookups->openWebSearchResults(ctx);
+    }
 
     ctx.observer.status("", base::Colour::Black);
     run.counters = Counters{};
@@ -232,6 +237,12 @@ void cmdStart_Click(RunContext& ctx)
     storeSettings(ctx, &settings::SettingsFiles::ini_write_new);
 
     cmd_henkan(ctx, layout);
+    if (ctx.lookups != nullptr) {
+        ctx.lookups->closeWebSearchResults(ctx);
+    }
+    // The list may be shown only when it is this input's.
+    run.webResultsViewable = manager::ManagerResultLog::belongsTo(
+        run.names.Get_Mng_result_name, run.in_name);
 
     // The log in the other zLog text form, beside the input, when asked for.
     if (run.f_type == "txt" && ctx.options.value("Make_t2a") == "1") {
@@ -267,6 +278,7 @@ void cmdStart_Click(RunContext& ctx)
                                     run.names.out_name_con, run.names.out_name_ham}) {
         removeIfExists(name);
     }
+    base::deleteByMask(ctx.folder.strPath, std::string(manager::kQslSearchPage) + "_?");
     // A log opened as Cabrillo also gets its zLog .TXT form beside it.
     if (run.opened_as_cbr) {
         readers::cabrillo_2_zlog_txt(ctx);

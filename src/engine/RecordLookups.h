@@ -51,8 +51,14 @@ public:
     virtual bool noQslCountry(std::string_view /*q_entity*/) { return false; }
     /// The manager of a call in the manager master, as the file gives it.
     virtual std::string managerFromFile(std::string_view /*q_call*/) { return {}; }
-    /// The manager found by the web search.
+    /// The manager found by the web search, after the pause between requests; the search is
+    /// shown and added to the result list. Called only with `Check18` on.
     virtual std::string managerFromWeb(std::string_view /*q_call*/) { return {}; }
+    /// At the start of a conversion with `Check18`: opens the result list of the web search
+    /// (`Get_Mng_result_name`), replacing it, and shows the mode of the search.
+    virtual void openWebSearchResults(RunContext& /*ctx*/) {}
+    /// After the stages of a conversion: closes the result list of the web search.
+    virtual void closeWebSearchResults(RunContext& /*ctx*/) {}
     /// Whether the name master is loaded and switched on.
     virtual bool nameMasterOn() { return false; }
     /// The name of a station in the name master.

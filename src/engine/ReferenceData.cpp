@@ -5,8 +5,11 @@
 #include "engine/RunContext.h"
 #include "history/HistoryScan.h"
 #include "history/NoQslMarking.h"
+#include "net/Http.h"
 #include "reference/CtyImport.h"
 #include "text/Chars.h"
+
+#include <ctime>
 
 namespace vornhale::engine {
 namespace {
@@ -117,6 +120,20 @@ void ReferenceData::beforeFirstRecord(RunContext& ctx)
         loadCallMaster(ctx, m_qths, "qth_mas_dir", "qth_mas.txt", "qth_mas．txt");
     }
     m_check13 = o.tick("Check13");
+    if (!m_managers.loaded()) {
+        // Once per program: a file replaced while the program runs waits for the next start.
+        ctx.trace.line("    Private sub Henkan_txt() : read_MNG_z_full_mp");
+        m_managers.read_MNG_z_full_mp(o.value("mng_z_full_txt_dir"), ctx.trace, &ctx.observer);
+    }
+    m_runObserver = &ctx.observer;
+    m_web.reset();
+    if (o.tick("Check18")) {
+        m_web.emplace(net::WebConfig::load(ctx.folder.strPath), ctx.folder.strPath,
+                      ctx.folder.drive_path, m_webPause);
+        m_webInterval = o.value("GetMng_Interval");
+        m_option10 = o.member("Option10");
+        m_label29 = manager::webSearchModeText(m_option10);
+    }
     if (o.tick("Check5") && !m_provinceMaster.empty() && m_provinceLoaded != m_provinceMaster) {
         m_provinces = reference::ProvinceMaster();
         m_provinces.read_prov_mas_dat(m_provinceMaster, ctx.trace);
@@ -158,6 +175,49 @@ QthEntry ReferenceData::qthOf(std::string_view base_call)
     reference::get_qth_mas(m_qths, base_call, e.name, e.code, e.qth, e.gl, hit);
     e.found = hit == 1;
     return e;
+}
+
+std::string ReferenceData::managerFromFile(std::string_view q_call)
+{
+    std::string answer = m_managers.MNG_lookup(q_call);
+    m_sharedManagers.mng_file = text::replaceAll(answer, "@", "");
+    return answer;
+}
+
+std::string ReferenceData::managerFromWeb(std::string_view q_call)
+{
+    if (!m_web) {
+        return {};
+    }
+    // The pause comes before each request: it protects the remote service.
+    m_web->pause(m_webInterval);
+    manager::WebSearchResult r = m_web->Get_MNG_web(q_call, m_sharedManagers.mng_file);
+    m_sharedManagers.mng_web = r.mng_web;
+    r.Set_mng =
+        manager::managerByOption10(m_option10, m_sharedManagers.mng_file, r.mng_web).value_or("");
+    if (m_runObserver != nullptr) {
+        manager::WebManagerSearch::show(r, *m_runObserver);
+    }
+    m_webResults.add(r, m_label29);
+    return r.mng_web;
+}
+
+void ReferenceData::openWebSearchResults(RunContext& ctx)
+{
+    if (!ctx.options.tick("Check18")) {
+        return;
+    }
+    const std::string& name = ctx.run.names.Get_Mng_result_name;
+    ctx.trace.line("Get_Mng_result_name : " + name);
+    m_webResults.close();
+    m_webResults.open(name, ctx.run.in_name,
+                      manager::ManagerResultLog::dateTimeText(std::time(nullptr)));
+    ctx.observer.label("Label29", manager::webSearchModeText(ctx.options.member("Option10")));
+}
+
+void ReferenceData::closeWebSearchResults(RunContext& /*ctx*/)
+{
+    m_webResults.close();
 }
 
 std::string ReferenceData::stateOf(std::string_view q_rcvd)

@@ -3,12 +3,16 @@
 #include "engine/RecordLookups.h"
 #include "history/HistoryMaster.h"
 #include "history/NoQslCountries.h"
+#include "manager/ManagerMaster.h"
+#include "manager/ManagerResultLog.h"
+#include "manager/WebManagerSearch.h"
 #include "reference/ArdxMaster.h"
 #include "reference/CtyEntityLookup.h"
 #include "reference/NameQthMasters.h"
 #include "reference/ProvinceMaster.h"
 
 #include <filesystem>
+#include <optional>
 #include <string>
 
 namespace vornhale::engine {
@@ -16,8 +20,9 @@ namespace vornhale::engine {
 /// The reference masters of one run of the program: the entity masters made from `cty.dat`
 /// and `dxcc_mas.txt`, the state master made from zLog's ARRL files, the name and QTH
 /// masters, the province master chosen for the input, and the history master made from the
-/// operator's HAMLOG log with the list of entities that get no cards. They are made or loaded once
-/// and then answer every contact of every conversion until the program ends.
+/// operator's HAMLOG log with the list of entities that get no cards, and the manager master
+/// with the web search of managers. They are made or loaded once and then answer every
+/// contact of every conversion until the program ends.
 class ReferenceData : public RecordLookups
 {
 public:
@@ -47,6 +52,18 @@ public:
     std::string stateOf(std::string_view q_rcvd) override;
     std::string provinceOf(std::string_view q_rcvd) override;
 
+    std::string managerFromFile(std::string_view q_call) override;
+    std::string managerFromWeb(std::string_view q_call) override;
+    void openWebSearchResults(RunContext& ctx) override;
+    void closeWebSearchResults(RunContext& ctx) override;
+
+    /// The manager master, loaded at the first conversion (or walk) of the program.
+    manager::ManagerMaster& managers() { return m_managers; }
+    /// The manager values that the conversion's web search shares with the batch walk.
+    manager::SharedManagerValues& sharedManagers() { return m_sharedManagers; }
+    /// How the pause between web requests is spent (by default the thread sleeps).
+    void setWebPause(manager::WebManagerSearch::Sleeper sleeper) { m_webPause = std::move(sleeper); }
+
 private:
     void loadCallMaster(RunContext& ctx, reference::CallMaster& master, const char* key,
                         const char* file, const char* display);
@@ -65,6 +82,15 @@ private:
     bool m_check05 = false;
     bool m_nameMasterOn = false;
     bool m_check13 = false;
+    manager::ManagerMaster m_managers;
+    manager::SharedManagerValues m_sharedManagers;
+    std::optional<manager::WebManagerSearch> m_web; ///< set for a conversion with `Check18`
+    manager::WebManagerSearch::Sleeper m_webPause;
+    manager::ManagerResultLog m_webResults;
+    std::string m_webInterval; ///< `GetMng_Interval` of the conversion
+    int m_option10 = 0;
+    std::string m_label29;
+    base::RunObserver* m_runObserver = nullptr; ///< the observer of the running conversion
 };
 
 } // namespace vornhale::engine

@@ -35,6 +35,9 @@ struct RunState : readers::InputState
 {
     std::string reportPath;  ///< the report of the run, when one was written
     bool keep_work = false;  ///< leave the working files for inspection (command line)
+    /// The result list of the web search belongs to this input, so its viewer
+    /// (`mnuDisp_Get_Mng_result`, `cmdDisp_Get_Mng_result`) is enabled after the run.
+    bool webResultsViewable = false;
     std::string QSL_Q = " ";    ///< route mark of an ordinary bureau card
     std::string QSL_S = " ";    ///< the "sent" mark; one blank after a no-card record
     std::string Rmks1_text, Rmks2_text; ///< the fixed remark texts `txtRmks1`, `txtRmks2`

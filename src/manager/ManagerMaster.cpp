@@ -3,12 +3,46 @@
 #include "failure/Failure.h"
 #include "text/Chars.h"
 #include "text/LineFile.h"
+#include "text/SjisCodec.h"
 #include "text/SjisText.h"
 
 namespace vornhale::manager {
 namespace {
 
 constexpr long kCallStart = 2, kManagerStart = 22, kColumnWidth = 20;
+
+bool isAscii(std::string_view bytes)
+{
+    for (const char c : bytes) {
+        if (static_cast<unsigned char>(c) >= 0x80) {
+            return false;
+        }
+    }
+    return true;
+}
+
+// Byte columns of a line of single-byte characters: the bytes themselves.
+std::string_view asciiColumn(std::string_view raw, long start, long width)
+{
+    const auto from = static_cast<std::size_t>(start - 1);
+    return from >= raw.size() ? std::string_view()
+                              : raw.substr(from, static_cast<std::size_t>(width));
+}
+
+// The key of a call: upper case, taken without decoding when the call is plain ASCII.
+std::string keyOf(std::string_view call)
+{
+    if (!isAscii(call)) {
+        return text::upper(call);
+    }
+    std::string key(call);
+    for (char& c : key) {
+        if (c >= 'a' && c <= 'z') {
+            c = static_cast<char>(c - 'a' + 'A');
+        }
+    }
+    return key;
+}
 
 } // namespace
 
@@ -32,17 +66,25 @@ void ManagerMaster::read_MNG_z_full_mp(const std::filesystem::path& file, base::
     in.nextRaw();
     std::size_t i = 0;
     while (!in.atEnd()) {
-        const std::string line = in.next();
+        const std::string_view raw = in.nextRaw();
         if (i >= m_calls.size()) {
             // The line count bounds the entries; a longer file cannot occur, but an entry
             // must never be written past the end.
             m_calls.emplace_back();
             m_managers.emplace_back();
         }
-        m_calls[i] = std::string(text::trim(text::Mid_sjis(line, kCallStart, kColumnWidth)));
-        m_managers[i] = std::string(text::trim(text::Mid_sjis(line, kManagerStart, kColumnWidth)));
+        if (isAscii(raw)) {
+            // Most lines are plain ASCII, where a byte is a character.
+            m_calls[i] = std::string(text::trim(asciiColumn(raw, kCallStart, kColumnWidth)));
+            m_managers[i] = std::string(text::trim(asciiColumn(raw, kManagerStart, kColumnWidth)));
+        } else {
+            const std::string line = text::decodeSjis(raw);
+            m_calls[i] = std::string(text::trim(text::Mid_sjis(line, kCallStart, kColumnWidth)));
+            m_managers[i] =
+                std::string(text::trim(text::Mid_sjis(line, kManagerStart, kColumnWidth)));
+        }
         // The first entry of a call wins, as a walk from the top would find it.
-        m_index.try_emplace(text::upper(m_calls[i]), i);
+        m_index.try_emplace(keyOf(m_calls[i]), i);
         ++i;
     }
     m_loaded = true;
@@ -56,7 +98,7 @@ std::string ManagerMaster::MNG_lookup(std::string_view call) const
     if (m_kazu < 0) {
         return {};
     }
-    const auto it = m_index.find(text::upper(text::trim(call)));
+    const auto it = m_index.find(keyOf(text::trim(call)));
     return it == m_index.end() ? std::string() : m_managers[it->second];
 }
 

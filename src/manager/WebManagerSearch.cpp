@@ -266,14 +266,18 @@ std::optional<std::vector<std::string>> WebManagerSearch::readPage(const fs::pat
     if (!in) {
         return std::nullopt;
     }
-    std::string bytes((std::istreambuf_iterator<char>(in)), std::istreambuf_iterator<char>());
+    const std::string bytes((std::istreambuf_iterator<char>(in)), std::istreambuf_iterator<char>());
+    return pageLines(bytes);
+}
+
+std::vector<std::string> WebManagerSearch::pageLines(std::string_view bytes)
+{
     const bool utf8 = validUtf8(bytes);
-    std::string_view body(bytes);
-    if (utf8 && body.substr(0, 3) == "\xEF\xBB\xBF") {
-        body.remove_prefix(3);
+    if (utf8 && bytes.substr(0, 3) == "\xEF\xBB\xBF") {
+        bytes.remove_prefix(3);
     }
     std::vector<std::string> lines;
-    for (const std::string_view line : text::splitLines(body)) {
+    for (const std::string_view line : text::splitLines(bytes)) {
         lines.push_back(utf8 ? std::string(line) : text::decodeSjis(line));
     }
     return lines;

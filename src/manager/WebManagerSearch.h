@@ -124,6 +124,8 @@ public:
     /// The lines of a page file: Shift-JIS, or UTF-8 when the bytes are valid UTF-8. Nothing
     /// when the file cannot be read.
     static std::optional<std::vector<std::string>> readPage(const std::filesystem::path& page);
+    /// The lines of a page's bytes, decoded as `readPage` decodes them.
+    static std::vector<std::string> pageLines(std::string_view bytes);
 
     /// Shows a result: `Label33` the call, `Label28` "Mngテキスト ： " and the file's answer,
     /// on success `Label34`, `Label31`, `Label32`, then `Label45` and `Label30`
