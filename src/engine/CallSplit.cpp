@@ -15,11 +15,11 @@ CallParts splitCall(std::string_view call)
     const auto first = call.find('/');
     if (first == std::string_view::npos) {
         parts.base_call = std::string(text::trim(call));
-        parts.lookup_call = parts.base_call;
+        parts.lookupCall = parts.base_call;
         return parts;
     }
     const auto last = call.rfind('/');
-    parts.lookup_call = std::string(text::trim(first != last ? call.substr(0, last) : call));
+    parts.lookupCall = std::string(text::trim(first != last ? call.substr(0, last) : call));
     const auto pieces = text::split(call, "/");
     const std::string_view a = text::trim(pieces[0]);
     const std::string_view b = text::trim(pieces[1]);
@@ -67,7 +67,7 @@ void bak_sep1(RunContext& ctx)
         CallParts parts = splitCall(q.q_call);
         e.base_call = parts.base_call;
         e.call_ext = parts.call_ext;
-        e.q_entity = ctx.entities.entityOf(parts.lookup_call);
+        e.q_entity = ctx.entities.entityOf(parts.lookupCall);
         reference::DxccEntry dx = ctx.entities.dxcc_lookup(e.q_entity);
         e.dx_code = dx.dx_code;
         e.dx_name = dx.dx_name;

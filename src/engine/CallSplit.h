@@ -10,9 +10,9 @@ namespace vornhale::engine {
 /// The parts of a logged call sign.
 struct CallParts
 {
-    std::string base_call;   ///< the home part, trimmed
-    std::string call_ext;    ///< the other "/" part, trimmed
-    std::string lookup_call; ///< what the entity lookup is asked, trimmed
+    std::string base_call;  ///< the home part, trimmed
+    std::string call_ext;   ///< the other "/" part, trimmed
+    std::string lookupCall; ///< what the entity lookup is asked, trimmed
 };
 
 /// Splits a call: without "/", all of it is the home part. With "/", the lookup call is the

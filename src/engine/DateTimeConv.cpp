@@ -98,7 +98,7 @@ bool DateTimeConversion::isJapaneseStation(std::string_view q_call)
 void DateTimeConversion::date_time_conv(std::string& conv_date, std::string& conv_time,
                                         std::string_view q_call)
 {
-    switch (m_option05) {
+    switch (m_shift) {
     case 1:
         to_jst(conv_date, conv_time);
         break;

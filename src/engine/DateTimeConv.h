@@ -10,8 +10,8 @@ namespace vornhale::engine {
 class DateTimeConversion
 {
 public:
-    /// `option05` is the member index of the `Option05` group that is on (0 to 3).
-    explicit DateTimeConversion(int option05) : m_option05(option05) {}
+    /// `shift` is the member index of the `Option05` group that is on (0 to 3).
+    explicit DateTimeConversion(int shift) : m_shift(shift) {}
 
     /// `date_time_conv`: applies the operator's choice to one record. `conv_date` is YYMMDD,
     /// `conv_time` "hhmm" or "hh:mm" with the time letter behind it.
@@ -23,7 +23,7 @@ public:
     const std::string& call_core() const { return m_call_core; }
 
 private:
-    int m_option05;
+    int m_shift;
     std::string m_call_core;
 };
 

@@ -1,5 +1,7 @@
 #include "engine/FinalOutput.h"
 
+#include "base/Clock.h"
+
 #include "failure/Failure.h"
 #include "engine/Records.h"
 #include "engine/RemarkLayout.h"
@@ -52,7 +54,7 @@ std::string cleanRemark(std::string r)
     return r;
 }
 
-void reduceFile(const fs::path& path, bool check23, bool anyWidth)
+void reduceFile(const fs::path& path, bool managerForNoCard, bool anyWidth)
 {
     const fs::path copy = path.string() + "_1";
     {
@@ -60,7 +62,7 @@ void reduceFile(const fs::path& path, bool check23, bool anyWidth)
         text::LineWriter out(copy);
         while (!in.atEnd()) {
             ResultRecord r = ResultRecord::from(in.fields(ResultRecord::kFields));
-            const bool noCard = text::startsWith(r.qsl3, "N") && !check23;
+            const bool noCard = text::startsWith(r.qsl3, "N") && !managerForNoCard;
             std::string rmks1 = cleanRemark(noCard ? r.rmks1_nomng : r.rmks1_c);
             std::string rmks2 = cleanRemark(noCard ? r.rmks2_nomng : r.rmks2_c);
             if (!anyWidth) {
@@ -122,12 +124,96 @@ std::string pad(std::string_view s, std::size_t width) { return text::padRight(s
 
 std::string timeStamp(const char* format)
 {
-    std::time_t now = std::time(nullptr);
-    std::tm local{};
-    localtime_r(&now, &local);
-    char buf[32];
-    std::strftime(buf, sizeof buf, format, &local);
-    return buf;
+    return base::nowText(format);
+}
+
+// The report's copy of the two settings files that decided the run.
+void writeSettingsFiles(text::LineWriter& out, const fs::path& strPath)
+{
+    auto copyFile = [&](const fs::path& file) {
+        std::error_code ec;
+        if (fs::is_regular_file(file, ec)) {
+            for (const std::string& line : text::readLines(file)) {
+                out.write(line);
+            }
+        }
+    };
+    out.write("======= Vornhale_cfg.ini ============");
+    copyFile(strPath / "Vornhale_cfg.ini");
+    out.write("");
+    out.write("======= Vornhale_new.ini ============");
+    copyFile(strPath / "Vornhale_new.ini");
+    out.write(std::string(32, '='));
+    out.write("");
+}
+
+// The options of the history test, the no-card rules and the manager search, as the window
+// words them.
+void writeHistoryAndManagerChoices(text::LineWriter& out, const settings::Options& o)
+{
+    static const char* const kHistoryMarks[] = {"この機能は無視する", "Q S O   済みの局",
+                                                "QSL発行済みの局", "QSL受領済みの局"};
+    static const char* const kManagerOrder[] = {"WEB検索のみを使用する", "MNG ﾌｧｲﾙ 優先、WEB補完",
+                                                "WEB優先、MNG ﾌｧｲﾙ 補完"};
+    const int history = o.member("Option04");
+    const int managerOrder = o.member("Option10");
+    const std::string& hdb = o.value("hamlog_hdb_dir");
+    const std::string source =
+        hdb.empty() ? std::string("新 Hamlog.hdb")
+                    : text::Mid_sjis(fs::path(hdb).filename().string(), 1, 6) + ".hdb";
+    auto tickNumber = [&](const char* key) { return std::to_string(o.tick(key) ? 1 : 0); };
+    out.write(std::string("該当する局にはNo QSL 　： ") +
+              (history >= 0 && history < 4 ? kHistoryMarks[history] : ""));
+    out.write("参照する入力ファイル 　： " + source);
+    out.write("同バンド　　　　　　 　： " + tickNumber("Check04"));
+    out.write("同モード 　　　　　　　： " + tickNumber("Check05"));
+    out.write("QSL MNG がいても　Ｎ　 ： " + tickNumber("Check9"));
+    out.write("フル ・ コールで処理　 ： " + tickNumber("Check14"));
+    out.write("N --> J  　　　　　　　： " + tickNumber("Check3"));
+    out.write("J --> N 　　　　　　 　： " + tickNumber("Check4"));
+    out.write("JA のクラブ局はNo QSL　： " + tickNumber("Check10"));
+    out.write("指定ctyはNo QSL　　　　： " + tickNumber("Check09"));
+    out.write("指定ctyはNo QSL ( cty )： " + o.value("No_qsl_cty"));
+    out.write("Web よりMng 取得をする ： " + tickNumber("Check18"));
+    out.write(std::string("優先順  　　　　　　　 ： ") +
+              (managerOrder >= 0 && managerOrder < 3 ? kManagerOrder[managerOrder] : ""));
+    out.write("");
+}
+
+void writeCounters(text::LineWriter& out, const Counters& c, const std::string& inputCount)
+{
+    out.write("今回の処理数は　：　" + inputCount);
+    out.write("複数の局の数は　：　" + std::to_string(c.fuku_kazu));
+    out.write("単数の局の数は　：　" + std::to_string(c.tan_kazu));
+    out.write("複 ・単の合計数 ：　" + std::to_string(c.calls_kazu));
+    out.write("No QSL 局の数　 ：　" + std::to_string(c.no_qsl_kazu));
+    out.write("転送先 Ｍ の数 ：　" + std::to_string(c.m_kazu));
+    out.write("Name 取得の数　 ：　" + std::to_string(c.name_kazu));
+    out.write("");
+    out.write("");
+}
+
+// The records of `_hn.csv`, first as a listing in columns, then as they stand.
+void writeListing(text::LineWriter& out, const std::string& out_name_ham_n)
+{
+    const std::vector<std::string> hamLines = text::readLines(out_name_ham_n);
+    out.write(std::string(10, '-') + "  " + out_name_ham_n + "  " + std::string(10, '-'));
+    for (const std::string& line : hamLines) {
+        // The listing keeps the widths of the old fifteen-field form, so its columns are
+        // shifted against the new form.
+        auto f = text::split(text::replaceAll(line, "\"", ""), ",");
+        f.resize(15);
+        out.write(pad(f[0], 14) + pad(text::replaceAll(f[2], "/", ""), 7) +
+                  pad(text::replaceAll(f[3], ":", ""), 6) + pad(f[6], 7) + pad(f[7], 4) +
+                  pad(f[10], 4) + " " + pad(f[13], 19) + pad(f[14], 19));
+    }
+    out.write("");
+    out.write("");
+    out.write(std::string(10, '=') + "  " + out_name_ham_n + "  " + std::string(10, '='));
+    for (const std::string& line : hamLines) {
+        out.write(line);
+    }
+    out.write(std::string(32, '='));
 }
 
 } // namespace
@@ -156,9 +242,9 @@ std::string count_No_QSL_MNG_2(RunContext& ctx)
 void count_No_QSL_MNG(RunContext& ctx, const RemarkLayout& layout)
 {
     ctx.trace.line("Private sub count_No_QSL_MNG()");
-    const bool check23 = ctx.options.tick("Check23");
-    reduceFile(ctx.run.names.out_name_con0, check23, layout.anyWidth());
-    reduceFile(ctx.run.names.out_name_ham0, check23, layout.anyWidth());
+    const bool managerForNoCard = ctx.options.tick("Check23");
+    reduceFile(ctx.run.names.out_name_con0, managerForNoCard, layout.anyWidth());
+    reduceFile(ctx.run.names.out_name_ham0, managerForNoCard, layout.anyWidth());
 }
 
 void makeFinalFiles(RunContext& ctx, const RemarkLayout& layout, const std::string& lastMode)
@@ -168,9 +254,9 @@ void makeFinalFiles(RunContext& ctx, const RemarkLayout& layout, const std::stri
     const std::string& No_QSL_moji = o.value("No_QSL_moji");
     const std::string& buro_QSL_moji = o.value("buro_QSL_moji");
     const bool bureauByCode = o.value("DXCC_mas_txt_55_use") == "Yes";
-    const bool check16 = o.tick("Check16");
-    const int callsIn1 = layout.callsInRow1();
-    const int callsIn2 = layout.callsInRow2();
+    const bool oneEightForOneNine = o.tick("Check16");
+    const int callsInRemark1 = layout.callsInRow1();
+    const int callsInRemark2 = layout.callsInRow2();
     run.counters.name_kazu = 0;
 
     struct Pass
@@ -203,17 +289,17 @@ void makeFinalFiles(RunContext& ctx, const RemarkLayout& layout, const std::stri
                     r.rmks1 += "no_Buro";
                 }
             }
-            if (check16 && trim(r.band_or_freq) == "1.9") {
+            if (oneEightForOneNine && trim(r.band_or_freq) == "1.9") {
                 r.band_or_freq = "1.8";
             }
             oldOut.write(text::formatRecord({r.call_key, r.call_ext, r.date8, r.time6, r.q_rst_sent,
                                              r.q_rst_rcvd, r.band_or_freq, r.mode, r.dx_code,
                                              r.q_gl, r.qsl3, r.q_name, r.dx_name, r.rmks1,
                                              r.rmks2}));
-            if (callsIn1 == 0) {
+            if (callsInRemark1 == 0) {
                 r.rmks1 = text::replaceAll(r.rmks1, "@" + r.q_call + " ", " ");
             }
-            if (callsIn2 == 0) {
+            if (callsInRemark2 == 0) {
                 r.rmks2 = text::replaceAll(r.rmks2, "@" + r.q_call + " ", " ");
             }
             r.rmks1 = text::replaceAll(r.rmks1, "$DX", "");
@@ -231,93 +317,23 @@ void makeFinalFiles(RunContext& ctx, const RemarkLayout& layout, const std::stri
 fs::path Out_Henkan_Result(RunContext& ctx)
 {
     ctx.trace.line("Private sub Out_Henkan_Result()");
-    RunState& run = ctx.run;
-    const settings::Options& o = ctx.options;
+    const RunState& run = ctx.run;
     std::error_code ec;
     fs::create_directories(ctx.folder.Henkan_Result, ec);
     const fs::path path = ctx.folder.Henkan_Result /
                           ("Henkan_" + timeStamp("%Y%m%d") + "_" + timeStamp("%H%M%S") + ".txt");
     text::LineWriter out(path);
-    auto copyFile = [&](const fs::path& file) {
-        if (fs::is_regular_file(file, ec)) {
-            for (const std::string& line : text::readLines(file)) {
-                out.write(line);
-            }
-        }
-    };
+    const std::string inputCount = std::string(trim(text::replaceAll(run.Label37, "件", "")));
 
     out.write("********  変換結果  ********");
     out.write("");
-    out.write("======= Vornhale_cfg.ini ============");
-    copyFile(ctx.folder.strPath / "Vornhale_cfg.ini");
-    out.write("");
-    out.write("======= Vornhale_new.ini ============");
-    copyFile(ctx.folder.strPath / "Vornhale_new.ini");
-    out.write(std::string(32, '='));
-    out.write("");
-
-    const std::string inputCount = std::string(trim(text::replaceAll(run.Label37, "件", "")));
+    writeSettingsFiles(out, ctx.folder.strPath);
     out.write("入力ファイル ：" + run.in_name);
     out.write("入 力 件 数　：" + inputCount);
     out.write("");
-
-    static const char* const kHistoryMarks[] = {"この機能は無視する", "Q S O   済みの局",
-                                                "QSL発行済みの局", "QSL受領済みの局"};
-    static const char* const kManagerOrder[] = {"WEB検索のみを使用する", "MNG ﾌｧｲﾙ 優先、WEB補完",
-                                                "WEB優先、MNG ﾌｧｲﾙ 補完"};
-    const int op04 = o.member("Option04");
-    const int op10 = o.member("Option10");
-    const std::string& hdb = o.value("hamlog_hdb_dir");
-    const std::string source =
-        hdb.empty() ? std::string("新 Hamlog.hdb")
-                    : text::Mid_sjis(fs::path(hdb).filename().string(), 1, 6) + ".hdb";
-    auto tickNumber = [&](const char* key) { return std::to_string(o.tick(key) ? 1 : 0); };
-    out.write(std::string("該当する局にはNo QSL 　： ") +
-              (op04 >= 0 && op04 < 4 ? kHistoryMarks[op04] : ""));
-    out.write("参照する入力ファイル 　： " + source);
-    out.write("同バンド　　　　　　 　： " + tickNumber("Check04"));
-    out.write("同モード 　　　　　　　： " + tickNumber("Check05"));
-    out.write("QSL MNG がいても　Ｎ　 ： " + tickNumber("Check9"));
-    out.write("フル ・ コールで処理　 ： " + tickNumber("Check14"));
-    out.write("N --> J  　　　　　　　： " + tickNumber("Check3"));
-    out.write("J --> N 　　　　　　 　： " + tickNumber("Check4"));
-    out.write("JA のクラブ局はNo QSL　： " + tickNumber("Check10"));
-    out.write("指定ctyはNo QSL　　　　： " + tickNumber("Check09"));
-    out.write("指定ctyはNo QSL ( cty )： " + o.value("No_qsl_cty"));
-    out.write("Web よりMng 取得をする ： " + tickNumber("Check18"));
-    out.write(std::string("優先順  　　　　　　　 ： ") +
-              (op10 >= 0 && op10 < 3 ? kManagerOrder[op10] : ""));
-    out.write("");
-
-    const Counters& c = run.counters;
-    out.write("今回の処理数は　：　" + inputCount);
-    out.write("複数の局の数は　：　" + std::to_string(c.fuku_kazu));
-    out.write("単数の局の数は　：　" + std::to_string(c.tan_kazu));
-    out.write("複 ・単の合計数 ：　" + std::to_string(c.calls_kazu));
-    out.write("No QSL 局の数　 ：　" + std::to_string(c.no_qsl_kazu));
-    out.write("転送先 Ｍ の数 ：　" + std::to_string(c.m_kazu));
-    out.write("Name 取得の数　 ：　" + std::to_string(c.name_kazu));
-    out.write("");
-    out.write("");
-
-    const std::vector<std::string> hamLines = text::readLines(run.names.out_name_ham_n);
-    out.write(std::string(10, '-') + "  " + run.names.out_name_ham_n + "  " + std::string(10, '-'));
-    for (const std::string& line : hamLines) {
-        // The listing keeps the widths of the old fifteen-field form, so its columns are
-        // shifted against the new form.
-        auto f = text::split(text::replaceAll(line, "\"", ""), ",");
-        f.resize(15);
-        out.write(pad(f[0], 14) + pad(text::replaceAll(f[2], "/", ""), 7) +
-                  pad(text::replaceAll(f[3], ":", ""), 6) + pad(f[6], 7) + pad(f[7], 4) +
-                  pad(f[10], 4) + " " + pad(f[13], 19) + pad(f[14], 19));
-    }
-    out.write("");
-    out.write("");
-    out.write(std::string(10, '=') + "  " + run.names.out_name_ham_n + "  " + std::string(10, '='));
-    for (const std::string& line : hamLines) {
-        out.write(line);
-    }
-    out.write(std::string(32, '='));
+    writeHistoryAndManagerChoices(out, ctx.options);
+    writeCounters(out, run.counters, inputCount);
+    writeListing(out, run.names.out_name_ham_n);
     out.close();
     return path;
 }

@@ -3,9 +3,12 @@
 #include "base/FileMask.h"
 #include "failure/Failure.h"
 #include "net/Http.h"
+#include "readers/RtclTextReader.h"
 #include "readers/ZloRecord.h"
+#include "text/Record.h"
 
 #include <string>
+#include <vector>
 
 namespace vornhale::engine {
 namespace {
@@ -19,6 +22,26 @@ void read_zlog_zlo(RunContext& ctx, manager::BatchManagerWalk& walk)
     walk.start(count > 0 ? count - 1 : 0);
     for (long n = 2; n <= count; ++n) {
         walk.walkCall(readers::decodeZloQso(file.record(n)).call);
+    }
+}
+
+// The RTCL walker (`read_rtcl_log`): the call of each record of a text log, read as its
+// generation's reader reads it; a record of kind "QTC" is no contact.
+void read_rtcl_log(RunContext& ctx, manager::BatchManagerWalk& walk)
+{
+    const bool old = readers::rtcl_gen(ctx.run.kind) == "old";
+    const std::size_t fields = old ? 12 : 13, callField = old ? 3 : 2;
+    text::RecordReader in(ctx.run.in_name);
+    std::vector<std::string> calls;
+    while (!in.atEnd()) {
+        const std::vector<std::string> record = in.fields(fields);
+        if (record[0] != "QTC") {
+            calls.push_back(record[callField]);
+        }
+    }
+    walk.start(static_cast<long>(calls.size()));
+    for (const std::string& call : calls) {
+        walk.walkCall(call);
     }
 }
 
@@ -53,6 +76,8 @@ ManagerWalkResult mnuGet_MNG_Click(RunContext& ctx, ReferenceData& data,
         walk.read_zlog_all(ctx.run.in_name, kind);
     } else if (kind == "zlo") {
         read_zlog_zlo(ctx, walk);
+    } else if (kind == "log") {
+        read_rtcl_log(ctx, walk);
     } else {
         throw failure::Failure(failure::InvalidCall,
                                "ＭＮＧ取得はこの入力ファイルの種類に対応していません。 " +

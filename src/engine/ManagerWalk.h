@@ -21,10 +21,10 @@ struct ManagerWalkResult
 };
 
 /// `mnuGet_MNG_Click`: walks the calls of the opened input (`ctx.run.in_name`, of kind "all",
-/// "txt" or "zlo") without converting anything, after loading the manager master when the
-/// program has not loaded it yet, and returns the grid. The web search is the call-directory
-/// search of `Vornhale_web.ini`, made without pauses. Afterwards the page files of that search
-/// with "_?" behind their name are deleted and `Label1` shows "ＭＮＧ取得終了".
+/// "txt", "zlo" or an RTCL text "log") without converting anything, after loading the manager
+/// master when the program has not loaded it yet, and returns the grid. The web search is the
+/// call-directory search of `Vornhale_web.ini`, made without pauses. Afterwards the page files of
+/// that search with "_?" behind their name are deleted and `Label1` shows "ＭＮＧ取得終了".
 /// `stopRequested` is asked where the walk yields: true ends the program
 /// (failure::ProgramEnd). Throws failure::Failure when the input cannot be read, and 5 for a
 /// kind the walk does not read.

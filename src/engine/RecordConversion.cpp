@@ -1,12 +1,12 @@
 #include "engine/RecordConversion.h"
 
+#include "base/WorkingFiles.h"
 #include "engine/DateTimeConv.h"
-#include "engine/Records.h"
 #include "engine/RecordLookups.h"
+#include "engine/Records.h"
 #include "engine/RemarkComposer.h"
 #include "engine/RemarkLayout.h"
 #include "engine/SortSplit.h"
-#include "base/WorkingFiles.h"
 #include "reference/EntityLookup.h"
 #include "text/Chars.h"
 #include "text/LineFile.h"
@@ -20,10 +20,17 @@ namespace {
 
 using text::trim;
 
-std::string trimmed(std::string_view s) { return std::string(trim(s)); }
-bool blank(std::string_view s) { return trim(s).empty(); }
+std::string trimmed(std::string_view s)
+{
+    return std::string(trim(s));
+}
+bool blank(std::string_view s)
+{
+    return trim(s).empty();
+}
 
-std::string rightAligned4(long n)
+// A count right-aligned in four places, as the progress label shows it.
+std::string alignedInFour(long n)
 {
     std::string s = std::to_string(n);
     return s.size() < 4 ? std::string(4 - s.size(), ' ') + s : s;
@@ -63,6 +70,476 @@ bool zoneDroppedForContest(const RunState& run)
            text::contains(path, "REF");
 }
 
+// The options that the record steps read, taken once before the first record; they hold
+// through all records of the conversion.
+struct ConversionOptions
+{
+    bool itemSeparator = false;      // Check1: one blank between remark items
+    bool provinceLookup = false;     // Check5
+    bool zoneFromExchange = false;   // Check6
+    bool managedGetNoCard = false;   // Check9
+    bool keepContestZone = false;    // Check12
+    bool nameLookup = false;         // Check15
+    bool webSearch = false;          // Check18
+    bool webSearchForNoCard = false; // Check22
+    bool qthLookup = false;          // Check29
+    bool noCardCountries = false;    // Check09
+    bool clubStationsNoCard = false; // Check10
+    bool qthCode = false;            // Check25: the QTH master's code
+    bool qthGl = false;              // Check26: its grid
+    bool qthName = false;            // Check27: its name
+    bool qthPlace = false;           // Check28: its QTH
+    bool historyOn = false;          // Option04 other than "this function is ignored"
+    bool historySameBand = false;    // Check04
+    bool historySameMode = false;    // Check05
+    bool provinceAlone = false;      // Option4(2): the province without its label
+    int provinceRemark = 0;          // Option3: 0 adds it to remark 1, 1 to remark 2
+    int zoneForm = 0;                // Option7
+    int managerOrder = 0;            // Option10
+    std::string buro_QSL_moji;
+    int mngWidth = 0; // the width of the MNG item
+
+    static ConversionOptions of(const settings::Options& o, const RemarkLayout& layout)
+    {
+        ConversionOptions c;
+        c.itemSeparator = o.tick("Check1");
+        c.provinceLookup = o.tick("Check5");
+        c.zoneFromExchange = o.tick("Check6");
+        c.managedGetNoCard = o.tick("Check9");
+        c.keepContestZone = o.tick("Check12");
+        c.nameLookup = o.tick("Check15");
+        c.webSearch = o.tick("Check18");
+        c.webSearchForNoCard = o.tick("Check22");
+        c.qthLookup = o.tick("Check29");
+        c.noCardCountries = o.tick("Check09");
+        c.clubStationsNoCard = o.tick("Check10");
+        c.qthCode = o.tick("Check25");
+        c.qthGl = o.tick("Check26");
+        c.qthName = o.tick("Check27");
+        c.qthPlace = o.tick("Check28");
+        c.historyOn = o.member("Option04") != 0;
+        c.historySameBand = o.tick("Check04");
+        c.historySameMode = o.tick("Check05");
+        c.provinceAlone = o.isOn("Option4", 2);
+        c.provinceRemark = o.member("Option3");
+        c.zoneForm = o.member("Option7");
+        c.managerOrder = o.member("Option10");
+        c.buro_QSL_moji = o.value("buro_QSL_moji");
+        c.mngWidth = layout.widthOf("MNG");
+        return c;
+    }
+};
+
+// What the steps of one conversion share: the run with its lookups, the layouts and the
+// options read once.
+struct ConversionScope
+{
+    RunContext& ctx;
+    RunState& run;
+    RecordLookups& look;
+    const RemarkLayout& layout;
+    const ConversionOptions opt;
+    const RemarkComposer composer;
+    DateTimeConversion timeShift;
+
+    ConversionScope(RunContext& context, RecordLookups& lookups, const RemarkLayout& layouts)
+        : ctx(context), run(context.run), look(lookups), layout(layouts),
+          opt(ConversionOptions::of(context.options, layouts)),
+          composer(layouts, opt.itemSeparator, opt.provinceLookup),
+          timeShift(context.options.member("Option05"))
+    {
+    }
+};
+
+// One contact on its way through the steps: the enriched line as read and every field that
+// the steps set. Each record starts from a fresh one, so a contact takes nothing over from
+// the one before except the run values that are meant to carry over (`QSL_S`, `cont_name`).
+struct ContactState
+{
+    EnrichedLine line;
+    std::string q_call;   ///< the call as logged, trimmed
+    std::string mode;     ///< the normalised mode
+    std::string q_memo;   ///< upper case, without the "[QTC…]" note
+    std::string call_key; ///< `base_call` as read
+    std::string base_call;
+    bool historyDone = false;
+    std::string route, route_base, mng, mng_file, qsl3;
+    std::string q_name, q_gl, dx_code, dx_name;
+    std::string q_date6, q_time5, date8, time6;
+    std::string zone_text, dx_state, iota_text, rcvd_text, calls_text;
+    std::string rmks1, rmks2, mng_pad, rmks1_nomng, rmks2_nomng, rmks1_c, rmks2_c;
+    std::string q_rst_rcvd;
+};
+
+// The record as read: the call, the mode, the remark without its QTC note, the call key and
+// the home call held in six places.
+ContactState startContact(EnrichedLine line)
+{
+    ContactState c;
+    c.line = std::move(line);
+    const EnrichedLine& e = c.line;
+    c.q_call = trimmed(e.q_call);
+    c.mode = normaliseMode(e.q_mode);
+    c.rcvd_text = e.q_rcvd;
+    c.q_memo = text::upper(e.q_memo);
+    if (text::contains(c.q_memo, "[QTC")) {
+        c.q_memo = withoutQtc(c.q_memo);
+    }
+    c.call_key = e.base_call;
+    c.base_call = text::padRight(e.base_call, 6);
+    c.dx_code = e.dx_code;
+    c.dx_name = e.dx_name;
+    return c;
+}
+
+// The history test, on the band and mode as the test key asks: a contact that counts as done
+// gets no card.
+void testHistory(ContactState& c, ConversionScope& s)
+{
+    if (s.opt.historyOn) {
+        const std::string code = s.look.band_mode_code(c.line.band_or_freq, c.mode);
+        const std::string band = s.opt.historySameBand ? text::left(code, 1) : "0";
+        const std::string mode = s.opt.historySameMode ? text::mid(code, 2, 1) : "0";
+        c.historyDone = s.look.historyDone(c.q_call, band + mode);
+    }
+    c.route = c.historyDone ? "N" : "";
+}
+
+// Club stations and entities on the no-card list get no card either.
+void applyNoCardLists(ContactState& c, ConversionScope& s)
+{
+    if (s.opt.clubStationsNoCard && s.look.clubStation(c.base_call)) {
+        c.route = "N";
+    }
+    if (s.opt.noCardCountries && s.look.noQslCountry(c.line.q_entity)) {
+        c.route = "N";
+    }
+    c.base_call = text::padRight(c.base_call, 6);
+}
+
+// The manager from the master file and, when asked for, from the web, merged as `Option10`
+// says; with one "@" in front.
+void chooseManager(ContactState& c, ConversionScope& s)
+{
+    c.mng_file = text::replaceAll(s.look.managerFromFile(c.q_call), "@", "");
+    if (!s.opt.webSearch) {
+        c.mng = "@" + c.mng_file;
+        return;
+    }
+    // Stations that get no card are spared the request unless Check22 asks for it.
+    if (!s.opt.webSearchForNoCard && c.route == "N") {
+        c.mng.clear();
+        return;
+    }
+    s.ctx.observer.label("Text2", c.q_call);
+    const std::string mng_web = s.look.managerFromWeb(c.q_call);
+    switch (s.opt.managerOrder) {
+    case 0:
+        c.mng = "@" + mng_web;
+        break;
+    case 1:
+        c.mng = "@" + (blank(c.mng_file) ? mng_web : c.mng_file);
+        break;
+    case 2:
+        c.mng = "@" + (blank(mng_web) ? c.mng_file : mng_web);
+        break;
+    default:
+        c.mng.clear();
+        break;
+    }
+}
+
+// "DIRECT", "BURO" and an empty manager lose their "@"; a station that is its own manager has
+// none and takes the ordinary route.
+void cleanManager(ContactState& c)
+{
+    const std::string upperMng = text::upper(c.mng);
+    if (text::contains(upperMng, "DIRECT") || text::contains(upperMng, "BURO") || blank(c.mng)) {
+        c.mng = text::replaceAll(c.mng, "@", "");
+    }
+    c.mng = text::replaceAll(c.mng, "@@", "@");
+    if (c.mng == "@" + c.base_call) {
+        c.mng.clear();
+        c.route = "J";
+    }
+}
+
+// The route mark: no card, through the manager, or the ordinary route.
+void settleRoute(ContactState& c, const ConversionScope& s)
+{
+    if (!c.historyDone) {
+        if (c.mng == "@") {
+            c.route_base = "J";
+            c.mng.clear();
+        } else if (!blank(c.mng) && c.route != "N") {
+            c.route_base = "M";
+        } else {
+            c.route_base = s.run.QSL_Q + " ";
+            c.mng.clear();
+        }
+    } else {
+        c.route = "N";
+    }
+    if (c.route_base == "M") {
+        c.route = s.opt.managedGetNoCard ? "N" : "M";
+    }
+    if (c.route == "J") {
+        c.route = blank(s.run.QSL_Q) || blank(c.route_base) ? " " : s.run.QSL_Q;
+    } else if (c.route != "N") {
+        c.route = c.route_base;
+    }
+}
+
+// HAMLOG's QSL column. A no-card record turns the "sent" mark into a blank for every later
+// record of the run too.
+void formQslColumn(ContactState& c, RunState& run)
+{
+    c.base_call = trimmed(c.base_call);
+    if (c.route == "N") {
+        run.QSL_S = " ";
+    }
+    c.qsl3 = c.route == "N"   ? "N  "
+             : c.route == "M" ? "M" + run.QSL_S + " "
+                              : run.QSL_Q + run.QSL_S + " ";
+    if (trim(c.qsl3) == "*") {
+        c.qsl3 = " * ";
+    }
+}
+
+// The name from the name master, then what the QTH master gives for a call without a "/"
+// part other than QRP. Both ask whether the name master is on, the QTH lookup included.
+void lookUpNameAndQth(ContactState& c, ConversionScope& s)
+{
+    if (s.opt.nameLookup && s.look.nameMasterOn()) {
+        c.q_name = s.look.nameOf(c.base_call);
+    }
+    if (!s.opt.qthLookup || !s.look.nameMasterOn()) {
+        return;
+    }
+    std::string call = text::replaceAll(text::upper(c.q_call), "/QRPP", "");
+    call = text::replaceAll(call, "/QRP", "");
+    if (text::contains(call, "/")) {
+        return;
+    }
+    const QthEntry qth = s.look.qthOf(c.base_call);
+    if (!qth.found) {
+        return;
+    }
+    if (s.opt.qthCode) {
+        c.dx_code = qth.code;
+    }
+    if (s.opt.qthName) {
+        c.q_name = qth.name;
+    }
+    if (s.opt.qthGl) {
+        c.q_gl = qth.gl;
+    }
+    if (s.opt.qthPlace) {
+        c.dx_name = qth.qth;
+    }
+}
+
+// The time letter is always "U" here: the test for Japan time can never hold. Then the time
+// shift of `Option05`.
+void convertDateTime(ContactState& c, ConversionScope& s)
+{
+    c.q_date6 = c.line.q_date6;
+    c.q_time5 = c.line.q_time + "U";
+    s.timeShift.date_time_conv(c.q_date6, c.q_time5, c.q_call);
+}
+
+// The zone item, from the received exchange; some contests keep no zone unless `Check12`.
+void settleZone(ContactState& c, const ConversionScope& s)
+{
+    if (!s.layout.use().zone || !s.opt.zoneFromExchange ||
+        (s.run.f_type == "zlo" && !s.run.use_log_zone)) {
+        return;
+    }
+    c.zone_text = zoneText(trim(c.line.q_rcvd), s.run.f_type, s.opt.zoneForm, s.run.Zone_moji);
+    if (!s.opt.keepContestZone && zoneDroppedForContest(s.run)) {
+        c.zone_text.clear();
+    }
+}
+
+// The state of a station in the USA, Canada or Alaska, when a layout shows it.
+void settleState(ContactState& c, ConversionScope& s)
+{
+    if (s.layout.use().state &&
+        (c.dx_code == "784A" || c.dx_code == "758A" || c.dx_code == "667A")) {
+        c.dx_state = s.look.stateOf(c.line.q_rcvd);
+    }
+}
+
+// The IOTA reference of an IOTA contest; the contest name stays for `.ZLO` logs only.
+void settleIota(ContactState& c, ConversionScope& s)
+{
+    if (text::contains(text::upper(s.run.in_name), "IOTA") || s.run.cont_name == "IOTA Contest") {
+        if (s.layout.use().iota && (s.run.f_type != "zlo" || s.run.zlo_iota)) {
+            iota_chk(c.line.q_rcvd, c.iota_text, c.rcvd_text, s.ctx.trace);
+        }
+    }
+    if (s.run.f_type != "zlo") {
+        s.run.cont_name.clear();
+    }
+}
+
+// The full call for the `Calls` item, when the home call alone would not tell it; a manager
+// text that holds it loses it and the route becomes the ordinary one.
+void settleCallsText(ContactState& c, const RunState& run)
+{
+    const auto slashes = std::count(c.q_call.begin(), c.q_call.end(), '/');
+    if ((slashes == 0 && text::charCount(c.q_call) > 6) || slashes >= 2 ||
+        c.line.dx_mark == "$DX") {
+        c.calls_text = c.q_call;
+    }
+    if (!blank(c.calls_text) && text::contains(c.mng, c.calls_text)) {
+        c.mng = text::replaceAll(c.mng, c.calls_text, "");
+        c.route = run.QSL_Q;
+    }
+}
+
+// Both remarks with the manager, the manager as it stands padded in them, and both remarks
+// composed again without it.
+void composeRemarks(ContactState& c, const ConversionScope& s)
+{
+    RemarkValues values;
+    values.mng = c.mng;
+    values.dx_mark = c.line.dx_mark;
+    values.calls_text = c.calls_text;
+    values.cont_name = s.run.cont_name;
+    values.q_memo = c.q_memo;
+    values.q_op = c.line.q_op;
+    values.iota_text = c.iota_text;
+    values.zone_text = c.zone_text;
+    values.dx_state = c.dx_state;
+    values.rcvd_text = c.rcvd_text;
+    values.rmk1 = s.run.Rmks1_text;
+    values.rmk2 = s.run.Rmks2_text;
+    c.rmks1 = s.composer.compose_rmks(1, values);
+    c.rmks2 = s.composer.compose_rmks(2, values);
+
+    const int w = s.opt.mngWidth;
+    c.mng_pad = w > 0 ? text::padRight(c.mng, static_cast<std::size_t>(w) + 1) : c.mng + " ";
+    c.mng.clear();
+    values.mng.clear();
+    c.rmks1_nomng = s.composer.compose_rmks(1, values);
+    c.rmks2_nomng = s.composer.compose_rmks(2, values);
+}
+
+// The report received in three characters; a maritime mobile has no code and "MM" as QTH.
+void settleReportAndMaritime(ContactState& c)
+{
+    c.q_rst_rcvd = trimmed(text::left(c.line.q_rst_rcvd, 3));
+    const std::string& ext = c.line.call_ext;
+    if (text::startsWith(ext, "M ") || text::startsWith(ext, "MM")) {
+        c.dx_code.clear();
+        c.dx_name = text::left(ext, 2);
+    }
+}
+
+// The province of the received exchange, behind the remark that `Option3` names.
+void addProvince(ContactState& c, ConversionScope& s)
+{
+    if (blank(c.line.q_rcvd) || !s.opt.provinceLookup) {
+        return;
+    }
+    const std::string province = s.look.provinceOf(c.line.q_rcvd);
+    if (province.empty()) {
+        return;
+    }
+    const std::string add = s.opt.provinceAlone ? province : s.run.Prov_moji + province;
+    if (s.opt.provinceRemark == 0) {
+        c.rmks1 = trimmed(c.rmks1 + " " + add);
+    } else if (s.opt.provinceRemark == 1) {
+        c.rmks2 = trimmed(c.rmks2 + " " + add);
+    }
+}
+
+void formDateAndTime(ContactState& c)
+{
+    c.date8 = date8Of(c.q_date6);
+    c.time6 = text::left(c.q_time5, 2) + ":" + text::right(c.q_time5, 3);
+}
+
+// The remarks without "@ " marks, and without the manager; a no-card record keeps only the
+// forms without the manager.
+void takeManagerOut(ContactState& c, const ConversionScope& s)
+{
+    c.rmks1_c = withoutAtMarks(c.rmks1);
+    c.rmks2_c = withoutAtMarks(c.rmks2);
+    const int w = s.opt.mngWidth;
+    auto withoutManager = [&](const std::string& rmks) {
+        const std::string out =
+            w == 0 ? text::replaceAll(rmks, trim(c.mng_pad), "")
+                   : text::replaceAll(rmks, c.mng_pad,
+                                      std::string(static_cast<std::size_t>(w) + 1, ' '));
+        return withoutAtMarks(out);
+    };
+    c.rmks1_nomng = withoutManager(c.rmks1);
+    c.rmks2_nomng = withoutManager(c.rmks2);
+    if (text::startsWith(c.qsl3, "N") || c.route == "N") {
+        c.rmks1 = c.rmks1_nomng;
+        c.rmks2 = c.rmks2_nomng;
+    }
+}
+
+// The "$DX" mark behind remark 1; a layout without any width is trimmed.
+void appendDxMark(ContactState& c, const ConversionScope& s)
+{
+    const std::string& dx_mark = c.line.dx_mark;
+    c.rmks1 += " " + dx_mark;
+    if (!s.layout.anyWidth()) {
+        c.rmks1 = trimmed(c.rmks1);
+        c.rmks2 = trimmed(c.rmks2);
+        c.rmks1_nomng = trimmed(c.rmks1_nomng + " " + dx_mark);
+        c.rmks1_c = trimmed(c.rmks1_c + " " + dx_mark);
+        c.rmks2_nomng = trimmed(c.rmks2_nomng);
+        c.rmks2_c = trimmed(c.rmks2_c);
+    }
+}
+
+// An entity without a bureau gets the mark for it, unless the card goes through a manager.
+void markNoBureau(ContactState& c, ConversionScope& s)
+{
+    const std::string dx_buro = s.ctx.entities.dxcc_lookup(c.line.q_entity).dx_buro;
+    if (!text::startsWith(c.qsl3, "M") && (dx_buro == "-" || dx_buro == "X")) {
+        c.route = s.opt.buro_QSL_moji;
+        c.qsl3 = s.opt.buro_QSL_moji;
+        c.rmks1 += "not Buro";
+    }
+}
+
+// The sort record and the result record of the contact; the state is used up.
+void writeContact(ContactState& c, text::LineWriter& sortOut, text::LineWriter& hamOut)
+{
+    SortRecord r;
+    r.call_key = std::move(c.call_key);
+    r.call_ext = c.line.call_ext;
+    r.dx_code = std::move(c.dx_code);
+    r.band_or_freq = c.line.band_or_freq;
+    r.mode = std::move(c.mode);
+    r.q_name = std::move(c.q_name);
+    r.route = std::move(c.route);
+    r.q_gl = std::move(c.q_gl);
+    r.q_date6 = std::move(c.q_date6);
+    r.q_time5 = std::move(c.q_time5);
+    r.q_rst_sent = c.line.q_rst_sent;
+    r.q_rst_rcvd = std::move(c.q_rst_rcvd);
+    r.dx_name = std::move(c.dx_name);
+    r.rmks1 = std::move(c.rmks1);
+    r.rmks2 = std::move(c.rmks2);
+    r.mng_pad = std::move(c.mng_pad);
+    r.rmks1_c = std::move(c.rmks1_c);
+    r.rmks2_c = std::move(c.rmks2_c);
+    r.rmks1_nomng = std::move(c.rmks1_nomng);
+    r.rmks2_nomng = std::move(c.rmks2_nomng);
+    r.q_call = std::move(c.q_call);
+    sortOut.write(text::formatRecord(r.fields()));
+    const ResultRecord result =
+        resultOf(r, std::move(c.date8), std::move(c.time6), std::move(c.qsl3));
+    hamOut.write(text::formatRecord(result.fields()));
+}
+
 } // namespace
 
 std::string normaliseMode(std::string_view mode)
@@ -82,7 +559,7 @@ std::string normaliseMode(std::string_view mode)
     return std::string(mode);
 }
 
-std::string zoneText(std::string_view z, std::string_view f_type, int option7,
+std::string zoneText(std::string_view z, std::string_view f_type, int zoneForm,
                      std::string_view zone_moji)
 {
     const std::string L(zone_moji);
@@ -92,18 +569,18 @@ std::string zoneText(std::string_view z, std::string_view f_type, int option7,
         if (n == 0) {
             return {};
         }
-        if (option7 == 0) {
+        if (zoneForm == 0) {
             return n == 1 ? L + "0" + zs : n == 2 ? L + zs : zs;
         }
-        if (option7 == 1) {
+        if (zoneForm == 1) {
             // The label stands twice here; that is how the zone of a .ZLO log comes out.
-            return n == 1 ? L + text::left(L + "0" + zs, 2)
+            return n == 1   ? L + text::left(L + "0" + zs, 2)
                    : n == 2 ? L + text::left(L + zs, 2)
                             : L + text::left(zs, 2);
         }
         return {};
     }
-    if (option7 == 0) {
+    if (zoneForm == 0) {
         const std::size_t d = text::countDigits(z);
         if (d == n && n < 3) {
             return L + text::right("0" + zs, 2);
@@ -113,7 +590,7 @@ std::string zoneText(std::string_view z, std::string_view f_type, int option7,
         }
         return {};
     }
-    if (option7 == 1) {
+    if (zoneForm == 1) {
         return n == 0 ? std::string() : n == 1 ? L + "0" + zs : n == 2 ? L + zs : zs;
     }
     return {};
@@ -122,17 +599,16 @@ std::string zoneText(std::string_view z, std::string_view f_type, int option7,
 void Henkan_txt(RunContext& ctx, const RemarkLayout& layout)
 {
     static RecordLookups none;
-    RecordLookups& look = ctx.lookups != nullptr ? *ctx.lookups : none;
     RunState& run = ctx.run;
-    const settings::Options& o = ctx.options;
 
     ctx.trace.line("Private sub Henkan_txt()");
-    if (o.tick("Check6")) {
+    if (ctx.options.tick("Check6")) {
         run.use_log_zone = true;
     }
     const std::string hamName = std::filesystem::path(run.names.out_name_ham_n).filename().string();
     ctx.observer.status(hamName + "  に変換中", base::Colour::Green);
 
+    RecordLookups& look = ctx.lookups != nullptr ? *ctx.lookups : none;
     look.beforeFirstRecord(ctx);
     const long count = text::Count_lines(ctx.work(base::working::zlog_2));
     text::RecordReader in(ctx.work(base::working::zlog_2));
@@ -141,291 +617,34 @@ void Henkan_txt(RunContext& ctx, const RemarkLayout& layout)
     ctx.observer.progressRange(count + 2);
     ctx.trace.line("   Private sub Henkan_txt() ___ Do  読み込み");
 
-    const bool check1 = o.tick("Check1"), check5 = o.tick("Check5"), check6 = o.tick("Check6"),
-               check9 = o.tick("Check9"), check12 = o.tick("Check12"), check15 = o.tick("Check15"),
-               check18 = o.tick("Check18"), check22 = o.tick("Check22"), check29 = o.tick("Check29"),
-               check09 = o.tick("Check09"), check10 = o.tick("Check10"), check25 = o.tick("Check25"),
-               check26 = o.tick("Check26"), check27 = o.tick("Check27"), check28 = o.tick("Check28");
-    const int option3 = o.member("Option3");
-    const bool provinceAlone = o.isOn("Option4", 2);
-    const bool historyOn = o.member("Option04") != 0;
-    const int option7 = o.member("Option7");
-    const int option10 = o.member("Option10");
-    const std::string& buro_QSL_moji = o.value("buro_QSL_moji");
-    const std::string testKeyMode = o.tick("Check04") && o.tick("Check05") ? "both"
-                                    : o.tick("Check04")                   ? "band"
-                                    : o.tick("Check05")                   ? "mode"
-                                                                          : "none";
-    const int mngWidth = layout.widthOf("MNG");
-    RemarkComposer composer(layout, check1, check5);
-    DateTimeConversion timeShift(o.member("Option05"));
-
+    ConversionScope scope(ctx, look, layout);
     long done = 0;
     while (!in.atEnd()) {
-        EnrichedLine e = EnrichedLine::from(in.fields(EnrichedLine::kFields));
-        const std::string q_call = trimmed(e.q_call);
-        std::string mode = normaliseMode(e.q_mode);
-
-        const std::string rcvd_text_initial = e.q_rcvd;
-        std::string q_memo = text::upper(e.q_memo);
-        if (text::contains(q_memo, "[QTC")) {
-            q_memo = withoutQtc(q_memo);
-        }
-
-        const std::string call_key = e.base_call;
-        std::string base_call = text::padRight(e.base_call, 6);
-
-        bool historyDone = false;
-        if (historyOn) {
-            const std::string code = look.band_mode_code(e.band_or_freq, mode);
-            const std::string letter = text::left(code, 1), digit = text::mid(code, 2, 1);
-            const std::string key = testKeyMode == "both"   ? letter + digit
-                                    : testKeyMode == "band" ? letter + "0"
-                                    : testKeyMode == "mode" ? "0" + digit
-                                                            : "00";
-            historyDone = look.historyDone(q_call, key);
-        }
-        std::string route = historyDone ? "N" : "";
-        if (check10 && look.clubStation(base_call)) {
-            route = "N";
-        }
-        if (check09 && look.noQslCountry(e.q_entity)) {
-            route = "N";
-        }
-        base_call = text::padRight(base_call, 6);
-
-        const std::string mng_file = text::replaceAll(look.managerFromFile(q_call), "@", "");
-        std::string mng;
-        if (!check18) {
-            mng = "@" + mng_file;
-        } else if (!check22 && route == "N") {
-            mng.clear();
-        } else {
-            ctx.observer.label("Text2", q_call);
-            const std::string mng_web = look.managerFromWeb(q_call);
-            if (option10 == 0) {
-                mng = "@" + mng_web;
-            } else if (option10 == 1) {
-                mng = "@" + (blank(mng_file) ? mng_web : mng_file);
-            } else if (option10 == 2) {
-                mng = "@" + (blank(mng_web) ? mng_file : mng_web);
-            }
-        }
-
-        const std::string upperMng = text::upper(mng);
-        if (text::contains(upperMng, "DIRECT") || text::contains(upperMng, "BURO") || blank(mng)) {
-            mng = text::replaceAll(mng, "@", "");
-        }
-        mng = text::replaceAll(mng, "@@", "@");
-        if (mng == "@" + base_call) {
-            mng.clear();
-            route = "J";
-        }
-
-        std::string route_base;
-        if (!historyDone) {
-            if (mng == "@") {
-                route_base = "J";
-                mng.clear();
-            } else if (!blank(mng) && route != "N") {
-                route_base = "M";
-            } else {
-                route_base = run.QSL_Q + " ";
-                mng.clear();
-            }
-        } else {
-            route = "N";
-        }
-        if (route_base == "M") {
-            route = check9 ? "N" : "M";
-        }
-        if (route == "J") {
-            route = blank(run.QSL_Q) || blank(route_base) ? " " : run.QSL_Q;
-        } else if (route != "N") {
-            route = route_base;
-        }
-
-        base_call = trimmed(base_call);
-        if (route == "N") {
-            run.QSL_S = " ";
-        }
-        std::string qsl3 = route == "N"   ? "N  "
-                           : route == "M" ? "M" + run.QSL_S + " "
-                                          : run.QSL_Q + run.QSL_S + " ";
-        if (trim(qsl3) == "*") {
-            qsl3 = " * ";
-        }
-
-        std::string q_name, q_gl;
-        std::string dx_code = e.dx_code, dx_name = e.dx_name;
-        if (check15 && look.nameMasterOn()) {
-            q_name = look.nameOf(base_call);
-        }
-        if (check29 && look.nameMasterOn()) {
-            std::string c = text::replaceAll(text::upper(q_call), "/QRPP", "");
-            c = text::replaceAll(c, "/QRP", "");
-            if (!text::contains(c, "/")) {
-                if (QthEntry qth = look.qthOf(base_call); qth.found) {
-                    if (check25) {
-                        dx_code = qth.code;
-                    }
-                    if (check27) {
-                        q_name = qth.name;
-                    }
-                    if (check26) {
-                        q_gl = qth.gl;
-                    }
-                    if (check28) {
-                        dx_name = qth.qth;
-                    }
-                }
-            }
-        }
-
-        // The time letter is always "U" here: the test for Japan time can never hold.
-        std::string q_date6 = e.q_date6;
-        std::string q_time5 = e.q_time + "U";
-        timeShift.date_time_conv(q_date6, q_time5, q_call);
-
-        std::string zone_text;
-        if (layout.use().zone && check6 && !(run.f_type == "zlo" && !run.use_log_zone)) {
-            zone_text = zoneText(trim(e.q_rcvd), run.f_type, option7, run.Zone_moji);
-            if (!check12 && zoneDroppedForContest(run)) {
-                zone_text.clear();
-            }
-        }
-
-        std::string dx_state;
-        if (layout.use().state && (dx_code == "784A" || dx_code == "758A" || dx_code == "667A")) {
-            dx_state = look.stateOf(e.q_rcvd);
-        }
-
-        std::string iota_text, rcvd_text = rcvd_text_initial;
-        if (text::contains(text::upper(run.in_name), "IOTA") || run.cont_name == "IOTA Contest") {
-            if (layout.use().iota && (run.f_type != "zlo" || run.zlo_iota)) {
-                iota_chk(e.q_rcvd, iota_text, rcvd_text, ctx.trace);
-            }
-        }
-        if (run.f_type != "zlo") {
-            run.cont_name.clear();
-        }
-
-        std::string calls_text;
-        const auto slashes = std::count(q_call.begin(), q_call.end(), '/');
-        if ((slashes == 0 && text::charCount(q_call) > 6) || slashes >= 2 || e.dx_mark == "$DX") {
-            calls_text = q_call;
-        }
-        if (!blank(calls_text) && text::contains(mng, calls_text)) {
-            mng = text::replaceAll(mng, calls_text, "");
-            route = run.QSL_Q;
-        }
-
-        RemarkValues values;
-        values.mng = mng;
-        values.dx_mark = e.dx_mark;
-        values.calls_text = calls_text;
-        values.cont_name = run.cont_name;
-        values.q_memo = q_memo;
-        values.q_op = e.q_op;
-        values.iota_text = iota_text;
-        values.zone_text = zone_text;
-        values.dx_state = dx_state;
-        values.rcvd_text = rcvd_text;
-        values.rmk1 = run.Rmks1_text;
-        values.rmk2 = run.Rmks2_text;
-        std::string rmks1 = composer.compose_rmks(layout.row1(), values);
-        std::string rmks2 = composer.compose_rmks(layout.row2(), values);
-
-        const std::string mng_pad = mngWidth > 0 ? text::padRight(mng, static_cast<std::size_t>(mngWidth) + 1)
-                                                 : mng + " ";
-        values.mng.clear();
-        std::string rmks1_nomng = composer.compose_rmks(layout.row1(), values);
-        std::string rmks2_nomng = composer.compose_rmks(layout.row2(), values);
-
-        std::string q_rst_rcvd = trimmed(text::left(e.q_rst_rcvd, 3));
-        if (text::startsWith(e.call_ext, "M ") || text::startsWith(e.call_ext, "MM")) {
-            dx_code.clear();
-            dx_name = text::left(e.call_ext, 2);
-        }
-        if (!blank(e.q_rcvd) && check5) {
-            const std::string province = look.provinceOf(e.q_rcvd);
-            if (!province.empty()) {
-                const std::string add = provinceAlone ? province : run.Prov_moji + province;
-                if (option3 == 0) {
-                    rmks1 = trimmed(rmks1 + " " + add);
-                } else if (option3 == 1) {
-                    rmks2 = trimmed(rmks2 + " " + add);
-                }
-            }
-        }
-
-        const std::string date8 = date8Of(q_date6);
-        const std::string time6 = text::left(q_time5, 2) + ":" + text::right(q_time5, 3);
-
-        std::string rmks1_c = withoutAtMarks(rmks1);
-        std::string rmks2_c = withoutAtMarks(rmks2);
-        auto takeManagerOut = [&](const std::string& rmks) {
-            const std::string out =
-                mngWidth == 0
-                    ? text::replaceAll(rmks, trim(mng_pad), "")
-                    : text::replaceAll(rmks, mng_pad,
-                                       std::string(static_cast<std::size_t>(mngWidth) + 1, ' '));
-            return withoutAtMarks(out);
-        };
-        rmks1_nomng = takeManagerOut(rmks1);
-        rmks2_nomng = takeManagerOut(rmks2);
-
-        if (text::startsWith(qsl3, "N") || route == "N") {
-            rmks1 = rmks1_nomng;
-            rmks2 = rmks2_nomng;
-        }
-        rmks1 += " " + e.dx_mark;
-        if (!layout.anyWidth()) {
-            rmks1 = trimmed(rmks1);
-            rmks2 = trimmed(rmks2);
-            rmks1_nomng = trimmed(rmks1_nomng + " " + e.dx_mark);
-            rmks1_c = trimmed(rmks1_c + " " + e.dx_mark);
-            rmks2_nomng = trimmed(rmks2_nomng);
-            rmks2_c = trimmed(rmks2_c);
-        }
-
-        const std::string dx_buro = ctx.entities.dxcc_lookup(e.q_entity).dx_buro;
-        if (!text::startsWith(qsl3, "M") && (dx_buro == "-" || dx_buro == "X")) {
-            route = buro_QSL_moji;
-            qsl3 = buro_QSL_moji;
-            rmks1 += "not Buro";
-        }
-
-        SortRecord s;
-        s.call_key = call_key;
-        s.call_ext = e.call_ext;
-        s.dx_code = dx_code;
-        s.band_or_freq = e.band_or_freq;
-        s.mode = mode;
-        s.q_name = q_name;
-        s.route = route;
-        s.q_gl = q_gl;
-        s.q_date6 = q_date6;
-        s.q_time5 = q_time5;
-        s.q_rst_sent = e.q_rst_sent;
-        s.q_rst_rcvd = q_rst_rcvd;
-        s.dx_name = dx_name;
-        s.rmks1 = rmks1;
-        s.rmks2 = rmks2;
-        s.mng_pad = mng_pad;
-        s.rmks1_c = rmks1_c;
-        s.rmks2_c = rmks2_c;
-        s.rmks1_nomng = rmks1_nomng;
-        s.rmks2_nomng = rmks2_nomng;
-        s.q_call = q_call;
-        sortOut.write(text::formatRecord(s.fields()));
-
-        const ResultRecord r = resultOf(s, date8, time6, qsl3);
-        hamOut.write(text::formatRecord(r.fields()));
+        ContactState c = startContact(EnrichedLine::from(in.fields(EnrichedLine::kFields)));
+        testHistory(c, scope);
+        applyNoCardLists(c, scope);
+        chooseManager(c, scope);
+        cleanManager(c);
+        settleRoute(c, scope);
+        formQslColumn(c, run);
+        lookUpNameAndQth(c, scope);
+        convertDateTime(c, scope);
+        settleZone(c, scope);
+        settleState(c, scope);
+        settleIota(c, scope);
+        settleCallsText(c, run);
+        composeRemarks(c, scope);
+        settleReportAndMaritime(c);
+        addProvince(c, scope);
+        formDateAndTime(c);
+        takeManagerOut(c, scope);
+        appendDxMark(c, scope);
+        markNoBureau(c, scope);
+        writeContact(c, sortOut, hamOut);
 
         ++done;
         ctx.observer.progress(done);
-        ctx.observer.label("Label35", rightAligned4(done) + " / " + rightAligned4(count - 1));
+        ctx.observer.label("Label35", alignedInFour(done) + " / " + alignedInFour(count - 1));
     }
     sortOut.close();
     hamOut.close();
@@ -438,10 +657,12 @@ void henkan_conv(RunContext& ctx, const RemarkLayout& layout)
     Henkan_txt(ctx, layout);
     if (ctx.run.sort_kind == 0) {
         Henkan_out_name_con(ctx);
-        sort_(ctx, 1, 8, false, ctx.work(base::working::sort_in), ctx.work(base::working::sort_out));
+        sort_(ctx, 1, 8, false, ctx.work(base::working::sort_in),
+              ctx.work(base::working::sort_out));
         count_tan_fuku(ctx);
     } else {
-        sort_(ctx, 1, 8, false, ctx.work(base::working::sort_in), ctx.work(base::working::sort_out));
+        sort_(ctx, 1, 8, false, ctx.work(base::working::sort_in),
+              ctx.work(base::working::sort_out));
         temp_sep(ctx);
     }
 }

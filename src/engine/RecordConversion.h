@@ -14,7 +14,7 @@ std::string normaliseMode(std::string_view mode);
 
 /// The zone text of the remark for the trimmed received exchange `z` (before the contest
 /// rule of `Check12`).
-std::string zoneText(std::string_view z, std::string_view f_type, int option7,
+std::string zoneText(std::string_view z, std::string_view f_type, int zoneForm,
                      std::string_view zone_moji);
 
 /// `Henkan_txt`: reads `zlog_2.txt`, settles route, manager, name, QTH, time, zone, state,

@@ -12,7 +12,7 @@ bool isBlank(std::string_view s) { return text::trim(s).empty(); }
 
 // The value of an item by its working word; nothing for a word that is no item.
 std::optional<std::string> valueOf(std::string_view word, const RemarkValues& v,
-                                   const RemarkLayout& widths, bool check5)
+                                   const RemarkLayout& layout, bool provinceOn)
 {
     if (word == "MNG") {
         return v.mng;
@@ -22,7 +22,7 @@ std::optional<std::string> valueOf(std::string_view word, const RemarkValues& v,
     }
     if (word == "Calls") {
         // With a width the item shows the field the conversion keeps blank.
-        return widths.widthOf("Calls") > 0 ? std::string() : v.calls_text;
+        return layout.widthOf("Calls") > 0 ? std::string() : v.calls_text;
     }
     if (word == "cont_name_h") {
         return v.cont_name;
@@ -46,7 +46,7 @@ std::optional<std::string> valueOf(std::string_view word, const RemarkValues& v,
         return v.zone_text;
     }
     if (word == "s_name") {
-        return check5 ? std::string() : v.dx_state;
+        return provinceOn ? std::string() : v.dx_state;
     }
     if (word == "Rcvd") {
         return v.rcvd_text;
@@ -62,15 +62,19 @@ std::optional<std::string> valueOf(std::string_view word, const RemarkValues& v,
 
 } // namespace
 
-std::string compose_rmks(const std::vector<std::string>& layout, const RemarkValues& values,
-                         const RemarkLayout& widths, bool check1, bool check5)
+std::string compose_rmks(const std::vector<std::string>& words, const std::vector<int>& widths,
+                         const RemarkValues& values, const RemarkLayout& layout, bool separated,
+                         bool provinceOn)
 {
-    const int total_width = widths.total_width();
+    const int total_width = layout.total_width();
     std::string rmks_out;
-    for (const std::string& word : layout) {
+    for (std::size_t place = 0; place < words.size(); ++place) {
+        const std::string& word = words[place];
         std::string part;
-        if (const auto value = valueOf(word, values, widths, check5)) {
-            const int w = widths.widthOf(word);
+        if (const auto value = valueOf(word, values, layout, provinceOn)) {
+            // The width of the cell, not of the item: "memo=" has no slot and takes the width
+            // the packing wrote into its own cell.
+            const int w = place < widths.size() ? widths[place] : 0;
             if (w == 0) {
                 part = *value;
             } else if (w > 0) {
@@ -79,11 +83,11 @@ std::string compose_rmks(const std::vector<std::string>& layout, const RemarkVal
         }
 
         if (total_width == 0) {
-            rmks_out = std::string(text::trim(rmks_out)) + (check1 ? " " : "") + part;
+            rmks_out = std::string(text::trim(rmks_out)) + (separated ? " " : "") + part;
         } else {
             // A fixed layout keeps its columns.
             rmks_out += part;
-            if (check1) {
+            if (separated) {
                 rmks_out += ' ';
             }
         }

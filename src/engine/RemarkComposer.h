@@ -26,36 +26,40 @@ struct RemarkValues
     std::string rmk2; ///< the fixed text of `txtRmks2`
 };
 
-/// `compose_rmks`: the items of `layout` (working words, in order) joined into one remark.
-/// Each item's width comes from `widths`; a width of 0 takes the value as it is, a width above
-/// 0 pads it with blanks and cuts it to that many characters (characters, not bytes), and a
-/// width below 0 cuts it to nothing. When `widths` sets no width at all the text is trimmed
-/// before each item is appended; otherwise nothing is trimmed. `check1` puts one blank
-/// between items; `check5` empties the state item. A word that is no item adds an empty
+/// `compose_rmks`: the items of one packed row joined into one remark. `words` are the row's
+/// working words in order and `widths` their widths, place by place, as the layout's per-cell
+/// tables hold them (`RemarkLayout::cellWidths`); a place without a width reads 0. A width of
+/// 0 takes the value as it is, a width above 0 pads it with blanks and cuts it to that many
+/// characters (characters, not bytes), and a width below 0 cuts it to nothing. When
+/// `layout` sets no width at all (`total_width` 0) the text is trimmed before each item is
+/// appended; otherwise nothing is trimmed. `separated` (`Check1`) puts one blank between
+/// items; `provinceOn` (`Check5`) empties the state item. A word that is no item adds an empty
 /// part. Never throws.
-std::string compose_rmks(const std::vector<std::string>& layout, const RemarkValues& values,
-                         const RemarkLayout& widths, bool check1, bool check5);
+std::string compose_rmks(const std::vector<std::string>& words, const std::vector<int>& widths,
+                         const RemarkValues& values, const RemarkLayout& layout, bool separated,
+                         bool provinceOn);
 
 /// `compose_rmks` bound to the layouts and the two ticks of a run.
 class RemarkComposer
 {
 public:
-    RemarkComposer(const RemarkLayout& layout, bool check1, bool check5)
-        : m_layout(layout), m_check1(check1), m_check5(check5)
+    RemarkComposer(const RemarkLayout& layout, bool separated, bool provinceOn)
+        : m_layout(layout), m_separated(separated), m_provinceOn(provinceOn)
     {
     }
 
-    /// One remark from `layout` (a row of the bound layouts); see the free `compose_rmks`.
-    std::string compose_rmks(const std::vector<std::string>& layout,
-                             const RemarkValues& values) const
+    /// Remark 1 or 2 from its packed row of the bound layouts; see the free `compose_rmks`.
+    /// Any other row number throws std::out_of_range.
+    std::string compose_rmks(int row, const RemarkValues& values) const
     {
-        return engine::compose_rmks(layout, values, m_layout, m_check1, m_check5);
+        return engine::compose_rmks(m_layout.row(row), m_layout.cellWidths(row), values, m_layout,
+                                    m_separated, m_provinceOn);
     }
 
 private:
     const RemarkLayout& m_layout;
-    bool m_check1;
-    bool m_check5;
+    bool m_separated;
+    bool m_provinceOn;
 };
 
 /// `iota_chk`: the IOTA reference in a received exchange. Writes "Private sub iota_chk()" to

@@ -54,17 +54,7 @@ std::optional<int> RemarkLayout::slotWidth(std::string_view workingWord) const
 
 int RemarkLayout::widthOf(std::string_view workingWord) const
 {
-    if (const auto slot = slotWidth(workingWord)) {
-        return *slot;
-    }
-    for (std::size_t row = 0; row < 2; ++row) {
-        const auto& words = m_rows[row];
-        const auto at = std::find(words.begin(), words.end(), workingWord);
-        if (at != words.end()) {
-            return m_cellWidths[row][static_cast<std::size_t>(at - words.begin())];
-        }
-    }
-    return 0;
+    return slotWidth(workingWord).value_or(0);
 }
 
 RemarkLayout RemarkLayout::fromOptions(const settings::Options& options)

@@ -35,9 +35,17 @@ public:
     const std::vector<std::string>& row1() const { return m_rows[0]; }
     const std::vector<std::string>& row2() const { return m_rows[1]; }
 
-    /// The widths of the packed rows, place by place with `row1()` and `row2()`.
+    /// The packed row 1 or 2; any other number throws std::out_of_range.
+    const std::vector<std::string>& row(int row) const { return m_rows.at(rowIndex(row)); }
+
+    /// The widths of the packed rows, place by place with `row1()` and `row2()`, as the
+    /// packing wrote them into the width keys and the per-cell tables took them: an item's
+    /// slot, and for "memo=", which has no slot, the width of the item looked up just before
+    /// it (the packing of row 1 runs before that of row 2; 0 when nothing was looked up).
     const std::vector<int>& cellWidths1() const { return m_cellWidths[0]; }
     const std::vector<int>& cellWidths2() const { return m_cellWidths[1]; }
+    /// The widths of packed row 1 or 2; any other number throws std::out_of_range.
+    const std::vector<int>& cellWidths(int row) const { return m_cellWidths.at(rowIndex(row)); }
 
     /// The layout keys as the packing leaves them (display words; twelve entries, each
     /// followed by a comma).
@@ -50,10 +58,10 @@ public:
     /// slot: "memo=" (its slot is looked up under a name no caption has) and unknown words.
     std::optional<int> slotWidth(std::string_view workingWord) const;
 
-    /// The width the composition uses for a working word: the item's slot; for a word
-    /// without a slot, the width the packing wrote into the first cell holding it (the width
-    /// looked up last before it), and 0 when no cell holds it. Negative and fractional texts
-    /// are read as numbers are: rounded, and held within -32768..32767.
+    /// The width of an item's slot, by working word, as a number; 0 for a word without a
+    /// slot. Negative and fractional texts are read as numbers are: rounded, and held within
+    /// -32768..32767. The composition reads the widths of the cells instead
+    /// (`cellWidths`), which differ from this only for "memo=".
     int widthOf(std::string_view workingWord) const;
 
     /// The sum of the fourteen width slots ("memo=" adding nothing); 0 means that no width
@@ -73,6 +81,8 @@ public:
     static std::string workingWord(std::string_view displayWord);
 
 private:
+    static std::size_t rowIndex(int row) { return row == 1 ? 0 : row == 2 ? 1 : 2; }
+
     std::array<std::vector<std::string>, 2> m_rows;
     std::array<std::vector<int>, 2> m_cellWidths;
     std::array<std::string, 2> m_cfg, m_len;

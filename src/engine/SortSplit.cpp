@@ -42,10 +42,10 @@ SortRecord fromKeyed(std::vector<std::string> f)
 void keyFile(RunContext& ctx, const fs::path& in, text::LineWriter& out)
 {
     text::RecordReader reader(in);
-    const bool check17 = ctx.options.tick("Check17");
+    const bool frequencies = ctx.options.tick("Check17");
     do {
         const SortRecord r = SortRecord::from(reader.fields(SortRecord::kFields));
-        const std::string key = sortKey(r, ctx.run.sort_kind, check17);
+        const std::string key = sortKey(r, ctx.run.sort_kind, frequencies);
         out.write(text::formatRecord(keyedFields(r, key)));
     } while (!reader.atEnd());
 }
@@ -129,11 +129,11 @@ void sort_(RunContext& ctx, int start, int length, bool descending, const fs::pa
     }
 }
 
-std::string sortKey(const SortRecord& r, int sort_kind, bool check17)
+std::string sortKey(const SortRecord& r, int sort_kind, bool frequencies)
 {
     const std::string k_call = text::padRight(r.call_key, 14);
     std::string band = r.band_or_freq;
-    if (!check17 && text::contains(band, ".")) {
+    if (!frequencies && text::contains(band, ".")) {
         band = text::left(band, 1);
     }
     const std::string k_band = text::right("00000000" + band, 9);

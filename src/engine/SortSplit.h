@@ -18,8 +18,9 @@ inline constexpr const char* kSentinel =
 void sort_(RunContext& ctx, int start, int length, bool descending,
            const std::filesystem::path& in, const std::filesystem::path& out);
 
-/// The final sort key of a record for `sort_kind` 1 to 4.
-std::string sortKey(const SortRecord& record, int sort_kind, bool check17);
+/// The final sort key of a record for `sort_kind` 1 to 4. `frequencies` (`Check17`): the
+/// band column holds frequencies, which are then not cut at their point.
+std::string sortKey(const SortRecord& record, int sort_kind, bool frequencies);
 
 /// `count_tan_fuku`: counts contacts, single and multiple stations of `Sort-out.csv`.
 void count_tan_fuku(RunContext& ctx);

@@ -132,7 +132,7 @@ const std::string* HistoryMaster::codesOf(std::string_view call) const
 }
 
 bool HistoryMaster::chk_bak_qso(std::string_view call, std::string_view Band_code,
-                                std::string_view Mode_code, bool check04, bool check05) const
+                                std::string_view Mode_code, bool sameBand, bool sameMode) const
 {
     std::string_view wanted = text::trim(call);
     const std::size_t first = wanted.find('/');
@@ -144,19 +144,19 @@ bool HistoryMaster::chk_bak_qso(std::string_view call, std::string_view Band_cod
     if (!codes) {
         return false;
     }
-    if (!check04 && !check05) {
+    if (!sameBand && !sameMode) {
         return true;
     }
     std::string hay = *codes;
     std::string needle;
-    if (check04 && !check05) {
+    if (sameBand && !sameMode) {
         for (char& c : hay) {
             if (c >= '0' && c <= '9') {
                 c = '0';
             }
         }
         needle = std::string(Band_code) + "0";
-    } else if (check05 && !check04) {
+    } else if (sameMode && !sameBand) {
         for (char& c : hay) {
             if (c >= 'A' && c <= 'Z') {
                 c = '0';
@@ -169,12 +169,12 @@ bool HistoryMaster::chk_bak_qso(std::string_view call, std::string_view Band_cod
     return containsNoCase(hay, needle);
 }
 
-bool HistoryMaster::chk_bak_qso(std::string_view call, std::string_view key, bool check04,
-                                bool check05) const
+bool HistoryMaster::chk_bak_qso(std::string_view call, std::string_view key, bool sameBand,
+                                bool sameMode) const
 {
     const std::string_view band = key.substr(0, std::min<std::size_t>(1, key.size()));
     const std::string_view mode = key.size() > 1 ? key.substr(1, 1) : std::string_view{};
-    return chk_bak_qso(call, band, mode, check04, check05);
+    return chk_bak_qso(call, band, mode, sameBand, sameMode);
 }
 
 } // namespace vornhale::history

@@ -44,18 +44,18 @@ public:
     /// `chk_bak_qso`: whether `call` counts as worked. The call is trimmed, and cut before its
     /// last "/" when it holds two or more; then compared exactly with the calls of the master
     /// (the first equal one wins). On a hit the code string of that call is searched, without
-    /// regard to case: with `check04` and `check05` off any entry counts; with `check04`
-    /// alone for `Band_code` and "0" in the codes with every digit made "0"; with `check05`
-    /// alone for "0" and `Mode_code` in the codes with every capital letter made "0"; with
-    /// both for `Band_code` and `Mode_code`.
-    bool chk_bak_qso(std::string_view call, std::string_view Band_code,
-                     std::string_view Mode_code, bool check04, bool check05) const;
+    /// regard to case: with `sameBand` (`Check04`) and `sameMode` (`Check05`) off any entry
+    /// counts; with `sameBand` alone for `Band_code` and "0" in the codes with every digit made
+    /// "0"; with `sameMode` alone for "0" and `Mode_code` in the codes with every capital letter
+    /// made "0"; with both for `Band_code` and `Mode_code`.
+    bool chk_bak_qso(std::string_view call, std::string_view Band_code, std::string_view Mode_code,
+                     bool sameBand, bool sameMode) const;
 
     /// The same with the two-character test key of the record conversion (letter and digit,
     /// letter and "0", "0" and digit, or "00"), whose first character stands for `Band_code`
     /// and second for `Mode_code`.
-    bool chk_bak_qso(std::string_view call, std::string_view key, bool check04,
-                     bool check05) const;
+    bool chk_bak_qso(std::string_view call, std::string_view key, bool sameBand,
+                     bool sameMode) const;
 
     /// `bak_calls_kazu_p`: the number of items the load counted (about twice the lines).
     long bak_calls_kazu_p() const { return m_itemCount; }

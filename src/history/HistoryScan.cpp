@@ -1,5 +1,7 @@
 #include "history/HistoryScan.h"
 
+#include "base/Clock.h"
+
 #include "failure/Failure.h"
 #include "base/RunObserver.h"
 #include "base/Trace.h"
@@ -25,12 +27,7 @@ constexpr std::size_t kCallColumns = 13;
 
 std::string todayText()
 {
-    const std::time_t now = std::time(nullptr);
-    std::tm local{};
-    localtime_r(&now, &local);
-    char buf[16];
-    std::strftime(buf, sizeof buf, "%Y%m%d", &local);
-    return buf;
+    return base::nowText("%Y%m%d");
 }
 
 // The call right-padded with blanks, or cut, to exactly 13 columns (Shift-JIS bytes).
@@ -215,7 +212,7 @@ HistoryStep HistoryScan::run()
     }
     const fs::path source{m_options.value("hamlog_hdb_dir")};
     std::unique_ptr<HamlogReader> reader = m_factory(source);
-    if (!read_hl_hdb(kind, *reader)) {
+    if (!readDatabase(kind, *reader)) {
         return HistoryStep::OpenFailed;
     }
     sum_bak_2();
@@ -236,7 +233,7 @@ bool HistoryScan::scanNeeded(int kind) const
     return fileDateTime(source) != stored().value(dateTimeKey(kind));
 }
 
-bool HistoryScan::read_hl_hdb(int kind, HamlogReader& reader)
+bool HistoryScan::readDatabase(int kind, HamlogReader& reader)
 {
     m_trace.line("Private sub read_hl_hdb_" + std::to_string(kind) + "()");
     const std::string& hdb = m_options.value("hamlog_hdb_dir");

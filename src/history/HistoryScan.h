@@ -80,7 +80,7 @@ public:
     /// `bak_1.txt`, then the two closing lines. Stores the database's date-time first.
     /// Returns false when the open failed; throws failure::Failure when a read fails. The reader
     /// is closed on every way out.
-    bool read_hl_hdb(int kind, HamlogReader& reader);
+    bool readDatabase(int kind, HamlogReader& reader);
 
     /// `sum_bak_2`: `bak_1.txt` sorted into `bak_2.txt`, one line per distinct key into
     /// `bak_3.txt`.

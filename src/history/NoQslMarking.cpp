@@ -204,7 +204,7 @@ void all_NJ_Chikan_full(const ResultFiles& files, std::string_view QSL_Q, std::s
 
 void No_QSL_moji_ReWrite(const fs::path& out_name_ham0, const fs::path& out_name_ham,
                          const fs::path& out_name_con0, const fs::path& out_name_con,
-                         std::string_view No_QSL_moji, bool check21, base::Trace& trace,
+                         std::string_view No_QSL_moji, bool reportOn, base::Trace& trace,
                          base::RunObserver& observer)
 {
     trace.line("Private Sub No_QSL_moji_ReWrite");
@@ -215,7 +215,7 @@ void No_QSL_moji_ReWrite(const fs::path& out_name_ham0, const fs::path& out_name
     std::vector<fs::path> copies;
     for (std::size_t p = 0; p < 2; ++p) {
         const auto& [source, final] = passes[p];
-        if (check21) {
+        if (reportOn) {
             trace.line(source.string() + opening[p]);
         }
         const fs::path copy = source.string() + "_1";

@@ -52,12 +52,13 @@ void all_NJ_Chikan_full(const ResultFiles& files, std::string_view QSL_Q, std::s
 /// `No_QSL_moji_ReWrite` (when `No_QSL_moji` is not "N"): `out_name_ham0` to `out_name_ham`
 /// and `out_name_con0` to `out_name_con`, each `qsl3` that begins with "N" becoming
 /// `No_QSL_moji`, its second character and a blank. The records may have any number of
-/// fields (the eleventh is `qsl3`). With `check21` the two opening lines go to the trace.
+/// fields (the eleventh is `qsl3`). With `reportOn`
+/// (`Check21`) the two opening lines go to the trace.
 /// Throws failure::Failure when a file is missing.
 void No_QSL_moji_ReWrite(const std::filesystem::path& out_name_ham0,
                          const std::filesystem::path& out_name_ham,
                          const std::filesystem::path& out_name_con0,
                          const std::filesystem::path& out_name_con, std::string_view No_QSL_moji,
-                         bool check21, base::Trace& trace, base::RunObserver& observer);
+                         bool reportOn, base::Trace& trace, base::RunObserver& observer);
 
 } // namespace vornhale::history

@@ -218,7 +218,7 @@ void ExchangeAnalysis::tail(const RemarkCells& layout, bool zlo)
         warn = true;
     }
     if (warn) {
-        lblDX_warning = true;
+        dxLabelsRed = true;
     }
     if (zlo) {
         return;
@@ -247,7 +247,7 @@ void ExchangeAnalysis::tail(const RemarkCells& layout, bool zlo)
 
 void ExchangeAnalysis::check_rcvd_zlo(const ZloFile& file, const RemarkCells& layout)
 {
-    lblDX_warning = false;
+    dxLabelsRed = false;
     portable_count = 0;
     long_call_count = 0;
     const long count = file.count();
@@ -260,7 +260,7 @@ void ExchangeAnalysis::check_rcvd_zlo(const ZloFile& file, const RemarkCells& la
 
 void ExchangeAnalysis::startPass()
 {
-    lblDX_warning = false;
+    dxLabelsRed = false;
     lblCon_No.clear();
     rcvd_has_iota = rcvd_has_zone = rcvd_has_state = false;
     qso_lines = 0;
@@ -294,7 +294,7 @@ void ExchangeAnalysis::countExchange(const std::string& exchange)
 }
 
 void ExchangeAnalysis::linePass(const std::filesystem::path& path, std::string_view in_name,
-                                bool check6, const RemarkCells& layout, Form form)
+                                bool zonesKept, const RemarkCells& layout, Form form)
 {
     startPass();
 
@@ -320,7 +320,7 @@ void ExchangeAnalysis::linePass(const std::filesystem::path& path, std::string_v
     if (counters[kNumeric] == qso_lines && counters[3] == 0) {
         rcvd_has_zone = true;
     }
-    if (text::contains(text::upper(in_name), "IARU") || check6) {
+    if (text::contains(text::upper(in_name), "IARU") || zonesKept) {
         rcvd_has_zone = true;
     }
     if (counters[kLong] > 0 && counters[kNotNumeric] > 0) {
@@ -380,15 +380,15 @@ void ExchangeAnalysis::check_rcvd_log_new(const std::filesystem::path& path,
 }
 
 void ExchangeAnalysis::check_rcvd_all(const std::filesystem::path& path, std::string_view in_name,
-                                      bool check6, const RemarkCells& layout)
+                                      bool zonesKept, const RemarkCells& layout)
 {
-    linePass(path, in_name, check6, layout, Form::All);
+    linePass(path, in_name, zonesKept, layout, Form::All);
 }
 
 void ExchangeAnalysis::check_rcvd_txt(const std::filesystem::path& path, std::string_view in_name,
-                                      bool check6, const RemarkCells& layout)
+                                      bool zonesKept, const RemarkCells& layout)
 {
-    linePass(path, in_name, check6, layout, Form::Txt);
+    linePass(path, in_name, zonesKept, layout, Form::Txt);
 }
 
 std::optional<ContestFromName> contestFromFileName(std::string_view path)

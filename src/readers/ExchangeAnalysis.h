@@ -64,7 +64,7 @@ public:
     ColouredText lblMsg1, lblMsg2; ///< the warning and the list of missing items
     /// `lblDX1` and `lblDX2` shown light red: the layout lacks "$DX" or "Calls" for the
     /// calls of this log. The front end clears the labels' texts.
-    bool lblDX_warning = false;
+    bool dxLabelsRed = false;
     /// Cells shown light cyan (`change_color_9`); the others show the button face.
     std::array<std::array<bool, RemarkCells::kCells>, 2> cellHighlighted{};
 
@@ -86,12 +86,12 @@ public:
     void check_rcvd_zlo(const ZloFile& file, const RemarkCells& layout);
 
     /// The statistical passes over a `.ALL` or `.TXT` log at `path` (its first line
-    /// dropped). `in_name` is the input path as the run holds it; `check6` the tick that keeps
-    /// zones. Throw Failure 53 when the file cannot be read, Failure 62 when it holds nothing
-    /// after its first line, Failure 6 when a counter passes 32,767.
-    void check_rcvd_all(const std::filesystem::path& path, std::string_view in_name, bool check6,
+    /// dropped). `in_name` is the input path as the run holds it; `zonesKept` (`Check6`) the
+    /// tick that keeps zones. Throw Failure 53 when the file cannot be read, Failure 62 when it
+    /// holds nothing after its first line, Failure 6 when a counter passes 32,767.
+    void check_rcvd_all(const std::filesystem::path& path, std::string_view in_name, bool zonesKept,
                         const RemarkCells& layout);
-    void check_rcvd_txt(const std::filesystem::path& path, std::string_view in_name, bool check6,
+    void check_rcvd_txt(const std::filesystem::path& path, std::string_view in_name, bool zonesKept,
                         const RemarkCells& layout);
 
     /// The statistical passes over an RTCL text log at `path`, before version 3.00 (12
@@ -114,7 +114,7 @@ public:
 
 private:
     enum class Form { All, Txt };
-    void linePass(const std::filesystem::path& path, std::string_view in_name, bool check6,
+    void linePass(const std::filesystem::path& path, std::string_view in_name, bool zonesKept,
                   const RemarkCells& layout, Form form);
     void startPass();
     void countExchange(const std::string& exchange);

@@ -148,7 +148,7 @@ bool CtyImport::importAll(const fs::path& dxccMasPath)
 
 bool CtyImport::cty_dat_sep()
 {
-    writeCtyDat0();
+    writeLineEndsDoubled();
     splitEntities();
     if (!fs::is_regular_file(m_places.program("cty_conv.txt"))) {
         missing(m_places.strPath, "cty_conv.txt");
@@ -158,7 +158,7 @@ bool CtyImport::cty_dat_sep()
     return true;
 }
 
-void CtyImport::writeCtyDat0()
+void CtyImport::writeLineEndsDoubled()
 {
     const fs::path cty = m_places.program("cty.dat");
     if (!fs::is_regular_file(cty)) {

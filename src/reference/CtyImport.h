@@ -59,7 +59,7 @@ public:
     static std::string continentText(std::string_view two);
 
 private:
-    void writeCtyDat0();
+    void writeLineEndsDoubled();
     void splitEntities();
     void loadConv();
     void missing(const std::filesystem::path& folder, std::string_view name);

@@ -122,11 +122,11 @@ void ProvinceMaster::index()
     }
 }
 
-std::string ProvinceMaster::get_prov_mas(std::string_view q_rcvd, bool check13,
-                                         std::string_view Prov_moji, int option4) const
+std::string ProvinceMaster::get_prov_mas(std::string_view q_rcvd, bool keepDigits,
+                                         std::string_view Prov_moji, int provinceForm) const
 {
     std::string rcvd(q_rcvd);
-    if (!check13) {
+    if (!keepDigits) {
         rcvd.erase(
             std::remove_if(rcvd.begin(), rcvd.end(), [](char c) { return text::isDigit(c); }),
             rcvd.end());
@@ -140,17 +140,18 @@ std::string ProvinceMaster::get_prov_mas(std::string_view q_rcvd, bool check13,
         return {};
     }
     const std::string& found = m_name[hit->second];
-    return option4 == 2 ? found : std::string(Prov_moji) + found;
+    return provinceForm == 2 ? found : std::string(Prov_moji) + found;
 }
 
-void addProvinceText(std::string& rmks1, std::string& rmks2, std::string_view text, int option3)
+void addProvinceText(std::string& rmks1, std::string& rmks2, std::string_view text,
+                     int provinceRemark)
 {
     if (text.empty()) {
         return;
     }
-    if (option3 == 0) {
+    if (provinceRemark == 0) {
         rmks1 = std::string(text::trim(rmks1 + " " + std::string(text)));
-    } else if (option3 == 1) {
+    } else if (provinceRemark == 1) {
         rmks2 = std::string(text::trim(rmks2 + " " + std::string(text)));
     }
 }
@@ -179,8 +180,8 @@ ContNameChoice read_cont_name_zlo(std::string_view cont_name, const fs::path& st
             choice.mas_dat_name = std::string(Prov_mas_dat_dir) + items[1];
         }
         choice.Prov_auto_found = true;
-        choice.cfg_third = items[2];
-        choice.cfg_number = items[3];
+        choice.thirdItem = items[2];
+        choice.fourthItem = items[3];
         break;
     }
     return choice;

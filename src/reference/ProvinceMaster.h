@@ -42,12 +42,12 @@ public:
     bool read_prov_mas_dat(const std::filesystem::path& mas_dat_name, base::Trace& trace);
 
     /// `get_prov_mas`: the text to add to a remark for a received exchange, or empty.
-    /// Unless `Check13` is on, the digits 0 to 9 are removed first; the exchange is then
-    /// trimmed, and an empty one finds nothing. Codes compare exactly (case matters) and the
+    /// Unless `keepDigits` (`Check13`) is on, the digits 0 to 9 are removed first; the exchange is
+    /// then trimmed, and an empty one finds nothing. Codes compare exactly (case matters) and the
     /// first equal entry from index 0 wins. The text is `Prov_moji` and the name, or the name
-    /// alone under `Option4(2)` (`option4` is the member index of `Option4`).
-    std::string get_prov_mas(std::string_view q_rcvd, bool check13, std::string_view Prov_moji,
-                             int option4) const;
+    /// alone under `Option4(2)` (`provinceForm` is the member index of `Option4`).
+    std::string get_prov_mas(std::string_view q_rcvd, bool keepDigits, std::string_view Prov_moji,
+                             int provinceForm) const;
 
     /// The upper bound of the arrays: `Prov_code` and `Prov_name` hold `Prov_kazu + 1`
     /// places from index 0, entries from index 0 upward, empty texts behind them.
@@ -70,16 +70,17 @@ private:
 
 /// The place of transfer of `get_prov_mas`'s text: under `Option3(0)` `rmks1` becomes
 /// `rmks1`, a blank and the text, trimmed; under `Option3(1)` the same with `rmks2`; with no
-/// member on (`option3` not 0 or 1), or an empty text, nothing changes.
-void addProvinceText(std::string& rmks1, std::string& rmks2, std::string_view text, int option3);
+/// member on (`provinceRemark` not 0 or 1), or an empty text, nothing changes.
+void addProvinceText(std::string& rmks1, std::string& rmks2, std::string_view text,
+                     int provinceRemark);
 
 /// What `read_cont_name_zlo` settles for a `.ZLO` log.
 struct ContNameChoice
 {
     bool Prov_auto_found = false; ///< the contest name stands in `cont_name_zlo.cfg`
     std::string mas_dat_name;     ///< the master chosen, or the one given when none was
-    std::string cfg_third;        ///< third item of the matching line, read and not used
-    std::string cfg_number;       ///< fourth item, read and kept without use
+    std::string thirdItem;        ///< third item of the matching line, read and not used
+    std::string fourthItem;       ///< fourth item, read and kept without use
 };
 
 /// `read_cont_name_zlo`, the data side: looks up `cont_name` exactly in

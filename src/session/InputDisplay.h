@@ -20,7 +20,7 @@ struct InputDisplay
     /// The "_cn.csv" and "_hn.csv" names of the file alone (`control18`, `control20`) and of
     /// the whole path (`control19`, `control21`).
     std::string control18, control20, control19, control21;
-    std::string Frame04;     ///< the "_cn.csv" name and " の Ｓｏｒｔ 順の指定"; empty: no input
+    std::string Frame04; ///< the "_cn.csv" name and " の Ｓｏｒｔ 順の指定"; empty: no input
     std::string mnuDisp_dup; ///< the duplicate list's name
     /// `txtYYYY` takes input: only a `.TXT` log (or none) leaves the year to the operator.
     bool yearBox = true;

@@ -185,7 +185,9 @@ void OptionModel::storeChanged(std::string_view key, const std::string& value)
         return;
     }
     for (const OptionEntry& e : OptionCatalog::all()) {
-        if (!e.stored() || text::upper(e.key) != text::upper(key)) {
+        // An option without a key lives in memory under its own name (the open's REF tick).
+        const std::string_view storedAs = e.stored() ? e.key : e.name;
+        if (text::upper(storedAs) != text::upper(key)) {
             continue;
         }
         const std::string name = e.controlName();

@@ -40,6 +40,19 @@ void OptionModel::Form_Load()
         ini_read_old();
     }
 
+    if (!m_loadedOnce) {
+        // A tick without a key is set at the first load from its default and lives in memory
+        // until the program ends ("Rcvd の数字は有効" starts on).
+        for (const OptionEntry& e : OptionCatalog::all()) {
+            if (e.kind == OptionKind::Tick && !e.stored() && m_options.value(e.name).empty()) {
+                const std::string initial = OptionCatalog::defaultOf(e, "");
+                if (!initial.empty()) {
+                    store(e.name, initial);
+                }
+            }
+        }
+    }
+
     setText("txtQSL_Q", m_options.value("QSL_Q"));
     setText("txtQSL_S", m_options.value("QSL_S"));
     // The prefix boxes show their keys too, so that a view starts with what a run will use.

@@ -46,8 +46,8 @@ public:
         std::string_view caption;
         std::string_view key; ///< the settings key
         RowKind kind;
-        bool folder;                ///< a browse keeps the folder of the chosen file
-        std::string_view filter;    ///< the browse filter, "description|pattern"
+        bool folder;                  ///< a browse keeps the folder of the chosen file
+        std::string_view filter;      ///< the browse filter, "description|pattern"
         std::string_view notUsedTick; ///< "chkNo_name", or empty
     };
 

@@ -216,7 +216,11 @@ void LayoutModel::dropFromCell(int fromRow, std::size_t fromIndex, int row, std:
 
 void LayoutModel::afterDrop(std::size_t r, std::size_t index)
 {
-    lblRmks_Check(static_cast<int>(r + 1), index);
+    if (r == 0) {
+        lblRmks1_Check(index);
+    } else {
+        lblRmks2_Check(index);
+    }
     lblRmks1_use_name_Check();
     lblRmks2_use_name_Check();
     Set_Rmks_Len();
@@ -225,9 +229,17 @@ void LayoutModel::afterDrop(std::size_t r, std::size_t index)
     }
 }
 
-void LayoutModel::lblRmks_Check(int row, std::size_t index)
+void LayoutModel::lblRmks1_Check(std::size_t index)
 {
-    const std::size_t r = rowIndex(row);
+    checkDrop(0, index);
+}
+void LayoutModel::lblRmks2_Check(std::size_t index)
+{
+    checkDrop(1, index);
+}
+
+void LayoutModel::checkDrop(std::size_t r, std::size_t index)
+{
     if (index >= kCells) {
         return;
     }

@@ -132,10 +132,12 @@ public:
     /// emptied (also when it is the target itself), then as above.
     void dropFromCell(int fromRow, std::size_t fromIndex, int row, std::size_t index);
 
-    /// The check after a drop on `row`, `index` (`lblRmks1_Check`, `lblRmks2_Check`): the
-    /// caption stands only there in both rows, "memo" and "memo=" exclude each other, as do
-    /// "OP" and "OP %"; "州名" with `Check5` on turns the cell red and sets the status.
-    void lblRmks_Check(int row, std::size_t index);
+    /// The check after a drop on cell `index` of row 1 (`lblRmks1_Check`) or row 2
+    /// (`lblRmks2_Check`): the caption stands only there in both rows, "memo" and "memo="
+    /// exclude each other, as do "OP" and "OP %"; "州名" with `Check5` on turns the cell red
+    /// and sets the status. An index past the last cell does nothing.
+    void lblRmks1_Check(std::size_t index);
+    void lblRmks2_Check(std::size_t index);
 
     // --- Sorting and restoring -------------------------------------------------------------
     /// `Sort_2` (row 1) and `Sort_3` (row 2): the filled cells move left, the row's keys are
@@ -179,6 +181,7 @@ private:
     static std::size_t rowIndex(int row);
     void checkRow(std::size_t row);
     void afterDrop(std::size_t row, std::size_t index);
+    void checkDrop(std::size_t row, std::size_t index);
     void sortRow(std::size_t row);
     void redoRow(std::size_t row);
     void resetWhenEmpty(std::string_view firstWidths);

@@ -46,9 +46,8 @@ ConfigDialog::ConfigDialog(session::Session& session, FileChooser& chooser, QWid
         grid->addWidget(box, r, 1);
         grid->addWidget(button, r, 2);
         const std::string boxName(row.textBox);
-        connect(box, &QLineEdit::textEdited, this, [this, boxName](const QString& t) {
-            m_model.editText(boxName, utf8(t));
-        });
+        connect(box, &QLineEdit::textEdited, this,
+                [this, boxName](const QString& t) { m_model.editText(boxName, utf8(t)); });
         connect(button, &QPushButton::clicked, this, [this, &row] { browse(row); });
         m_boxes[boxName] = box;
         m_buttons[std::string(row.button)] = button;
@@ -58,7 +57,8 @@ ConfigDialog::ConfigDialog(session::Session& session, FileChooser& chooser, QWid
             tick->setObjectName(qs(row.notUsedTick));
             tick->setToolTip(qs(ConfigModel::kNotUsedToolTip));
             const std::string tickName(row.notUsedTick);
-            connect(tick, &QCheckBox::clicked, this, [this, tickName] { m_model.clickTick(tickName); });
+            connect(tick, &QCheckBox::clicked, this,
+                    [this, tickName] { m_model.clickTick(tickName); });
             m_ticks[tickName] = tick;
             grid->addWidget(tick, r, 3);
         }
@@ -88,8 +88,8 @@ ConfigDialog::ConfigDialog(session::Session& session, FileChooser& chooser, QWid
         m_boxes[boxName] = box;
         ++m;
     }
-    auto* note = new QLabel(
-        QStringLiteral("画面上での表示や処理中は N ですが最終出力ファイルでは指定文字に置換します。"));
+    auto* note = new QLabel(QStringLiteral(
+        "画面上での表示や処理中は N ですが最終出力ファイルでは指定文字に置換します。"));
     note->setObjectName(QStringLiteral("markNote"));
     marks->addWidget(note, 2, 1);
     outer->addLayout(marks);
@@ -156,7 +156,8 @@ ConfigDialog::ConfigDialog(session::Session& session, FileChooser& chooser, QWid
     design.top = 60 * kTwipsPerPixel;
     const settings::WindowPlacement p = settings::restorePosition(
         m_session.folder().strPath / settings::kPositionFileName, "frmConfig", design);
-    resize(QSize(static_cast<int>(p.width / kTwipsPerPixel), static_cast<int>(p.height / kTwipsPerPixel))
+    resize(QSize(static_cast<int>(p.width / kTwipsPerPixel),
+                 static_cast<int>(p.height / kTwipsPerPixel))
                .expandedTo(size));
     move(static_cast<int>(p.left / kTwipsPerPixel), static_cast<int>(p.top / kTwipsPerPixel));
 }
@@ -215,7 +216,8 @@ void ConfigDialog::savePosition()
     p.top = y() * kTwipsPerPixel;
     p.width = width() * kTwipsPerPixel;
     p.height = height() * kTwipsPerPixel;
-    settings::savePosition(m_session.folder().strPath / settings::kPositionFileName, "frmConfig", p);
+    settings::savePosition(m_session.folder().strPath / settings::kPositionFileName, "frmConfig",
+                           p);
 }
 
 } // namespace vornhale::ui

@@ -3,7 +3,6 @@
 #include "settings/ConfigModel.h"
 
 #include <QDialog>
-
 #include <map>
 #include <string>
 

@@ -3,7 +3,6 @@
 #include "session/Session.h"
 
 #include <QObject>
-
 #include <atomic>
 #include <thread>
 
@@ -19,8 +18,7 @@ class ConversionRunner : public QObject
     Q_OBJECT
 
 public:
-    ConversionRunner(session::Session& session, QtRunObserver& observer,
-                     QObject* parent = nullptr);
+    ConversionRunner(session::Session& session, QtRunObserver& observer, QObject* parent = nullptr);
     /// Waits for a run still going.
     ~ConversionRunner() override;
 

@@ -9,7 +9,6 @@
 
 #include <QApplication>
 #include <QFontDatabase>
-
 #include <cstdlib>
 
 namespace vornhale::ui {
@@ -62,7 +61,8 @@ bool DesktopProgram::start()
     try {
         m_session = std::make_unique<session::Session>(m_home, *m_dialogs);
     } catch (const failure::Failure& f) {
-        m_dialogs->message("", "エラー内容 ：　" + std::to_string(f.number()) + "  " + f.description(),
+        m_dialogs->message("",
+                           "エラー内容 ：　" + std::to_string(f.number()) + "  " + f.description(),
                            base::Dialogs::Icon::Stop);
         end(1);
         return false;

@@ -20,8 +20,8 @@ QString FileChooser::qtFilter(const QString& filter)
     return filters.join(QStringLiteral(";;"));
 }
 
-QString QtFileChooser::chooseFile(QWidget* parent, const QString& title,
-                                  const QString& startFolder, const QString& filter)
+QString QtFileChooser::chooseFile(QWidget* parent, const QString& title, const QString& startFolder,
+                                  const QString& filter)
 {
     QFileDialog dialog(parent, title, startFolder, qtFilter(filter));
     dialog.setObjectName(QStringLiteral("fileDialog"));

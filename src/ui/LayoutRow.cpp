@@ -84,10 +84,7 @@ public:
     }
 
 protected:
-    void mousePressEvent(QMouseEvent* event) override
-    {
-        m_pressAt = event->position().toPoint();
-    }
+    void mousePressEvent(QMouseEvent* event) override { m_pressAt = event->position().toPoint(); }
     void mouseMoveEvent(QMouseEvent* event) override
     {
         if ((event->buttons() & Qt::LeftButton) == 0 || text().isEmpty() ||
@@ -134,8 +131,8 @@ QFont cjkFont(bool fixedPitch)
 {
     // The palette and the first row in a fixed-pitch face, the second in a proportional one,
     // both at 9 points.
-    const QString family = fixedPitch ? QStringLiteral("Noto Sans Mono CJK JP")
-                                      : QStringLiteral("Noto Sans CJK JP");
+    const QString family =
+        fixedPitch ? QStringLiteral("Noto Sans Mono CJK JP") : QStringLiteral("Noto Sans CJK JP");
     QFont font = QApplication::font();
     if (QFontDatabase::families().contains(family)) {
         font.setFamily(family);
@@ -172,7 +169,8 @@ LayoutRow::LayoutRow(LayoutModel& layout, OptionBinder& binder, QWidget* parent)
     grid->setHorizontalSpacing(2);
     grid->setVerticalSpacing(2);
     for (int r = 0; r < 2; ++r) {
-        auto* caption = new QLabel(r == 0 ? QStringLiteral("Rmks1") : QStringLiteral("Rmks2"), this);
+        auto* caption =
+            new QLabel(r == 0 ? QStringLiteral("Rmks1") : QStringLiteral("Rmks2"), this);
         caption->setObjectName(r == 0 ? QStringLiteral("Label5") : QStringLiteral("Label6"));
         grid->addWidget(caption, r, 0);
         for (int c = 0; c < 12; ++c) {
@@ -258,8 +256,9 @@ void LayoutRow::refresh()
         QPushButton* b = m_palette[i];
         QPalette palette = b->palette();
         const QPalette standard = QApplication::palette(b);
-        palette.setColor(QPalette::Button, m_layout.highlighted(i) ? QColor(0xC0, 0xF0, 0xC0)
-                                                                   : standard.color(QPalette::Button));
+        palette.setColor(QPalette::Button, m_layout.highlighted(i)
+                                               ? QColor(0xC0, 0xF0, 0xC0)
+                                               : standard.color(QPalette::Button));
         b->setPalette(palette);
         b->setProperty("highlighted", m_layout.highlighted(i));
     }
@@ -333,8 +332,9 @@ void LayoutRow::showWidthOf(const QWidget* under)
                 continue;
             }
             const std::string& w = m_layout.tableWidths(r)[c];
-            items << (w.empty() || w == "0" ? qs(name) : qs(name) + QStringLiteral("(") + qs(w) +
-                                                             QStringLiteral(")"));
+            items << (w.empty() || w == "0"
+                          ? qs(name)
+                          : qs(name) + QStringLiteral("(") + qs(w) + QStringLiteral(")"));
         }
         m_preview[static_cast<std::size_t>(r - 1)]->setText(
             (r == 1 ? QStringLiteral("Rmks1 ： ") : QStringLiteral("Rmks2 ： ")) +

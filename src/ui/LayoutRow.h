@@ -1,7 +1,6 @@
 #pragma once
 
 #include <QGroupBox>
-
 #include <array>
 #include <functional>
 
@@ -45,7 +44,10 @@ public:
     /// of both rows.
     void showWidthOf(const QWidget* under);
 
-    QPushButton* paletteButton(int item) const { return m_palette.at(static_cast<std::size_t>(item)); }
+    QPushButton* paletteButton(int item) const
+    {
+        return m_palette.at(static_cast<std::size_t>(item));
+    }
     QLabel* cellLabel(int row, int index) const;
     QPushButton* redoButton() const { return m_redo; }
     QPushButton* sortButton() const { return m_sort; }

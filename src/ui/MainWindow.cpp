@@ -49,12 +49,11 @@
 #include <QRadioButton>
 #include <QScreen>
 #include <QTabWidget>
-#include <QThread>
 #include <QTableWidget>
+#include <QThread>
 #include <QToolBar>
 #include <QToolButton>
 #include <QVBoxLayout>
-
 #include <cstdlib>
 #include <filesystem>
 #include <system_error>
@@ -224,8 +223,8 @@ void MainWindow::buildMenus()
 
     QMenu* file = bar->addMenu(QStringLiteral("ファイル"));
     file->setObjectName(QStringLiteral("mnuFile"));
-    menuEntry(file, "mnuGet_Value", QStringLiteral("Get_Value"), [this] { mnuGet_Value_Click(); },
-              true);
+    menuEntry(
+        file, "mnuGet_Value", QStringLiteral("Get_Value"), [this] { mnuGet_Value_Click(); }, true);
     menuEntry(file, "mnuOpen", QStringLiteral("zlogのﾃﾞｰﾀ ( ＊．ALL ，＊．TXT ) ﾌｧｲﾙを選ぶ"),
               open("mnuOpen"));
     menuEntry(file, "mnuOpen_all_txt_set",
@@ -238,10 +237,10 @@ void MainWindow::buildMenus()
               open("mnuOpen_z_set"));
     file->addSeparator()->setObjectName(QStringLiteral("mnuTmp0"));
 
-    const QString log2txt =
-        QStringLiteral("RTCLのデータ ( ＊．LOG ) を指定フォルダから選ぶ （ ZLOG の ＊．TXT 作成のみ ）");
-    const QString log2all =
-        QStringLiteral("RTCLのデータ ( ＊．LOG ) を指定フォルダから選ぶ （ ZLOG の ＊．ALL 作成のみ ）");
+    const QString log2txt = QStringLiteral(
+        "RTCLのデータ ( ＊．LOG ) を指定フォルダから選ぶ （ ZLOG の ＊．TXT 作成のみ ）");
+    const QString log2all = QStringLiteral(
+        "RTCLのデータ ( ＊．LOG ) を指定フォルダから選ぶ （ ZLOG の ＊．ALL 作成のみ ）");
     const QString openLog = QStringLiteral("RTCLのデータ ( ＊．LOG ) を指定フォルダから選ぶ");
     QMenu* rtclOld = file->addMenu(QStringLiteral("RTCL 旧  　(　ver 3.00 より前　)"));
     rtclOld->setObjectName(QStringLiteral("mnu_rtcl_old"));
@@ -261,8 +260,7 @@ void MainWindow::buildMenus()
               [this] { notBuilt(); });
     QMenu* rtcl430 = file->addMenu(QStringLiteral("RTCL 新  　(　ver 4.30 以降　)"));
     rtcl430->setObjectName(QStringLiteral("mnu_rtcl_new430"));
-    menuEntry(rtcl430, "mnuOpen_rtcl_log_set_new430", openLog,
-              open("mnuOpen_rtcl_log_set_new430"));
+    menuEntry(rtcl430, "mnuOpen_rtcl_log_set_new430", openLog, open("mnuOpen_rtcl_log_set_new430"));
     menuEntry(rtcl430, "mnu_rtcl_new430_",
               QStringLiteral("RTCL 新  　(　ver 4.30 以降　)    zLog への変換"),
               [this] { notBuilt(); });
@@ -289,8 +287,9 @@ void MainWindow::buildMenus()
     menuEntry(file, "mnuMake_a2t", qs(m_model.caption("mnuMake_a2t")));
     menuEntry(file, "mnuMake_t2a", qs(m_model.caption("mnuMake_t2a")));
     file->addSeparator()->setObjectName(QStringLiteral("mnuTemp3"));
-    menuEntry(file, "mnuMake_adif2a", QStringLiteral("ADIF から zLog の ＊．.all を作成する。"),
-              [this] { notBuilt(); }, true);
+    menuEntry(
+        file, "mnuMake_adif2a", QStringLiteral("ADIF から zLog の ＊．.all を作成する。"),
+        [this] { notBuilt(); }, true);
 
     auto* makeIni = bar->addAction(QStringLiteral("ini 作成"));
     makeIni->setObjectName(QStringLiteral("makeIni"));
@@ -312,9 +311,8 @@ void MainWindow::buildMenus()
     menuEntry(disp, "mnuDisp_Get_Mng_result", QStringLiteral("Get_Mng_result"), [this] {
         viewFile(m_session.input().names.Get_Mng_result_name, QStringLiteral("Get_Mng_result"));
     });
-    menuEntry(disp, "mnuDisp_dup", QStringLiteral("          * ．dup"), [this] {
-        viewFile(m_session.input().names.dup_name, QStringLiteral("dup"));
-    });
+    menuEntry(disp, "mnuDisp_dup", QStringLiteral("          * ．dup"),
+              [this] { viewFile(m_session.input().names.dup_name, QStringLiteral("dup")); });
     menuEntry(disp, "mnuDisp_l2t", QStringLiteral("      *_l2z ．txt"), [this] { notBuilt(); });
     menuEntry(disp, "mnuDisp_l2a", QStringLiteral("      *_l2z ．all"), [this] { notBuilt(); });
     menuEntry(disp, "mnuDisp_zt2a", QStringLiteral("    *_zt2a ．all"), [this] { notBuilt(); });
@@ -341,8 +339,8 @@ void MainWindow::buildMenus()
 
     QMenu* help = bar->addMenu(QStringLiteral("Help"));
     help->setObjectName(QStringLiteral("mnuDispHelp"));
-    menuEntry(help, "mnuVornhale_hlp", QStringLiteral("Vornhale.hlp"), [this] { notBuilt(); },
-              true);
+    menuEntry(
+        help, "mnuVornhale_hlp", QStringLiteral("Vornhale.hlp"), [this] { notBuilt(); }, true);
     menuEntry(help, "mnuWeb_Manager", QStringLiteral("QSL Manager list (Web)"),
               [this] { notBuilt(); });
     menuEntry(help, "mnuDisp_Readme", QStringLiteral("ReadMe"),
@@ -395,13 +393,9 @@ void MainWindow::buildToolBar()
         {"z2a表示", "z2aで作成したALL形式ﾌｧｲﾙを表示する。",
          [this] { viewFile(readers::z2aName(m_session.input().in_name), QStringLiteral("z2a")); }},
         {"contest_n", "contest_nの表示",
-         [this] {
-             viewFile(m_session.input().names.out_name_con_n, QStringLiteral("contest_n"));
-         }},
+         [this] { viewFile(m_session.input().names.out_name_con_n, QStringLiteral("contest_n")); }},
         {"hamlog_n", "hamlog_nの表示",
-         [this] {
-             viewFile(m_session.input().names.out_name_ham_n, QStringLiteral("hamlog_n"));
-         }},
+         [this] { viewFile(m_session.input().names.out_name_ham_n, QStringLiteral("hamlog_n")); }},
         {"＊．ｄｕｐ", "*.dupの表示",
          [this] { viewFile(m_session.input().names.dup_name, QStringLiteral("dup")); }},
         {"終了", "ﾌﾟﾛｸﾞﾗﾑを終了します", [this] { close(); }},
@@ -457,8 +451,7 @@ QWidget* MainWindow::buildCentre()
         }
         m_layoutRow->refresh();
     });
-    connect(m_layoutRow->historyButton(), &QPushButton::clicked, this,
-            [this] { openRirekiSel(); });
+    connect(m_layoutRow->historyButton(), &QPushButton::clicked, this, [this] { openRirekiSel(); });
     connect(m_layoutRow->widthsButton(), &QPushButton::clicked, this, [this] { notBuilt(); });
     outer->addWidget(m_layoutRow);
 
@@ -549,9 +542,10 @@ QWidget* MainWindow::buildInputTab()
     v->addLayout(remarks);
 
     auto* bottom = new QHBoxLayout;
-    bottom->addWidget(commandButton("cmdCheck_bak_qso_mas", QStringLiteral("bak_qso.mas確認"),
-                                    QStringLiteral("bak_qso.mas＊　ファイルのサイズ、件数の確認が出来ます。"),
-                                    [this] { notBuilt(); }));
+    bottom->addWidget(
+        commandButton("cmdCheck_bak_qso_mas", QStringLiteral("bak_qso.mas確認"),
+                      QStringLiteral("bak_qso.mas＊　ファイルのサイズ、件数の確認が出来ます。"),
+                      [this] { notBuilt(); }));
     bottom->addStretch(1);
     bottom->addWidget(memberButton("Option5", 0));
     v->addLayout(bottom);
@@ -668,11 +662,11 @@ QWidget* MainWindow::buildProvinceTab()
     masters->addWidget(commandButton("cmdSetMas_mas", QStringLiteral("Master ＊．ｍａｓ の指定"),
                                      QStringLiteral("Master ファイル *.mas の指定をします。"),
                                      [this] { notBuilt(); }));
-    masters->addWidget(commandButton("cmdSetMas_dat", QStringLiteral("Master ＊．ｄａｔ の指定"), {},
-                                     [this] { notBuilt(); }));
-    masters->addWidget(commandButton("cmdDisp_mas_dat", QStringLiteral("Master 表示"), {},
-                                     [this] { viewFile(m_model.facts().mas_dat_name,
-                                                       QStringLiteral("Master")); }));
+    masters->addWidget(commandButton("cmdSetMas_dat", QStringLiteral("Master ＊．ｄａｔ の指定"),
+                                     {}, [this] { notBuilt(); }));
+    masters->addWidget(commandButton("cmdDisp_mas_dat", QStringLiteral("Master 表示"), {}, [this] {
+        viewFile(m_model.facts().mas_dat_name, QStringLiteral("Master"));
+    }));
     masters->addStretch(1);
     v->addLayout(masters);
     v->addWidget(modelLabel("lblMas_dat"));
@@ -758,8 +752,9 @@ QWidget* MainWindow::buildNoQslTab()
     QGroupBox* qslMarks = frame("Frame09", frameCaption("txtQSL_Q"));
     auto* ml = new QHBoxLayout(qslMarks);
     for (const char* box : {"txtQSL_Q", "txtQSL_S"}) {
-        ml->addWidget(fixedLabel(QString::fromUtf8(box) + QStringLiteral("Caption").remove(QLatin1Char('_')),
-                                 qs(m_model.caption(box))));
+        ml->addWidget(
+            fixedLabel(QString::fromUtf8(box) + QStringLiteral("Caption").remove(QLatin1Char('_')),
+                       qs(m_model.caption(box))));
         QLineEdit* mark = textBox(box);
         mark->setFixedWidth(36);
         ml->addWidget(mark);
@@ -770,7 +765,8 @@ QWidget* MainWindow::buildNoQslTab()
     v->addWidget(tickBox("Check14"));
     v->addWidget(tickBox("Check19"));
     auto* period = new QHBoxLayout;
-    period->addWidget(commandButton("cmdDate", QStringLiteral("期 間"), {}, [this] { notBuilt(); }));
+    period->addWidget(
+        commandButton("cmdDate", QStringLiteral("期 間"), {}, [this] { notBuilt(); }));
     period->addWidget(modelLabel("periodText"), 1);
     v->addLayout(period);
 
@@ -837,9 +833,8 @@ QWidget* MainWindow::buildMngTab()
 
     auto* state = new QGridLayout;
     const std::pair<const char*, const char*> shown[] = {
-        {"Label33", "Call"}, {"Label34", "MNG"},  {"Label31", "Date"},
-        {"Label32", "Source"}, {"Label28", ""}, {"Label45", ""},
-        {"Label30", ""}, {"Label35", ""},
+        {"Label33", "Call"}, {"Label34", "MNG"}, {"Label31", "Date"}, {"Label32", "Source"},
+        {"Label28", ""},     {"Label45", ""},    {"Label30", ""},     {"Label35", ""},
     };
     int r = 0;
     for (const auto& [name, caption] : shown) {
@@ -886,7 +881,9 @@ QWidget* MainWindow::buildResultTab()
     }
     for (int row = 0; row < 7; ++row) {
         m_grid->setRowHeight(row, 500 / kTwipsPerPixel);
-        m_grid->setItem(row, 0, new QTableWidgetItem(QString::fromUtf8(engine::kResultGridCaptions[static_cast<std::size_t>(row)])));
+        m_grid->setItem(row, 0,
+                        new QTableWidgetItem(QString::fromUtf8(
+                            engine::kResultGridCaptions[static_cast<std::size_t>(row)])));
         auto* count = new QTableWidgetItem;
         count->setTextAlignment(Qt::AlignRight | Qt::AlignVCenter);
         count->setForeground(colourOf(Colour::Blue));
@@ -904,25 +901,25 @@ QWidget* MainWindow::buildResultTab()
     auto* row = new QHBoxLayout;
     row->addWidget(m_grid);
     auto* buttons = new QVBoxLayout;
-    buttons->addWidget(commandButton("cmdDisp_con_n_new", QStringLiteral("出力ﾌｧｲﾙ　１"), {}, [this] {
-        viewFile(m_session.input().names.out_name_con_n, QStringLiteral("出力ﾌｧｲﾙ　１"));
-    }));
-    buttons->addWidget(commandButton("cmdDisp_ham_n_new", QStringLiteral("出力ﾌｧｲﾙ　2"), {}, [this] {
-        viewFile(m_session.input().names.out_name_ham_n, QStringLiteral("出力ﾌｧｲﾙ　2"));
-    }));
+    buttons->addWidget(
+        commandButton("cmdDisp_con_n_new", QStringLiteral("出力ﾌｧｲﾙ　１"), {}, [this] {
+            viewFile(m_session.input().names.out_name_con_n, QStringLiteral("出力ﾌｧｲﾙ　１"));
+        }));
+    buttons->addWidget(
+        commandButton("cmdDisp_ham_n_new", QStringLiteral("出力ﾌｧｲﾙ　2"), {}, [this] {
+            viewFile(m_session.input().names.out_name_ham_n, QStringLiteral("出力ﾌｧｲﾙ　2"));
+        }));
     buttons->addWidget(commandButton("cmdDisp_in", QStringLiteral("入力ﾌｧｲﾙ"), {}, [this] {
         viewFile(m_session.input().in_name, QStringLiteral("入力ﾌｧｲﾙ"));
     }));
-    buttons->addWidget(commandButton("cmdDisp_Get_Mng_result", QStringLiteral("Get Mng result"), {},
-                                     [this] {
-                                         viewFile(m_session.input().names.Get_Mng_result_name,
-                                                  QStringLiteral("Get Mng result"));
-                                     }));
-    buttons->addWidget(commandButton("cmdDisp_Henkan_Result", QStringLiteral("変換結果ファイル"), {},
-                                     [this] {
-                                         viewFile(m_runner->outcome().reportPath,
-                                                  QStringLiteral("変換結果ファイル"));
-                                     }));
+    buttons->addWidget(
+        commandButton("cmdDisp_Get_Mng_result", QStringLiteral("Get Mng result"), {}, [this] {
+            viewFile(m_session.input().names.Get_Mng_result_name, QStringLiteral("Get Mng result"));
+        }));
+    buttons->addWidget(
+        commandButton("cmdDisp_Henkan_Result", QStringLiteral("変換結果ファイル"), {}, [this] {
+            viewFile(m_runner->outcome().reportPath, QStringLiteral("変換結果ファイル"));
+        }));
     buttons->addStretch(1);
     row->addLayout(buttons);
     row->addStretch(1);
@@ -981,9 +978,9 @@ void MainWindow::openBy(std::string_view menu)
         return;
     }
     const settings::Options& options = m_session.options();
-    const QString path = m_chooser.chooseFile(
-        this, qs(session::openDialogTitle(*action, options)),
-        qs(session::openStartFolder(*action, options)), qs(action->filter));
+    const QString path =
+        m_chooser.chooseFile(this, qs(session::openDialogTitle(*action, options)),
+                             qs(session::openStartFolder(*action, options)), qs(action->filter));
     if (path.isEmpty()) {
         // A cancelled dialog opens nothing: the former input stays, and the label says so.
         QLabel* name = findChild<QLabel*>(QStringLiteral("lblIn_name"));
@@ -1053,7 +1050,8 @@ void MainWindow::showInput(bool afterRun)
     setCaptionColour(searched, d.Label33Colour);
     findChild<QAction*>(QStringLiteral("mnuDisp_Get_Mng_result"))->setEnabled(d.showMngResult);
     findChild<QPushButton*>(QStringLiteral("cmdDisp_Get_Mng_result"))->setEnabled(d.showMngResult);
-    findChild<QLineEdit*>(QStringLiteral("txtYYYY"))->setEnabled(d.yearBox && m_model.enabled("txtYYYY"));
+    findChild<QLineEdit*>(QStringLiteral("txtYYYY"))
+        ->setEnabled(d.yearBox && m_model.enabled("txtYYYY"));
 }
 
 // ---- A conversion -------------------------------------------------------------------------
@@ -1267,8 +1265,12 @@ void MainWindow::makeZ2a()
     if (input.f_type != "zlo") {
         return;
     }
-    const readers::ReaderContext ctx{m_session.options(), m_session.trace(), *m_observer,
-                                     m_dialogs, m_session.folder().drive_path, input};
+    const readers::ReaderContext ctx{m_session.options(),
+                                     m_session.trace(),
+                                     *m_observer,
+                                     m_dialogs,
+                                     m_session.folder().drive_path,
+                                     input};
     try {
         readers::mnuMake_z2a_Click(ctx);
     } catch (const failure::Failure& f) {
@@ -1291,8 +1293,7 @@ void MainWindow::cmdSubmit_Click()
     const net::WebConfig config = net::WebConfig::load(folder.strPath);
     QPointer<MainWindow> window(this);
     // The download may take its time-out: the window stays alive meanwhile.
-    std::thread([window, config, searched, strPath = folder.strPath,
-                 drive = folder.drive_path] {
+    std::thread([window, config, searched, strPath = folder.strPath, drive = folder.drive_path] {
         const manager::WebManagerSearch web(config, strPath, drive);
         const manager::WebSearchResult result = web.Get_MNG_web(searched);
         QMetaObject::invokeMethod(
@@ -1313,7 +1314,8 @@ void MainWindow::cmdSubmit_Click()
                             setCaptionColour(outcome, result.outcomeColour());
                         }
                         window->m_searching = false;
-                        window->findChild<QPushButton*>(QStringLiteral("cmdSubmit"))->setEnabled(true);
+                        window->findChild<QPushButton*>(QStringLiteral("cmdSubmit"))
+                            ->setEnabled(true);
                         Q_EMIT window->searchFinished();
                     },
                     Qt::QueuedConnection);
@@ -1384,15 +1386,18 @@ void MainWindow::mnuGet_Value_Click()
             if (const auto* box = qobject_cast<const QLineEdit*>(w)) {
                 out += n + " ," + utf8(box->text()) + "\r\n";
             }
-        } else if (base.startsWith(QStringLiteral("Label")) || base.startsWith(QStringLiteral("lbl"))) {
+        } else if (base.startsWith(QStringLiteral("Label")) ||
+                   base.startsWith(QStringLiteral("lbl"))) {
             if (const auto* label = qobject_cast<const QLabel*>(w)) {
                 out += n + " ," + utf8(label->text()) + "\r\n";
             }
-        } else if (base.startsWith(QStringLiteral("Command")) || base.startsWith(QStringLiteral("cmd"))) {
+        } else if (base.startsWith(QStringLiteral("Command")) ||
+                   base.startsWith(QStringLiteral("cmd"))) {
             if (const auto* b = qobject_cast<const QAbstractButton*>(w)) {
                 out += n + " ," + utf8(b->text()) + "\r\n";
             }
-        } else if (base.startsWith(QStringLiteral("Check")) || base.startsWith(QStringLiteral("Option"))) {
+        } else if (base.startsWith(QStringLiteral("Check")) ||
+                   base.startsWith(QStringLiteral("Option"))) {
             if (const auto* b = qobject_cast<const QAbstractButton*>(w)) {
                 out += n + " ," + utf8(b->text()) + " , " + utf8(index) + " , " +
                        (b->isChecked() ? "1" : "0") + "\r\n";

@@ -2,7 +2,6 @@
 
 #include <QObject>
 #include <QPointer>
-
 #include <functional>
 #include <map>
 #include <string>
@@ -49,8 +48,7 @@ public:
     void label(QLabel* label, std::string_view name);
     /// A button the model names: its caption and tool-tip when the model has them, its
     /// enabled state; a click goes to `clickButton`, then to `extra` when given.
-    void button(QAbstractButton* button, std::string_view name,
-                std::function<void()> extra = {});
+    void button(QAbstractButton* button, std::string_view name, std::function<void()> extra = {});
     /// A frame: its title when the model has one, its enabled state.
     void frame(QGroupBox* frame, std::string_view name);
     /// A menu entry or tool button: enabled; checked for a menu tick, whose click goes to the

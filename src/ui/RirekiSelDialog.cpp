@@ -13,9 +13,8 @@
 
 namespace vornhale::ui {
 
-RirekiSelDialog::RirekiSelDialog(const std::filesystem::path& folder,
-                                 settings::LayoutModel& layout, base::Trace* trace,
-                                 QWidget* parent)
+RirekiSelDialog::RirekiSelDialog(const std::filesystem::path& folder, settings::LayoutModel& layout,
+                                 base::Trace* trace, QWidget* parent)
     : QDialog(parent), m_model(folder, layout, trace)
 {
     setObjectName(QStringLiteral("frmRmk_Rireki_sel"));
@@ -102,7 +101,8 @@ RirekiSelDialog::RirekiSelDialog(const std::filesystem::path& folder,
 
 void RirekiSelDialog::fill()
 {
-    const std::vector<std::string>* lines[] = {&m_model.list1(), &m_model.list2(), &m_model.list3()};
+    const std::vector<std::string>* lines[] = {&m_model.list1(), &m_model.list2(),
+                                               &m_model.list3()};
     for (std::size_t i = 0; i < 3; ++i) {
         m_lists[i]->clear();
         for (const std::string& line : *lines[i]) {

@@ -3,7 +3,6 @@
 #include "settings/RirekiSelModel.h"
 
 #include <QDialog>
-
 #include <array>
 #include <filesystem>
 

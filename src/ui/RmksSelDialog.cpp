@@ -42,9 +42,8 @@ RmksSelDialog::RmksSelDialog(const std::filesystem::path& folder, settings::Opti
         text->setObjectName(QStringLiteral("txtRmks%1").arg(c));
         m_texts[i] = text;
         columns->addWidget(text, 2, (c - 1) * 2);
-        connect(text, &QLineEdit::textEdited, this, [this, c](const QString& t) {
-            m_model.setTxtRmks(c, utf8(t));
-        });
+        connect(text, &QLineEdit::textEdited, this,
+                [this, c](const QString& t) { m_model.setTxtRmks(c, utf8(t)); });
         connect(list, &QListWidget::itemClicked, this, [this, c, list](QListWidgetItem* item) {
             m_model.clickList(c, static_cast<std::size_t>(list->row(item)));
             refresh();
@@ -53,8 +52,9 @@ RmksSelDialog::RmksSelDialog(const std::filesystem::path& folder, settings::Opti
         auto* buttons = new QHBoxLayout;
         auto* insert = new QPushButton(QStringLiteral("挿入"));
         insert->setObjectName(QStringLiteral("cmdIns_%1").arg(c));
-        insert->setToolTip(c == 1 ? QStringLiteral("記入欄の内容をＲｍｋ１の履歴に追加登録します。")
-                                  : QStringLiteral("記入欄の内容をＲｍｋ２の履歴に追加登録します。"));
+        insert->setToolTip(c == 1
+                               ? QStringLiteral("記入欄の内容をＲｍｋ１の履歴に追加登録します。")
+                               : QStringLiteral("記入欄の内容をＲｍｋ２の履歴に追加登録します。"));
         auto* remove = new QPushButton(QStringLiteral("削除"));
         remove->setObjectName(QStringLiteral("cmdDel_%1").arg(c));
         remove->setToolTip(c == 1 ? QStringLiteral("Ｒｍｋｓ１の履歴より削除します。")
@@ -107,7 +107,8 @@ RmksSelDialog::RmksSelDialog(const std::filesystem::path& folder, settings::Opti
     ok->setToolTip(QStringLiteral("現在の内容を保存します。"));
     auto* back = new QPushButton(QStringLiteral("戻 る"));
     back->setObjectName(QStringLiteral("cmdBack"));
-    back->setToolTip(QStringLiteral("メイン画面に戻ります。 メイン画面にＲｍｋｓは転記されません。"));
+    back->setToolTip(
+        QStringLiteral("メイン画面に戻ります。 メイン画面にＲｍｋｓは転記されません。"));
     bottom->addStretch(1);
     bottom->addWidget(ok);
     bottom->addWidget(back);

@@ -3,7 +3,6 @@
 #include "settings/RmksSelModel.h"
 
 #include <QDialog>
-
 #include <array>
 #include <filesystem>
 

@@ -70,8 +70,8 @@ void setWarningBackground(QWidget* widget, bool warning)
     widget->setAutoFillBackground(warning || widget->autoFillBackground());
     QPalette palette = widget->palette();
     const QPalette standard = QApplication::palette(widget);
-    palette.setColor(QPalette::Window, warning ? QColor(0xFF, 0x60, 0x60)
-                                               : standard.color(QPalette::Button));
+    palette.setColor(QPalette::Window,
+                     warning ? QColor(0xFF, 0x60, 0x60) : standard.color(QPalette::Button));
     widget->setPalette(palette);
     widget->setProperty("warning", warning);
 }

@@ -4,7 +4,6 @@
 
 #include <QColor>
 #include <QString>
-
 #include <string>
 #include <string_view>
 

@@ -10,7 +10,6 @@
 #include <QApplication>
 #include <QCommandLineParser>
 #include <QTimer>
-
 #include <optional>
 
 int main(int argc, char* argv[])
@@ -25,8 +24,8 @@ int main(int argc, char* argv[])
     const QCommandLineOption home(QStringLiteral("home"),
                                   QStringLiteral("The program folder (settings, traces, work)."),
                                   QStringLiteral("DIR"));
-    const QCommandLineOption open(QStringLiteral("open"),
-                                  QStringLiteral("A log to open at once."), QStringLiteral("LOG"));
+    const QCommandLineOption open(QStringLiteral("open"), QStringLiteral("A log to open at once."),
+                                  QStringLiteral("LOG"));
     const QCommandLineOption shots(
         QStringLiteral("screenshot-dir"),
         QStringLiteral("Writes pictures of the windows into DIR and ends (with --open, after "
@@ -55,8 +54,8 @@ int main(int argc, char* argv[])
         if (!program.start()) {
             return 1;
         }
-        const bool ok = vornhale::ui::takeScreenshots(program, parser.value(shots),
-                                                      parser.value(open));
+        const bool ok =
+            vornhale::ui::takeScreenshots(program, parser.value(shots), parser.value(open));
         if (vornhale::ui::MainWindow* window = program.mainWindow()) {
             window->close();
         }
@@ -65,8 +64,9 @@ int main(int argc, char* argv[])
 
     if (parser.isSet(open)) {
         const QString log = parser.value(open);
-        QObject::connect(&program, &vornhale::ui::DesktopProgram::mainWindowShown, &program,
-                         [&program, log] { program.mainWindow()->openPath(vornhale::ui::utf8(log)); });
+        QObject::connect(
+            &program, &vornhale::ui::DesktopProgram::mainWindowShown, &program,
+            [&program, log] { program.mainWindow()->openPath(vornhale::ui::utf8(log)); });
     }
     QTimer::singleShot(0, &program, [&program] { program.start(); });
     return app.exec();

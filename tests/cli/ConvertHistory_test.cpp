@@ -90,3 +90,73 @@ TEST(ConvertHistory, BrokenDatabasesNeverCrashTheProgram)
         EXPECT_TRUE(status == 0 || status == 1) << status << cli.output;
     }
 }
+
+namespace {
+
+// Converts the sample log, named as in the golden cases, against the HAMLOG export of the
+// tests; returns the command's status.
+int convertSampleWithHistory(Cli& cli, const std::string& args)
+{
+    fs::copy_file(test::sourceDir() / "data" / "sample" / "SAMPLE2026.ALL", cli.dir / "CONTEST.ALL",
+                  fs::copy_options::overwrite_existing);
+    const fs::path history = test::testData("hamlog") / "history.csv";
+    return cli.convert(cli.dir / "CONTEST.ALL",
+                       args + " --set hamlog_hdb_dir=" + quote(history.string()));
+}
+
+// Every trace the program folder holds, one after the other.
+std::string traces(const Cli& cli)
+{
+    std::string all;
+    for (const auto& entry : fs::directory_iterator(cli.home / "Error_Log")) {
+        all += text::decodeSjis(test::readBytes(entry.path()));
+    }
+    return all;
+}
+
+void expectGolden(const Cli& cli, const char* goldenCase)
+{
+    for (const char* file : {"CONTEST_hn.csv", "CONTEST_cn.csv"}) {
+        EXPECT_EQ(test::readBytes(cli.dir / file),
+                  test::readBytes(test::testData("golden") / goldenCase / file))
+            << file << " against " << goldenCase;
+    }
+}
+
+} // namespace
+
+TEST(ConvertHistory, WithCheck3AndCheck4BothOnOnlyTheNToJRewriteRuns)
+{
+    Cli both;
+    ASSERT_EQ(convertSampleWithHistory(both, "--set Option04=2 --set Check3=1 --set Check4=1"), 0)
+        << both.output;
+    // The files are those of the N to J rewrite alone, which differ from the J to N ones.
+    expectGolden(both, "history_sent_n_to_j");
+    EXPECT_NE(test::readBytes(both.dir / "CONTEST_hn.csv"),
+              test::readBytes(test::testData("golden") / "history_sent_j_to_n" / "CONTEST_hn.csv"));
+    const std::string trace = traces(both);
+    EXPECT_NE(trace.find("all_NJ_Chikan_full"), std::string::npos);
+    EXPECT_EQ(trace.find("all_JN_Chikan_full"), std::string::npos);
+}
+
+TEST(ConvertHistory, ANoQslMarkOfNLeavesTheFinalFilesAsTheLastStepMakesThem)
+{
+    Cli keep;
+    ASSERT_EQ(
+        convertSampleWithHistory(keep, "--set Option04=2 --set No_QSL_moji=N --set Check21=1"), 0)
+        << keep.output;
+    expectGolden(keep, "history_card_sent");
+    EXPECT_EQ(traces(keep).find("No_QSL_moji_ReWrite"), std::string::npos);
+    // Neither the rewrite's files nor its copies are left beside the log.
+    for (const char* left : {"CONTEST_h.csv", "CONTEST_c.csv", "CONTEST_h0.csv_1"}) {
+        EXPECT_FALSE(fs::exists(keep.dir / left)) << left;
+    }
+
+    // Any other mark runs the rewrite, which the trace shows; the final files are the same.
+    Cli other;
+    ASSERT_EQ(
+        convertSampleWithHistory(other, "--set Option04=2 --set No_QSL_moji=_ --set Check21=1"), 0)
+        << other.output;
+    EXPECT_NE(traces(other).find("Private Sub No_QSL_moji_ReWrite"), std::string::npos);
+    expectGolden(other, "history_card_sent");
+}

@@ -11,7 +11,7 @@ TEST(CallSplit, PortableSuffixStaysBehindTheHomeCall)
     const auto p = engine::splitCall("ZZ9ZZZ/1");
     EXPECT_EQ(p.base_call, "ZZ9ZZZ");
     EXPECT_EQ(p.call_ext, "1");
-    EXPECT_EQ(p.lookup_call, "ZZ9ZZZ/1");
+    EXPECT_EQ(p.lookupCall, "ZZ9ZZZ/1");
 }
 
 TEST(CallSplit, ShorterPrefixBecomesTheOtherPart)
@@ -31,7 +31,7 @@ TEST(CallSplit, PartsOfEqualLengthKeepTheFirstAsHomeCall)
 TEST(CallSplit, TwoSlashesLookUpTheTextBeforeTheLastAndIgnoreTheThirdPart)
 {
     const auto p = engine::splitCall("ZZ9ZZZ/1/P");
-    EXPECT_EQ(p.lookup_call, "ZZ9ZZZ/1");
+    EXPECT_EQ(p.lookupCall, "ZZ9ZZZ/1");
     EXPECT_EQ(p.base_call, "ZZ9ZZZ");
     EXPECT_EQ(p.call_ext, "1");
 }
@@ -41,7 +41,7 @@ TEST(CallSplit, NoSlashAndTrailingBlanks)
     const auto p = engine::splitCall("JA1ABC       ");
     EXPECT_EQ(p.base_call, "JA1ABC");
     EXPECT_EQ(p.call_ext, "");
-    EXPECT_EQ(p.lookup_call, "JA1ABC");
+    EXPECT_EQ(p.lookupCall, "JA1ABC");
 }
 
 namespace {

@@ -5,6 +5,8 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
+
 using namespace vornhale;
 using engine::ResultRecord;
 
@@ -172,4 +174,42 @@ TEST(FinalOutput, BureauFlagOfTheCodeMarksCardsWithoutBureau)
     const auto [hn, cn] = f.run({r}, {r});
     EXPECT_EQ(hn[0][FQsl], "D");
     EXPECT_EQ(hn[0][FRmks1], "no_Buro");
+}
+
+TEST(FinalOutput, TheReportListsEachRecordInTheColumnsOfTheOldForm)
+{
+    Final f;
+    auto r = result("JA1ABC");
+    r.dx_code = "566A";
+    r.q_name = "SUZUKI";
+    r.rmks2_c = "QSB";
+    auto portable = result("VERYLONGCALL/PORTABLE");
+    f.run({r, portable}, {r, portable});
+    f.c->run.Label37 = "2　件";
+    const auto report = engine::Out_Henkan_Result(*f.c);
+    const auto lines = test::readSjisLines(report);
+    const std::string ham = f.c->run.names.out_name_ham_n;
+    const auto banner = std::find(lines.begin(), lines.end(),
+                                  std::string(10, '-') + "  " + ham + "  " + std::string(10, '-'));
+    ASSERT_NE(banner, lines.end());
+    ASSERT_GE(lines.end() - banner, 9);
+    // The widths of the old fifteen-field form applied to the new one: the time stands where
+    // the date stood, the report where the time stood, the name in the four places of the old
+    // QSL column, then the second remark and the time flag.
+    EXPECT_EQ(banner[1], "JA1ABC        " + std::string("09:05U ") + "599   " + "CW     " + "566A" +
+                             "SUZU" + " " + "QSB" + std::string(16, ' ') + "8" +
+                             std::string(18, ' '));
+    EXPECT_EQ(banner[2], "VERYLONGCALL/P" + std::string("09:05U ") + "599   " + "CW     " +
+                             std::string(8, ' ') + " " + std::string(19, ' ') + "8" +
+                             std::string(18, ' '));
+    EXPECT_EQ(banner[3], "");
+    EXPECT_EQ(banner[4], "");
+    EXPECT_EQ(banner[5], std::string(10, '=') + "  " + ham + "  " + std::string(10, '='));
+    // Then the file itself, line by line, and the closing rule.
+    const auto hamLines = test::readSjisLines(ham);
+    ASSERT_EQ(hamLines.size(), 2u);
+    EXPECT_EQ(banner[6], hamLines[0]);
+    EXPECT_EQ(banner[7], hamLines[1]);
+    EXPECT_EQ(banner[8], std::string(32, '='));
+    EXPECT_EQ(banner + 9, lines.end());
 }

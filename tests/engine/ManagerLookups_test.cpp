@@ -172,6 +172,36 @@ TEST_F(ManagerLookupsTest, TheWalkTakesTheCallsOfAZloLog)
     EXPECT_GT(grid.gridRows, 30);
 }
 
+TEST_F(ManagerLookupsTest, TheWalkTakesTheCallsOfAnRtclTextLogOfEitherGeneration)
+{
+    master({" XX9TST              XX9MGR"});
+    options.set("Get_MNG_use_web", "0");
+    test::writeSjisLines(
+        dir / "NEW.LOG",
+        {R"("1","2026/03/01 09:00","XX9TST","599-001","599-011","14","1","","","","","CW","14025")",
+         R"("QTC","2026/03/01 09:01","XX9QTC","599-002","599-012","14","1","","","","","CW","14025")",
+         R"("2","2026/03/01 09:02","XX9ABC","599-003","599-013","14","1","","","","","CW","14025")"});
+    test::writeSjisLines(
+        dir / "OLD.LOG",
+        {R"("1","2026/03/01","09:00","XX9TST","599-001","599-011","14","1","","","","")"});
+    engine::ReferenceData data;
+    engine::RunContext& c = context(options);
+    c.run.in_name = (dir / "NEW.LOG").string();
+    c.run.setKind(readers::InputKind::LogNew);
+    const engine::ManagerWalkResult newer = engine::mnuGet_MNG_Click(c, data);
+    ASSERT_EQ(newer.rows.size(), 2U);
+    EXPECT_EQ(newer.rows[0].Calls, " XX9TST");
+    EXPECT_EQ(newer.rows[0].transfer, " XX9MGR");
+    EXPECT_EQ(newer.rows[1].Calls, " XX9ABC");
+
+    engine::RunContext& o = context(options);
+    o.run.in_name = (dir / "OLD.LOG").string();
+    o.run.setKind(readers::InputKind::LogOld);
+    const engine::ManagerWalkResult older = engine::mnuGet_MNG_Click(o, data);
+    ASSERT_EQ(older.rows.size(), 1U);
+    EXPECT_EQ(older.rows[0].mng_file, " XX9MGR");
+}
+
 TEST_F(ManagerLookupsTest, TheWalkRefusesAKindItDoesNotRead)
 {
     master({" XX9TST              XX9MGR"});

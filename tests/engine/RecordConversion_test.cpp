@@ -2,6 +2,7 @@
 #include "engine/RecordLookups.h"
 #include "engine/Records.h"
 #include "engine/RemarkLayout.h"
+#include "reference/NameQthMasters.h"
 #include "support/RunFixture.h"
 
 #include <gtest/gtest.h>
@@ -48,10 +49,39 @@ struct Managers : engine::RecordLookups
     }
 };
 
+// The name and QTH masters of the golden cases, read and looked up as a conversion does.
+struct Masters : Managers
+{
+    reference::CallMaster names{reference::CallMaster::Kind::Name};
+    reference::CallMaster qths{reference::CallMaster::Kind::Qth};
+
+    Masters()
+    {
+        names.load(test::testData("masters") / "name_mas.txt");
+        qths.load(test::testData("masters") / "qth_mas.txt");
+    }
+    bool nameMasterOn() override { return true; }
+    std::string nameOf(std::string_view call) override
+    {
+        std::string name, code, qth, remark;
+        reference::get_name_mas(names, call, name, code, qth, remark);
+        return name;
+    }
+    engine::QthEntry qthOf(std::string_view call) override
+    {
+        engine::QthEntry e;
+        int hit = 0;
+        reference::get_qth_mas(qths, call, e.name, e.code, e.qth, e.gl, hit);
+        e.found = hit == 1;
+        return e;
+    }
+};
+
 struct Conversion : test::RunFixture
 {
     settings::Options options = settings::Options::defaults();
     Managers managers;
+    engine::RecordLookups* lookups = &managers;
     std::string inName = "CONTEST.ALL";
     std::string f_type = "all";
 
@@ -67,7 +97,7 @@ struct Conversion : test::RunFixture
             w.close();
         }
         engine::RunContext& c = context(options);
-        c.lookups = &managers;
+        c.lookups = lookups;
         c.run.in_name = (dir / inName).string();
         c.run.f_type = f_type;
         c.run.names = readers::OutputNames::of(c.run.in_name);
@@ -98,6 +128,74 @@ TEST(Henkan_txt, ModesAreNormalised)
     EXPECT_EQ(engine::normaliseMode("PSK6"), "PSK63");
     EXPECT_EQ(engine::normaliseMode("PS6"), "PS6");
     EXPECT_EQ(engine::normaliseMode("CW "), "CW ");
+}
+
+TEST(Henkan_txt, EveryModeSpellingOfTheTableComesOutNormalisedInBothRecords)
+{
+    const std::vector<std::pair<std::string, std::string>> table = {
+        {"RTY", "RTTY"},   {"TTY", "RTTY"},   {"RTT", "RTTY"},  {"STV", "SSTV"},
+        {"SST", "SSTV"},   {"PSK", "PSK31"},  {"PS3", "PSK31"}, {"PS31", "PSK31"},
+        {"PSK3", "PSK31"}, {"PS63", "PSK63"}, {"PSK6", "PSK63"}, {"PS6", "PS6"},
+        {"CW", "CW"},      {"RTTY", "RTTY"},  {"rty", "rty"},
+    };
+    std::vector<EnrichedLine> lines;
+    for (const auto& [logged, normalised] : table) {
+        EnrichedLine e = line("JA1ABC", "JA1ABC");
+        e.q_mode = logged;
+        lines.push_back(e);
+    }
+    Conversion c;
+    const auto [sorts, results] = c.run(lines);
+    ASSERT_EQ(sorts.size(), table.size());
+    for (std::size_t i = 0; i < table.size(); ++i) {
+        EXPECT_EQ(engine::normaliseMode(table[i].first), table[i].second) << table[i].first;
+        EXPECT_EQ(sorts[i][SMode], table[i].second) << table[i].first;
+        EXPECT_EQ(results[i][RMode], table[i].second) << table[i].first;
+    }
+}
+
+TEST(Henkan_txt, TheTimeLetterIsUWhicheverMemberOfOption2IsOn)
+{
+    for (const char* member : {"0", "1"}) {
+        Conversion c;
+        c.options.set("Option2", member);
+        c.options.set("Option05", "0");
+        const auto [sorts, results] = c.run({line("JA1ABC", "JA1ABC"), line("K1XX", "K1XX")});
+        for (std::size_t i = 0; i < 2; ++i) {
+            EXPECT_EQ(sorts[i][STime], "0905U") << "Option2 " << member;
+            EXPECT_EQ(results[i][RTime], "09:05U") << "Option2 " << member;
+        }
+    }
+}
+
+TEST(Henkan_txt, ASixCharacterCallWithoutSuffixHasTheSameTextInCallKeyAndQCall)
+{
+    Conversion c;
+    const auto [sorts, results] = c.run({line("JA1ABC", "JA1ABC"), line("K1XX/4", "K1XX", "4")});
+    EXPECT_EQ(sorts[0][SCall], "JA1ABC");
+    EXPECT_EQ(sorts[0][SCall23], "JA1ABC");
+    EXPECT_EQ(results[0][RCall], results[0][19]);
+    // A call with a suffix keeps its home call as the key.
+    EXPECT_EQ(sorts[1][SCall], "K1XX");
+    EXPECT_EQ(sorts[1][SCall23], "K1XX/4");
+}
+
+TEST(Henkan_txt, WithCheck27OffTheNameComesFromTheNameMasterNotTheQthMaster)
+{
+    for (const char* check27 : {"0", "1"}) {
+        Conversion c;
+        Masters masters;
+        c.lookups = &masters;
+        c.options.set("Check15", "1");
+        c.options.set("Check29", "1");
+        c.options.set("Check25", "1");
+        c.options.set("Check27", check27);
+        const auto [sorts, results] = c.run({line("JA1ZZZ", "JA1ZZZ")});
+        // The QTH master is consulted all the same: its code replaces the entity's.
+        EXPECT_EQ(results[0][RCode], "100110");
+        EXPECT_EQ(results[0][RName], std::string(check27) == "0" ? "鈴木 一郎" : "鈴木 一郎Q");
+        EXPECT_EQ(sorts[0][SName], results[0][RName]);
+    }
 }
 
 TEST(Henkan_txt, WritesOneSortAndOneResultRecordPerContact)

@@ -32,7 +32,7 @@ std::string row1(const std::string& cells, const std::string& widths, const Rema
                  bool check1, bool check5 = false)
 {
     const RemarkLayout l = layoutOf(cells, widths);
-    return engine::compose_rmks(l.row1(), v, l, check1, check5);
+    return engine::compose_rmks(l.row1(), l.cellWidths1(), v, l, check1, check5);
 }
 
 } // namespace
@@ -124,6 +124,20 @@ TEST(compose_rmks, MemoEqualsWithAWidthAndCheck1GivesBlanksAndOneSeparator)
     EXPECT_EQ(row1("memo=,Rcvd,,,,,,,,,,,", "0,3,0,0,0,0,0,0,0,0,0,0,", v, true), " 13  ");
 }
 
+TEST(compose_rmks, MemoEqualsInEachRowTakesTheWidthOfTheItemBeforeItInThatRow)
+{
+    const RemarkLayout l = layoutOf(",Rcvd,,,,,,memo=,,,,,", "0,4,0,0,0,0,0,9,0,0,0,0,",
+                                    ",Calls,Rcvd,,,,,ｺﾝﾃｽﾄ,,,,memo=,", "0,2,4,0,0,0,0,7,0,0,0,5,");
+    RemarkValues v;
+    v.rcvd_text = "13";
+    v.cont_name = "CN";
+    v.q_memo = "QSB599";
+    const engine::RemarkComposer composer(l, false, false);
+    // Row 1: the width of "Rcvd"; row 2: the width of "ｺﾝﾃｽﾄ", seven characters.
+    EXPECT_EQ(composer.compose_rmks(1, v), "13  memo");
+    EXPECT_EQ(composer.compose_rmks(2, v), "  13  CN     memo=QS");
+}
+
 TEST(compose_rmks, OpPercentWrapsTheOperatorOrGivesNothing)
 {
     RemarkValues v;
@@ -199,10 +213,10 @@ TEST(compose_rmks, ComposesBothRowsWithTheSharedWidths)
     v.rmk1 = "R";
     v.rcvd_text = "5";
     // The second row's cell set the manager's width last: both rows use 0 for it.
-    EXPECT_EQ(engine::compose_rmks(l.row1(), v, l, false, false), "@AR");
-    EXPECT_EQ(engine::compose_rmks(l.row2(), v, l, false, false), "5 @A");
+    EXPECT_EQ(engine::compose_rmks(l.row1(), l.cellWidths1(), v, l, false, false), "@AR");
+    EXPECT_EQ(engine::compose_rmks(l.row2(), l.cellWidths2(), v, l, false, false), "5 @A");
     const engine::RemarkComposer bound(l, false, false);
-    EXPECT_EQ(bound.compose_rmks(l.row2(), v), "5 @A");
+    EXPECT_EQ(bound.compose_rmks(2, v), "5 @A");
 }
 
 TEST(compose_rmks, AnUnknownWordAddsAnEmptyPart)
@@ -212,11 +226,13 @@ TEST(compose_rmks, AnUnknownWordAddsAnEmptyPart)
     v.q_op = "JA1";
     // Display words are not working words: "Zone" is unknown here.
     const RemarkLayout fixed = layoutOf("Rcvd,OP,,,,,,,,,,,", "3,0,0,0,0,0,0,0,0,0,0,0,");
-    EXPECT_EQ(engine::compose_rmks({"Rcvd", "Zone", "OP"}, v, fixed, true, false), "13   JA1 ");
-    EXPECT_EQ(engine::compose_rmks({"Rcvd", "Zone", "OP"}, v, fixed, false, false), "13 JA1");
+    EXPECT_EQ(engine::compose_rmks({"Rcvd", "Zone", "OP"}, {3, 0, 0}, v, fixed, true, false),
+              "13   JA1 ");
+    EXPECT_EQ(engine::compose_rmks({"Rcvd", "Zone", "OP"}, {3, 0, 0}, v, fixed, false, false),
+              "13 JA1");
     const RemarkLayout free = layoutOf("Rcvd,OP,,,,,,,,,,,", kZeros);
-    EXPECT_EQ(engine::compose_rmks({"OP", "xyz"}, v, free, true, false), "JA1 ");
-    EXPECT_EQ(engine::compose_rmks({"OP", "xyz"}, v, free, false, false), "JA1");
+    EXPECT_EQ(engine::compose_rmks({"OP", "xyz"}, {0, 0}, v, free, true, false), "JA1 ");
+    EXPECT_EQ(engine::compose_rmks({"OP", "xyz"}, {0, 0}, v, free, false, false), "JA1");
     // An unknown word from the keys takes no width either.
     v.q_op.clear();
     EXPECT_EQ(row1("Rcvd,xyz,,,,,,,,,,,", "3,0,0,0,0,0,0,0,0,0,0,0,", v, false), "13 ");
@@ -231,7 +247,7 @@ TEST(compose_rmks, OddWidthsNeverCrash)
     EXPECT_EQ(row1("MNG,Rcvd,,,,,,,,,,,", "-3,0,0,0,0,0,0,0,0,0,0,0,", v, false), "13");
     EXPECT_EQ(row1("MNG,,,,,,,,,,,,", "99999999,0,0,0,0,0,0,0,0,0,0,0,", v, false).size(),
               32767u);
-    EXPECT_EQ(engine::compose_rmks({}, v, layoutOf(kEmptyRow, kZeros), true, false), "");
+    EXPECT_EQ(engine::compose_rmks({}, {}, v, layoutOf(kEmptyRow, kZeros), true, false), "");
 }
 
 TEST(iota_chk, PadsTheNumberToThreeDigitsBehindTheContinent)

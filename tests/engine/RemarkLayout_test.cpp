@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <stdexcept>
 #include <string>
 #include <vector>
 
@@ -142,6 +143,7 @@ TEST(RemarkLayout, MemoEqualsGetsNoWidthSlotWhenDrawn)
     // Its own width is dropped; as the first item looked up it takes the starting width.
     EXPECT_EQ(l.total_width(), 0);
     EXPECT_EQ(l.widthOf("memo="), 0);
+    EXPECT_EQ(l.cellWidths1(), (Widths{0}));
     EXPECT_EQ(l.Rmks1_cfg_len(), kZeros);
 }
 
@@ -151,7 +153,8 @@ TEST(RemarkLayout, MemoEqualsTakesTheWidthLookedUpLast)
                             kZeros);
     EXPECT_EQ(l.Rmks1_cfg_len(), "5,5,2,0,0,0,0,0,0,0,0,0,");
     EXPECT_EQ(l.cellWidths1(), (Widths{5, 5, 2}));
-    EXPECT_EQ(l.widthOf("memo="), 5);
+    // The slot lookup has nothing for it: only its cell carries the width.
+    EXPECT_EQ(l.widthOf("memo="), 0);
     // The sum counts the slots only: Rcvd and OP.
     EXPECT_EQ(l.total_width(), 7);
 }
@@ -161,8 +164,25 @@ TEST(RemarkLayout, MemoEqualsFirstInTheSecondRowTakesTheLastWidthOfTheFirstRow)
     const auto l = layoutOf("MNG,Zone,,,,,,,,,,,", "memo=,Rcvd,,,,,,,,,,,",
                             "6,3,0,0,0,0,0,0,0,0,0,0,", "8,1,0,0,0,0,0,0,0,0,0,0,");
     EXPECT_EQ(l.Rmks2_cfg_len(), "3,1,0,0,0,0,0,0,0,0,0,0,");
-    EXPECT_EQ(l.widthOf("memo="), 3);
+    EXPECT_EQ(l.cellWidths2(), (Widths{3, 1}));
     EXPECT_EQ(l.total_width(), 10);
+}
+
+TEST(RemarkLayout, MemoEqualsTakesTheWidthLookedUpJustBeforeItInItsOwnRow)
+{
+    // Row 1 packs first, then row 2; each "memo=" cell takes the width of the item looked
+    // up just before it, so the one in row 2 follows "ｺﾝﾃｽﾄ", not what row 1 found.
+    const auto l = layoutOf(",Rcvd,,,,,,memo=,,,,,", ",Calls,Rcvd,,,,,ｺﾝﾃｽﾄ,,,,memo=,",
+                            "0,4,0,0,0,0,0,9,0,0,0,0,", "0,2,4,0,0,0,0,7,0,0,0,5,");
+    EXPECT_EQ(l.row1(), (Words{"Rcvd", "memo="}));
+    EXPECT_EQ(l.row2(), (Words{"Calls", "Rcvd", "cont_name_h", "memo="}));
+    EXPECT_EQ(l.cellWidths1(), (Widths{4, 4}));
+    EXPECT_EQ(l.cellWidths2(), (Widths{2, 4, 7, 7}));
+    EXPECT_EQ(l.Rmks1_cfg_len(), "4,4,0,0,0,0,0,0,0,0,0,0,");
+    EXPECT_EQ(l.Rmks2_cfg_len(), "2,4,7,7,0,0,0,0,0,0,0,0,");
+    EXPECT_EQ(l.cellWidths(2), l.cellWidths2());
+    EXPECT_EQ(l.row(1), l.row1());
+    EXPECT_THROW(l.row(3), std::out_of_range);
 }
 
 TEST(RemarkLayout, TotalWidthSumsTheSlotsOnce)
@@ -241,7 +261,8 @@ TEST(RemarkLayout, AnUnknownCaptionStaysAndWritesTheWidthLookedUpLast)
     const auto l = layoutOf("OP,xyz,,,,,,,,,,,", kEmptyRow, "4,9,0,0,0,0,0,0,0,0,0,0,", kZeros);
     EXPECT_EQ(l.row1(), (Words{"OP", "xyz"}));
     EXPECT_FALSE(l.slotWidth("xyz").has_value());
-    EXPECT_EQ(l.widthOf("xyz"), 4);
+    EXPECT_EQ(l.cellWidths1(), (Widths{4, 4}));
+    EXPECT_EQ(l.widthOf("xyz"), 0);
     EXPECT_EQ(l.widthOf("absent"), 0);
     EXPECT_EQ(l.total_width(), 4);
 }

@@ -86,10 +86,10 @@ public:
     long last = -1;
 };
 
-class Scan : public ::testing::Test
+class HistoryScanTest : public ::testing::Test
 {
 protected:
-    Scan()
+    HistoryScanTest()
     {
         fs::create_directories(m_dir / "Work");
         fs::create_directories(m_dir / "Temp_Files");
@@ -113,7 +113,7 @@ protected:
     {
         MemoryReader reader(std::move(records));
         HistoryScan s = scan();
-        EXPECT_TRUE(s.read_hl_hdb(kind, reader));
+        EXPECT_TRUE(s.readDatabase(kind, reader));
         s.sum_bak_2();
         s.sum_bak_3(kind);
         return master(kind);
@@ -129,12 +129,12 @@ constexpr const char* kClosing = "\"YYYYYYE2       \",\"YYYYYY       \",\"E2\"\r
                                  "\"ZZZZZYE2       \",\"ZZZZZZ       \",\"E2\"\r\n";
 constexpr const char* kEmptyMaster = "\"YYYYYY\",\"E2\"\r\n\"ZZZZZZ\",\"E2\"\r\nZZZ/ZZZZZZ,E2\r\n";
 
-TEST_F(Scan, WritesOneLinePerRecordAndTheClosingLines)
+TEST_F(HistoryScanTest, WritesOneLinePerRecordAndTheClosingLines)
 {
     MemoryReader reader({contact("XX9TST", "24/01/01", "14.025", "CW"),
                          contact("VERYLONGCALL/QRP", "24/01/01", "144", "SSB"),
                          contact("A\"B", "24/01/01", "5", "FT8")});
-    ASSERT_TRUE(scan().read_hl_hdb(1, reader));
+    ASSERT_TRUE(scan().readDatabase(1, reader));
     EXPECT_EQ(bak("bak_1.txt"), std::string("\"XX9TST       E2\",\"XX9TST       \",\"E2\"\r\n"
                                             "\"VERYLONGCALL/K1\",\"VERYLONGCALL/\",\"K1\"\r\n"
                                             "\"A\"\"B         Z9\",\"A\"\"B         \",\"Z9\"\r\n") +
@@ -142,7 +142,7 @@ TEST_F(Scan, WritesOneLinePerRecordAndTheClosingLines)
     EXPECT_EQ(reader.closes, 1);
 }
 
-TEST_F(Scan, AnEmptyDatabaseGivesTheThreeClosingLines)
+TEST_F(HistoryScanTest, AnEmptyDatabaseGivesTheThreeClosingLines)
 {
     EXPECT_EQ(scanned({}), kEmptyMaster);
     EXPECT_EQ(bak("bak_1.txt"), kClosing);
@@ -152,7 +152,7 @@ TEST_F(Scan, AnEmptyDatabaseGivesTheThreeClosingLines)
     EXPECT_TRUE(m.chk_bak_qso("YYYYYY", "E", "2", true, true));
 }
 
-TEST_F(Scan, TheCenturyRuleOfTheDatabaseDate)
+TEST_F(HistoryScanTest, TheCenturyRuleOfTheDatabaseDate)
 {
     m_options.set("Start_date", "20000101");
     m_options.set("End_date", "20991231");
@@ -164,7 +164,7 @@ TEST_F(Scan, TheCenturyRuleOfTheDatabaseDate)
               std::string("\"OLD\",\"C2\"\r\n") + kEmptyMaster);
 }
 
-TEST_F(Scan, BothEndsOfThePeriodBelongToIt)
+TEST_F(HistoryScanTest, BothEndsOfThePeriodBelongToIt)
 {
     m_options.set("Start_date", "20240110");
     m_options.set("End_date", "20240120");
@@ -173,18 +173,18 @@ TEST_F(Scan, BothEndsOfThePeriodBelongToIt)
               std::string("\"B1\",\"C2\"\r\n\"C1\",\"C2\"\r\n") + kEmptyMaster);
 }
 
-TEST_F(Scan, AnEmptyEndDateTakesToday)
+TEST_F(HistoryScanTest, AnEmptyEndDateTakesToday)
 {
     m_options.set("End_date", "");
     MemoryReader reader({contact("PAST", "24/06/30", "7", "CW"), contact("LATER", "24/07/02", "7", "CW")});
     HistoryScan s = scan();
     s.setToday("20240701");
-    ASSERT_TRUE(s.read_hl_hdb(1, reader));
+    ASSERT_TRUE(s.readDatabase(1, reader));
     EXPECT_EQ(m_options.value("End_date"), "20240701");
     EXPECT_EQ(bak("bak_1.txt"), std::string("\"PAST         C2\",\"PAST         \",\"C2\"\r\n") + kClosing);
 }
 
-TEST_F(Scan, SentAndReceivedScansLookAtTheirQslPosition)
+TEST_F(HistoryScanTest, SentAndReceivedScansLookAtTheirQslPosition)
 {
     const std::vector<HamlogFields> records = {
         contact("NONE", "24/01/01", "7", "CW", "J  "), contact("SENT", "24/01/01", "7", "CW", "J* "),
@@ -199,7 +199,7 @@ TEST_F(Scan, SentAndReceivedScansLookAtTheirQslPosition)
               std::string("\"BOTH\",\"C2\"\r\n\"RCVD\",\"C2\"\r\n") + kEmptyMaster);
 }
 
-TEST_F(Scan, ACodeStandsOncePerCallAndTheCodesInOrder)
+TEST_F(HistoryScanTest, ACodeStandsOncePerCallAndTheCodesInOrder)
 {
     EXPECT_EQ(scanned({contact("XX9TST", "24/01/01", "144", "SSB"),
                        contact("XX9TST", "24/01/01", "14", "CW"),
@@ -210,7 +210,7 @@ TEST_F(Scan, ACodeStandsOncePerCallAndTheCodesInOrder)
                   "\"YYYYYY\",\"E2\"\r\n\"ZZZZZZ\",\"E2\"\r\n\"xx9tst\",\"C2\"\r\nZZZ/ZZZZZZ,E2\r\n");
 }
 
-TEST_F(Scan, TheClosingRecordsSortAmongTheOthers)
+TEST_F(HistoryScanTest, TheClosingRecordsSortAmongTheOthers)
 {
     EXPECT_EQ(scanned({contact("YYYYYY", "24/01/01", "144", "SSB"),
                        contact("ZZZZZZ", "24/01/01", "144", "SSB"),
@@ -220,7 +220,7 @@ TEST_F(Scan, TheClosingRecordsSortAmongTheOthers)
               "\"ZZZZZYZ\",\"C2\"\r\n\"ZZZZZZ\",\"K1\"\r\nZZZ/ZZZZZZ,E2\r\n");
 }
 
-TEST_F(Scan, ShowsItsStepsAndProgress)
+TEST_F(HistoryScanTest, ShowsItsStepsAndProgress)
 {
     m_options.set("hamlog_hdb_dir", "/some/where/Hamlog.hdb");
     scanned({contact("A1", "24/01/01", "7", "CW"), contact("B1", "24/01/01", "7", "CW")});
@@ -235,23 +235,23 @@ TEST_F(Scan, ShowsItsStepsAndProgress)
     EXPECT_EQ(m_observer.last, 0);
     m_observer.statuses.clear();
     MemoryReader reader({});
-    scan().read_hl_hdb(3, reader);
+    scan().readDatabase(3, reader);
     EXPECT_EQ(m_observer.statuses[0].first, "Hamlog.．ｈｄｂ の 読込 for No QSL");
 }
 
-TEST_F(Scan, WritesItsNameToTheTrace)
+TEST_F(HistoryScanTest, WritesItsNameToTheTrace)
 {
     test::TempDir logs;
     base::Trace trace(logs.path());
     HistoryScan s(m_dir / "Work", m_dir / "Temp_Files", m_options, trace, m_observer);
     MemoryReader reader({});
-    s.read_hl_hdb(2, reader);
+    s.readDatabase(2, reader);
     const auto lines = test::readSjisLines(trace.path());
     ASSERT_FALSE(lines.empty());
     EXPECT_EQ(lines[0], "Private sub read_hl_hdb_2()");
 }
 
-TEST_F(Scan, AFailedOpenReportsItAndKeepsThePreviousMaster)
+TEST_F(HistoryScanTest, AFailedOpenReportsItAndKeepsThePreviousMaster)
 {
     test::writeBytes(m_dir / "Temp_Files" / "bak_qso.mas1_p", "previous master\r\n");
     m_options.set("Check19", "1");
@@ -264,7 +264,7 @@ TEST_F(Scan, AFailedOpenReportsItAndKeepsThePreviousMaster)
               fileDateTime(m_dir / "Hamlog.hdb"));
 }
 
-TEST_F(Scan, AFailedReadThrowsAndKeepsThePreviousMaster)
+TEST_F(HistoryScanTest, AFailedReadThrowsAndKeepsThePreviousMaster)
 {
     test::writeBytes(m_dir / "Temp_Files" / "bak_qso.mas1_p", "previous master\r\n");
     std::vector<test::HdbRecord> records(3);
@@ -277,7 +277,7 @@ TEST_F(Scan, AFailedReadThrowsAndKeepsThePreviousMaster)
     EXPECT_EQ(master(), "previous master\r\n");
 }
 
-TEST_F(Scan, AMissingDatabaseIsAFailedOpen)
+TEST_F(HistoryScanTest, AMissingDatabaseIsAFailedOpen)
 {
     fs::remove(m_dir / "Hamlog.hdb");
     EXPECT_EQ(scan().run(), HistoryStep::OpenFailed);
@@ -285,14 +285,14 @@ TEST_F(Scan, AMissingDatabaseIsAFailedOpen)
     EXPECT_EQ(scan().run(), HistoryStep::OpenFailed);
 }
 
-TEST_F(Scan, ADatabaseOfAnotherFormatIsAFailedOpen)
+TEST_F(HistoryScanTest, ADatabaseOfAnotherFormatIsAFailedOpen)
 {
     test::writeBytes(m_dir / "Hamlog.hdb", "no database at all");
     EXPECT_EQ(scan().run(), HistoryStep::OpenFailed);
     EXPECT_FALSE(fs::exists(m_dir / "Temp_Files" / "bak_qso.mas1_p"));
 }
 
-TEST_F(Scan, WithoutBak3TheMasterStays)
+TEST_F(HistoryScanTest, WithoutBak3TheMasterStays)
 {
     test::writeBytes(m_dir / "Temp_Files" / "bak_qso.mas2_p", "previous master\r\n");
     EXPECT_THROW(scan().sum_bak_3(2), failure::Failure);
@@ -300,7 +300,7 @@ TEST_F(Scan, WithoutBak3TheMasterStays)
     EXPECT_FALSE(fs::exists(m_dir / "Temp_Files" / "bak_qso.mas2_p.writing"));
 }
 
-TEST_F(Scan, OptionZeroDoesNothingAndOption01OffScansNothing)
+TEST_F(HistoryScanTest, OptionZeroDoesNothingAndOption01OffScansNothing)
 {
     m_options.set("Option04", "0");
     EXPECT_EQ(scan().run(), HistoryStep::Off);
@@ -311,7 +311,7 @@ TEST_F(Scan, OptionZeroDoesNothingAndOption01OffScansNothing)
     EXPECT_FALSE(fs::exists(m_dir / "Work" / "bak_1.txt"));
 }
 
-class Reuse : public Scan
+class Reuse : public HistoryScanTest
 {
 protected:
     Reuse()
@@ -415,7 +415,7 @@ std::vector<std::string> someCalls(std::size_t count)
     return calls;
 }
 
-TEST_F(Scan, AGeneratedDatabaseAndItsCsvExportGiveTheSameMaster)
+TEST_F(HistoryScanTest, AGeneratedDatabaseAndItsCsvExportGiveTheSameMaster)
 {
     const std::vector<std::string> calls = someCalls(500);
     const char* freqs[] = {"1.9", "3.5", "7", "14", "21", "28", "50", "144", "430", "1200"};
@@ -475,7 +475,7 @@ TEST_F(Scan, AGeneratedDatabaseAndItsCsvExportGiveTheSameMaster)
 namespace vornhale::history {
 namespace {
 
-TEST_F(Scan, SortsBak1AsTheFileSortDoesOnColumnsOneToSixteen)
+TEST_F(HistoryScanTest, SortsBak1AsTheFileSortDoesOnColumnsOneToSixteen)
 {
     const std::string lines[] = {"\"B            E2\",\"B\",\"E2\"", "\"A            K1\",\"A\",\"K1\"",
                                  "\"A\xe9           C2\",\"x\",\"C2\"", "\"A",

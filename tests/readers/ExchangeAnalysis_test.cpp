@@ -254,20 +254,20 @@ TEST_F(Pass, TextLogsWarnWhenTheLayoutLacksDxOrCallsForLongCalls)
 {
     layout = layoutOf("MNG,$DX,Calls,,");
     calls({"JA1ABCD"});
-    EXPECT_FALSE(a.lblDX_warning);
+    EXPECT_FALSE(a.dxLabelsRed);
     EXPECT_EQ(a.dx_item_count, 1);
     EXPECT_EQ(a.calls_item_count, 1);
 
     layout = layoutOf("MNG,$DX,,", "Rcvd,");
     calls({"JA1ABCD"});
-    EXPECT_TRUE(a.lblDX_warning);
+    EXPECT_TRUE(a.dxLabelsRed);
     calls({"JA1ABC"});
-    EXPECT_FALSE(a.lblDX_warning);
+    EXPECT_FALSE(a.dxLabelsRed);
 
     // Without "$DX" a text log always warns.
     layout = layoutOf("MNG,Calls,,");
     calls({"JA1ABC"});
-    EXPECT_TRUE(a.lblDX_warning);
+    EXPECT_TRUE(a.dxLabelsRed);
 }
 
 // --- Missing items after a text pass --------------------------------------------------------
@@ -421,7 +421,7 @@ TEST(CheckRcvdZlo, CountsPortablesAndLongCallsWithoutTouchingTheFlags)
     EXPECT_EQ(a.portable_count, 1);
     EXPECT_EQ(a.long_call_count, 2);
     // A portable and no "$DX": the warning.
-    EXPECT_TRUE(a.lblDX_warning);
+    EXPECT_TRUE(a.dxLabelsRed);
 
     // Run twice on one open, the counts are those of the file.
     a.check_rcvd_zlo(file, layout);
@@ -439,9 +439,9 @@ TEST(CheckRcvdZlo, WarnsOnlyForWhatTheLayoutLacks)
     ExchangeAnalysis a;
     a.check_rcvd_zlo(file, layoutOf("MNG,Calls,,"));
     // No portable: a .ZLO log needs no "$DX".
-    EXPECT_FALSE(a.lblDX_warning);
+    EXPECT_FALSE(a.dxLabelsRed);
     a.check_rcvd_zlo(file, layoutOf("MNG,,"));
-    EXPECT_TRUE(a.lblDX_warning);
+    EXPECT_TRUE(a.dxLabelsRed);
     EXPECT_EQ(a.missing_items, "");
 }
 

@@ -159,7 +159,7 @@ TEST_F(RtclPass, LongCallsAndTheLayoutTailAsForEveryTextLog)
     layout = layoutOf("MNG,Zone,,");
     old({"599-NY"}, "TEST.log", "ZZ9ZZZZ/ABCDEFG");
     EXPECT_EQ(a.long_call_count, 2);
-    EXPECT_TRUE(a.lblDX_warning); // neither "$DX" nor "Calls" in the layout
+    EXPECT_TRUE(a.dxLabelsRed); // neither "$DX" nor "Calls" in the layout
     EXPECT_EQ(a.missing_items, " zone 番号 , ");
     EXPECT_EQ(a.lblMsg1.text, " ｺﾝﾃｽﾄ・ﾅﾝﾊﾞｰ に下記は含まれません。");
 }

@@ -625,7 +625,7 @@ TEST_F(ZloHeadRun, TheHeaderPassCountsPortableAndLongCalls)
     EXPECT_EQ(head(ZloWriter().header("X").qso(portable).qso(longCall).bytes()), ZloHead::Read);
     EXPECT_EQ(analysis.portable_count, 1);
     EXPECT_EQ(analysis.long_call_count, 1);
-    EXPECT_TRUE(analysis.lblDX_warning);
+    EXPECT_TRUE(analysis.dxLabelsRed);
 }
 
 // --- The open -------------------------------------------------------------------------------

@@ -293,8 +293,8 @@ TEST(ProvinceMaster, ContestNameChoosesMasFromTheMasFolderAndDatFromTheDatFolder
         reference::read_cont_name_zlo("REFコンテスト(DX)", dir.path(), "/p/Prov/", "/z/", "old");
     EXPECT_TRUE(c.Prov_auto_found);
     EXPECT_EQ(c.mas_dat_name, "/p/Prov/F_prov.MAS");
-    EXPECT_EQ(c.cfg_third, "ref.cfg");
-    EXPECT_EQ(c.cfg_number, "1");
+    EXPECT_EQ(c.thirdItem, "ref.cfg");
+    EXPECT_EQ(c.fourthItem, "1");
 
     c = reference::read_cont_name_zlo("RSGB 7MHz (DX)", dir.path(), "/p/Prov/", "/z/", "old");
     EXPECT_TRUE(c.Prov_auto_found);
@@ -326,7 +326,7 @@ TEST(ProvinceMaster, ContestNameTakesTheFirstEqualLineAndToleratesShortLines)
                          {"h", "Short", "X,first.mas", "X,second.mas,-,2"});
     const auto c = reference::read_cont_name_zlo("X", dir.path(), "/p/", "/z/", "");
     EXPECT_EQ(c.mas_dat_name, "/p/first.mas");
-    EXPECT_EQ(c.cfg_number, "");
+    EXPECT_EQ(c.fourthItem, "");
     EXPECT_EQ(reference::read_cont_name_zlo("Short", dir.path(), "/p/", "/z/", "k").mas_dat_name,
               "k");
 }

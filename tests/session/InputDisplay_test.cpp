@@ -1,5 +1,4 @@
 #include "session/InputDisplay.h"
-
 #include "support/TestSupport.h"
 
 #include <gtest/gtest.h>

@@ -1,6 +1,5 @@
-#include "session/OpenActions.h"
-
 #include "readers/InputKinds.h"
+#include "session/OpenActions.h"
 
 #include <gtest/gtest.h>
 

@@ -990,3 +990,27 @@ TEST_F(OptionModelTest, TheModelWorksWithoutSettingsFiles)
     EXPECT_FALSE(std::filesystem::exists(dir / "Vornhale_new.ini"));
     EXPECT_EQ(m.fileCalls().front(), "ini_read_new");
 }
+
+TEST_F(OptionModelTest, ATickWithoutAKeyStartsFromItsDefaultAtTheFirstLoad)
+{
+    options.set("Check13", "");
+    load();
+    EXPECT_TRUE(model->tick("Check13"));
+    EXPECT_EQ(options.value("Check13"), "1");
+    // The manager tick has no default: it stays off.
+    EXPECT_FALSE(model->tick("Check9"));
+}
+
+TEST_F(OptionModelTest, ATickWithoutAKeyChangedInTheStoreIsShownAtOnce)
+{
+    load();
+    model->clickTick("Check13");
+    ASSERT_FALSE(model->tick("Check13"));
+    std::vector<std::string> told;
+    model->subscribe([&told](std::string_view name) { told.emplace_back(name); });
+    // As the open does for a path holding "REF".
+    options.set("Check13", "1");
+    EXPECT_TRUE(model->tick("Check13"));
+    EXPECT_EQ(model->colour("Check13"), Colour::Blue);
+    EXPECT_NE(std::find(told.begin(), told.end(), "Check13"), told.end());
+}

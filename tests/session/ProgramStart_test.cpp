@@ -1,10 +1,12 @@
 #include "session/ProgramStart.h"
+#include "session/Session.h"
 #include "settings/WorkingFolderCleanup.h"
 #include "settings/ProfileFile.h"
 #include "support/RecordingFrontEnd.h"
 #include "support/TestSupport.h"
 #include "text/Chars.h"
 
+#include <algorithm>
 #include <filesystem>
 #include <gtest/gtest.h>
 #include <memory>
@@ -423,5 +425,52 @@ TEST(ProgramStart, ANewProgramFolderGetsTheSystemPrefixListButKeepsItsOwn)
         s.main();
         EXPECT_EQ(test::readBytes(s.file("cty.dat")), "my own list");
     }
+    ::unsetenv("VORNHALE_CTY_DAT");
+}
+
+TEST(ProgramStart, ASecondConversionOfOneStartSkipsThePreparationOfTheMasters)
+{
+    const fs::path systemCty = "/usr/share/hamradio-files/cty.dat";
+    if (!fs::is_regular_file(systemCty)) {
+        GTEST_SKIP() << "Debian's hamradio-files (cty.dat) is not installed";
+    }
+    ::setenv("VORNHALE_CTY_DAT", systemCty.c_str(), 1);
+    test::TempDir dir;
+    const fs::path log = dir / "T.ALL";
+    fs::copy_file(test::sourceDir() / "data" / "sample" / "SAMPLE2026.ALL", log);
+    test::RecordingDialogs dialogs;
+    test::RecordingObserver observer;
+    auto startAndConvert = [&](session::Session& s) {
+        s.acceptEnvironment();
+        EXPECT_TRUE(s.checkRequiredFiles(true));
+        s.loadMainWindow();
+        EXPECT_EQ(s.open(log, "", observer), readers::OpenResult::Opened);
+        return s.runConversion(observer);
+    };
+    auto preparations = [](session::Session& s) {
+        const auto lines = test::readSjisLines(s.trace().path());
+        return std::count(lines.begin(), lines.end(), "Private sub cmdStart_ardx_sep");
+    };
+
+    session::Session first(dir / "home", dialogs);
+    ASSERT_EQ(startAndConvert(first).end, session::RunOutcome::End::Done);
+    const fs::path shortMaster = first.folder().strPath / "cty_mastS.txt";
+    ASSERT_TRUE(fs::exists(shortMaster));
+    const std::string results = test::readBytes(dir / "T_hn.csv");
+    EXPECT_EQ(preparations(first), 1);
+
+    // The masters are made once a start: the second run works from memory, so the file the
+    // first one made is not made again.
+    fs::remove(shortMaster);
+    EXPECT_EQ(first.runConversion(observer).end, session::RunOutcome::End::Done);
+    EXPECT_FALSE(fs::exists(shortMaster));
+    EXPECT_EQ(preparations(first), 1);
+    EXPECT_EQ(test::readBytes(dir / "T_hn.csv"), results);
+    first.end(true);
+
+    // A new start of the program makes them again.
+    session::Session second(dir / "home", dialogs);
+    ASSERT_EQ(startAndConvert(second).end, session::RunOutcome::End::Done);
+    EXPECT_TRUE(fs::exists(shortMaster));
     ::unsetenv("VORNHALE_CTY_DAT");
 }

@@ -3,9 +3,8 @@
 #include "settings/SettingsFiles.h"
 #include "support/TestSupport.h"
 
-#include <gtest/gtest.h>
-
 #include <filesystem>
+#include <gtest/gtest.h>
 
 using namespace vornhale;
 using namespace vornhale::settings;

@@ -461,6 +461,21 @@ TEST(LayoutModel, MemoEqualsGetsTheWidthLookedUpLast)
     EXPECT_EQ(f.widthsFromCells(1, 3), "4,4,0,");
 }
 
+TEST(LayoutModel, MemoEqualsTakesTheWidthLookedUpJustBeforeItRowOneThenRowTwo)
+{
+    Options o = keys(",Rcvd,,,,,,memo=,,,,,", ",Calls,Rcvd,,,,,ｺﾝﾃｽﾄ,,,,memo=,",
+                     "0,4,0,0,0,0,0,9,0,0,0,0,", "0,2,4,0,0,0,0,7,0,0,0,5,");
+    LayoutModel m(o);
+    m.Disp_Rmks_cfg_bas();
+    m.Sort_2();
+    EXPECT_EQ(o.value("Rmks1_cfg_len"), "4,4,0,0,0,0,0,0,0,0,0,0,");
+    m.Sort_3();
+    EXPECT_EQ(o.value("Rmks2_cfg"), "Calls,Rcvd,ｺﾝﾃｽﾄ,memo=,,,,,,,,,");
+    EXPECT_EQ(o.value("Rmks2_cfg_len"), "2,4,7,7,0,0,0,0,0,0,0,0,");
+    EXPECT_EQ(m.tableWidths(1)[1], "4");
+    EXPECT_EQ(m.tableWidths(2)[3], "7");
+}
+
 TEST(LayoutModel, WidthsAndNamesFromCells)
 {
     Options o = keys("MNG,,memo=,ｺﾝﾃｽﾄ,,,,,,,,,", kZeros, "6,0,0,12,0,0,0,0,0,0,0,0,", kZeros);

@@ -3,7 +3,6 @@
 // the result files, a failure and the stop button.
 
 #include "UiTestSupport.h"
-
 #include "session/Session.h"
 #include "settings/ProfileFile.h"
 #include "support/TestSupport.h"
@@ -25,11 +24,10 @@
 #include <QTableWidget>
 #include <QTest>
 #include <QTimer>
-
 #include <fstream>
-#include <vector>
-#include <unistd.h>
 #include <memory>
+#include <unistd.h>
+#include <vector>
 
 using namespace vornhale;
 using ui::qs;
@@ -81,7 +79,10 @@ struct Started
         click(QStringLiteral("cmdStart"));
         return finished.wait(timeoutMs) || finished.count() > 0;
     }
-    QString gridCount(int row) { return find<QTableWidget>(QStringLiteral("MSFlexGrid1"))->item(row, 1)->text(); }
+    QString gridCount(int row)
+    {
+        return find<QTableWidget>(QStringLiteral("MSFlexGrid1"))->item(row, 1)->text();
+    }
 };
 
 // A zLog .ALL log of `count` contacts with distinct calls, each worked once or twice.
@@ -304,7 +305,8 @@ void ConversionTest::theWindowStaysAliveWhileALargeLogConverts()
     QCOMPARE(s.gridCount(0), QStringLiteral("30000"));
     // The event loop ran all through the run: the heartbeat came at least every tenth of
     // the time, and the progress bar moved while it did.
-    QVERIFY2(ticks >= elapsed / 100, qPrintable(QStringLiteral("%1 ticks in %2 ms").arg(ticks).arg(elapsed)));
+    QVERIFY2(ticks >= elapsed / 100,
+             qPrintable(QStringLiteral("%1 ticks in %2 ms").arg(ticks).arg(elapsed)));
     QVERIFY(progressSeen > 0);
 }
 
@@ -324,7 +326,8 @@ void ConversionTest::aFailureShowsItsDialogAndEndsTheProgram()
     // The failure dialog, then the closing thanks.
     QCOMPARE(boxes.titles.size(), 2);
     QCOMPARE(boxes.titles[0], QStringLiteral("　　エラー発生の為、　終了します！"));
-    QVERIFY2(boxes.texts[0].startsWith(QStringLiteral("エラー内容 ：　")), qPrintable(boxes.texts[0]));
+    QVERIFY2(boxes.texts[0].startsWith(QStringLiteral("エラー内容 ：　")),
+             qPrintable(boxes.texts[0]));
     QCOMPARE(boxes.titles[1], QStringLiteral("　　　　　　お手数をお掛けしています。"));
     const auto traces = fs::directory_iterator(s.dir / "home" / "Error_Log");
     bool traced = false;

@@ -3,7 +3,6 @@
 // mouse, and the comment and layout history dialogs.
 
 #include "UiTestSupport.h"
-
 #include "session/Session.h"
 #include "settings/LayoutModel.h"
 #include "settings/ProfileFile.h"
@@ -23,7 +22,6 @@
 #include <QPushButton>
 #include <QTest>
 #include <QTimer>
-
 #include <memory>
 
 using namespace vornhale;
@@ -81,7 +79,8 @@ struct Started
     {
         drop(QStringLiteral("C:%1:%2").arg(fr).arg(fc), r, c);
     }
-    void setLayout(const char* rmks1, const char* rmks2, const char* len1 = "0,0,0,0,0,0,0,0,0,0,0,0,")
+    void setLayout(const char* rmks1, const char* rmks2,
+                   const char* len1 = "0,0,0,0,0,0,0,0,0,0,0,0,")
     {
         // A layout drawn from its keys, as the load draws them.
         settings::Options& o = program->session()->options();
@@ -216,7 +215,8 @@ void LayoutTest::emptyLayoutKeysResetToTheDefaultLayout()
     QCOMPARE(o.value("Rmks2_cfg"), std::string("Rcvd,memo=,,,,,,,,,,,"));
     QCOMPARE(o.value("Rmks1_cfg_len"), std::string("0,0,0,0,0,0,0,0,0,0,0,0,"));
     QCOMPARE(o.value("Rmks2_cfg_len"), std::string("0,0,0,0,0,0,0,0,0,0,0,0,"));
-    QVERIFY(s.row().findChild<QLabel*>(QStringLiteral("previewFirstRow"))
+    QVERIFY(s.row()
+                .findChild<QLabel*>(QStringLiteral("previewFirstRow"))
                 ->text()
                 .contains(QStringLiteral("MNG $DX Rmks1 Zone IOTA")));
 }
@@ -229,7 +229,8 @@ void LayoutTest::sortingTwiceChangesNothingAndRestoreBringsBackTheFirstArrangeme
     QTest::mouseClick(s.row().sortButton(), Qt::LeftButton);
     QCOMPARE(s.cells(1), row({"MNG", "Zone"}));
     QCOMPARE(s.cells(2), row({"Rcvd"}));
-    QCOMPARE(s.program->session()->options().value("Rmks1_cfg"), std::string("MNG,Zone,,,,,,,,,,,"));
+    QCOMPARE(s.program->session()->options().value("Rmks1_cfg"),
+             std::string("MNG,Zone,,,,,,,,,,,"));
     QTest::mouseClick(s.row().sortButton(), Qt::LeftButton);
     QCOMPARE(s.cells(1), row({"MNG", "Zone"}));
     QTest::mouseClick(s.row().redoButton(), Qt::LeftButton);
@@ -245,7 +246,8 @@ void LayoutTest::memoEqualsTakesTheWidthLookedUpBeforeIt()
     // "memo=" has no width of its own: it writes the width of "MNG" before it.
     QCOMPARE(s.program->session()->options().value("Rmks1_cfg_len"),
              std::string("6,6,0,0,0,0,0,0,0,0,0,0,"));
-    QVERIFY(s.row().findChild<QLabel*>(QStringLiteral("previewFirstRow"))
+    QVERIFY(s.row()
+                .findChild<QLabel*>(QStringLiteral("previewFirstRow"))
                 ->text()
                 .contains(QStringLiteral("memo=(6)")));
 }
@@ -295,11 +297,13 @@ void LayoutTest::theCommentHistoryGivesTheChosenTextToTheMainWindow()
         QCOMPARE(list->item(1)->text(), QStringLiteral("GL"));
         QTest::mouseClick(list->viewport(), Qt::LeftButton, {},
                           list->visualItemRect(list->item(1)).center());
-        QCOMPARE(dialog->findChild<QLineEdit*>(QStringLiteral("txtRmks1"))->text(), QStringLiteral("GL"));
+        QCOMPARE(dialog->findChild<QLineEdit*>(QStringLiteral("txtRmks1"))->text(),
+                 QStringLiteral("GL"));
         QTest::mouseClick(dialog->findChild<QPushButton*>(QStringLiteral("cmdOK")), Qt::LeftButton);
     });
     s.window().findChild<QAction*>(QStringLiteral("mnuEdit_Rmks"))->trigger();
-    QCOMPARE(s.window().findChild<QLineEdit*>(QStringLiteral("txtRmks1"))->text(), QStringLiteral("GL"));
+    QCOMPARE(s.window().findChild<QLineEdit*>(QStringLiteral("txtRmks1"))->text(),
+             QStringLiteral("GL"));
     QVERIFY(!fs::exists(s.dir / "home" / "Vornhale.001"));
 }
 
@@ -310,7 +314,8 @@ void LayoutTest::theCommentHistoryBackKeepsNoTextNotTaken()
     test::showTabOf(main1);
     QTest::keyClicks(main1, QStringLiteral("OLD"));
     test::whenModal([](QWidget* dialog) {
-        QTest::mouseClick(dialog->findChild<QPushButton*>(QStringLiteral("cmdBack")), Qt::LeftButton);
+        QTest::mouseClick(dialog->findChild<QPushButton*>(QStringLiteral("cmdBack")),
+                          Qt::LeftButton);
     });
     s.window().findChild<QAction*>(QStringLiteral("mnuEdit_Rmks"))->trigger();
     // No line of the history was taken: the main window's box is emptied.
@@ -349,7 +354,8 @@ void LayoutTest::theLayoutHistorySetsTheChosenLayout()
     QTest::mouseClick(s.row().historyButton(), Qt::LeftButton);
     QCOMPARE(s.cells(1), row({"MNG", "Zone"}));
     QCOMPARE(s.cells(2), row({"Rcvd"}));
-    QCOMPARE(s.program->session()->options().value("Rmks1_cfg_len").substr(0, 2), std::string("6,"));
+    QCOMPARE(s.program->session()->options().value("Rmks1_cfg_len").substr(0, 2),
+             std::string("6,"));
 }
 
 QTEST_MAIN(LayoutTest)

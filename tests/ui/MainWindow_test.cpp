@@ -2,7 +2,6 @@
 // entry, and the option rules running through the model when the controls are used.
 
 #include "UiTestSupport.h"
-
 #include "session/OptionCatalog.h"
 #include "session/OptionModel.h"
 #include "session/Session.h"
@@ -27,7 +26,6 @@
 #include <QTableWidget>
 #include <QTest>
 #include <QToolBar>
-
 #include <memory>
 
 using namespace vornhale;
@@ -56,10 +54,7 @@ struct Started
         program->start();
     }
     ui::MainWindow& window() { return *program->mainWindow(); }
-    template <class W> W* find(const QString& name)
-    {
-        return window().findChild<W*>(name);
-    }
+    template <class W> W* find(const QString& name) { return window().findChild<W*>(name); }
     /// Clicks a control as an operator does: its tab is shown first.
     void click(const QString& name)
     {
@@ -70,7 +65,8 @@ struct Started
     }
     std::string newIni(std::string_view key)
     {
-        return settings::ProfileFile(dir / "home" / "Vornhale_new.ini").read("Vornhale_new.ini", key);
+        return settings::ProfileFile(dir / "home" / "Vornhale_new.ini")
+            .read("Vornhale_new.ini", key);
     }
 };
 
@@ -161,7 +157,8 @@ void MainWindowTest::showsEveryOptionOfTheCatalogueWithItsCaptionAndTip()
         }
     }
     // Frames carry the captions of their options.
-    QCOMPARE(s.find<QGroupBox>(QStringLiteral("Frame5"))->title(), QStringLiteral(" UTC <--> JST の変換 "));
+    QCOMPARE(s.find<QGroupBox>(QStringLiteral("Frame5"))->title(),
+             QStringLiteral(" UTC <--> JST の変換 "));
     QCOMPARE(s.find<QGroupBox>(QStringLiteral("Frame9"))->title(), QStringLiteral(" Dupe List "));
     QCOMPARE(s.find<QLabel>(QStringLiteral("Label40"))->text(),
              QStringLiteral("　該当する局にはNo QSL　　参照する入力ﾌｧｲﾙ"));
@@ -224,8 +221,10 @@ void MainWindowTest::showsTheWholeMenuTreeWithItsHiddenEntries()
         {"mnuOpen_all_txt_set", "               ( ＊．ALL ，＊．TXT )  を 指定フォルダから選ぶ"},
         {"mnuOpen_z", "               ( ＊．ZLO ) ﾌｧｲﾙを選ぶ"},
         {"mnuOpen_z_set", "               ( ＊．ZLO ) を 指定フォルダから選ぶ"},
-        {"mnu_rtcl_log2txt", "RTCLのデータ ( ＊．LOG ) を指定フォルダから選ぶ （ ZLOG の ＊．TXT 作成のみ ）"},
-        {"mnu_rtcl_log2all_new", "RTCLのデータ ( ＊．LOG ) を指定フォルダから選ぶ （ ZLOG の ＊．ALL 作成のみ ）"},
+        {"mnu_rtcl_log2txt",
+         "RTCLのデータ ( ＊．LOG ) を指定フォルダから選ぶ （ ZLOG の ＊．TXT 作成のみ ）"},
+        {"mnu_rtcl_log2all_new",
+         "RTCLのデータ ( ＊．LOG ) を指定フォルダから選ぶ （ ZLOG の ＊．ALL 作成のみ ）"},
         {"mnu_rtcl_new4_", "RTCL 新  　(　ver 4.00 以降　)    zLog への変換"},
         {"mnu_rtcl_new430_", "RTCL 新  　(　ver 4.30 以降　)    zLog への変換"},
         {"mnuOpen_Cabrillo", "Cabrillo  ( ＊．ｌｏｇ　，　＊．ｃｂｒ　，＊．ｔｘｔ ) ﾌｧｲﾙを選ぶ"},
@@ -267,8 +266,8 @@ void MainWindowTest::showsTheWholeMenuTreeWithItsHiddenEntries()
         QCOMPARE(a->text(), QString::fromUtf8(caption));
         QVERIFY2(a->isVisible(), name);
     }
-    for (const char* hidden : {"mnuGet_Value", "mnuMake_adif2a", "mnuVornhale_hlp", "mnuardx_sep",
-                               "mnuMNG"}) {
+    for (const char* hidden :
+         {"mnuGet_Value", "mnuMake_adif2a", "mnuVornhale_hlp", "mnuardx_sep", "mnuMNG"}) {
         auto* a = s.find<QAction>(QString::fromUtf8(hidden));
         QVERIFY2(a != nullptr, hidden);
         QVERIFY2(!a->isVisible(), hidden);
@@ -342,7 +341,7 @@ void MainWindowTest::showsTheResultGridWithItsSevenRows()
     const QStringList captions = {
         QStringLiteral(" 今回の処理数は"), QStringLiteral(" 複数の局の数は"),
         QStringLiteral(" 単数の局の数は"), QStringLiteral(" 複 ・単の合計数"),
-        QStringLiteral(" No QSL 局の数"), QStringLiteral(" 転送先 Ｍ の数"),
+        QStringLiteral(" No QSL 局の数"),  QStringLiteral(" 転送先 Ｍ の数"),
         QStringLiteral(" Name 取得の数")};
     for (int r = 0; r < 7; ++r) {
         QCOMPARE(grid->item(r, 0)->text(), captions[r]);
@@ -354,8 +353,10 @@ void MainWindowTest::showsTheResultGridWithItsSevenRows()
     QCOMPARE(grid->columnWidth(1), 800 / 15);
     QCOMPARE(grid->columnWidth(2), 400 / 15);
     const std::pair<const char*, const char*> buttons[] = {
-        {"cmdDisp_ham_n_new", "出力ﾌｧｲﾙ　2"},  {"cmdDisp_con_n_new", "出力ﾌｧｲﾙ　１"},
-        {"cmdDisp_in", "入力ﾌｧｲﾙ"},            {"cmdDisp_Get_Mng_result", "Get Mng result"},
+        {"cmdDisp_ham_n_new", "出力ﾌｧｲﾙ　2"},
+        {"cmdDisp_con_n_new", "出力ﾌｧｲﾙ　１"},
+        {"cmdDisp_in", "入力ﾌｧｲﾙ"},
+        {"cmdDisp_Get_Mng_result", "Get Mng result"},
         {"cmdDisp_Henkan_Result", "変換結果ファイル"}};
     for (const auto& [name, caption] : buttons) {
         auto* b = s.find<QPushButton>(QString::fromUtf8(name));
@@ -369,10 +370,10 @@ void MainWindowTest::showsTheLayoutRowPaletteAndCells()
 {
     Started s;
     const QStringList palette = {
-        QStringLiteral("MNG"),  QStringLiteral("$DX"),  QStringLiteral("Calls"),
+        QStringLiteral("MNG"),   QStringLiteral("$DX"),  QStringLiteral("Calls"),
         QStringLiteral("ｺﾝﾃｽﾄ"), QStringLiteral("memo"), QStringLiteral("memo="),
-        QStringLiteral("OP"),   QStringLiteral("OP %"), QStringLiteral("IOTA"),
-        QStringLiteral("Zone"), QStringLiteral("州名"), QStringLiteral("Rcvd"),
+        QStringLiteral("OP"),    QStringLiteral("OP %"), QStringLiteral("IOTA"),
+        QStringLiteral("Zone"),  QStringLiteral("州名"), QStringLiteral("Rcvd"),
         QStringLiteral("Rmks1"), QStringLiteral("Rmks2")};
     for (int i = 0; i < 14; ++i) {
         auto* b = s.find<QPushButton>(QStringLiteral("Command1_%1").arg(i));

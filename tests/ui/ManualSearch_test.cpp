@@ -2,7 +2,6 @@
 // loopback stand-in of the search service.
 
 #include "UiTestSupport.h"
-
 #include "manager/ManagerFixtureServer.h"
 #include "settings/ProfileFile.h"
 #include "support/TestSupport.h"
@@ -15,7 +14,6 @@
 #include <QPushButton>
 #include <QSignalSpy>
 #include <QTest>
-
 #include <algorithm>
 #include <memory>
 
@@ -100,7 +98,10 @@ void ManualSearchTest::aFoundManagerIsShownWithItsDateSourceAndOutcome()
     QCOMPARE(s.label("Label34"), QStringLiteral("XX9MGR"));
     QCOMPARE(s.label("Label45"), QStringLiteral("取 得 成 功"));
     QVERIFY(test::waitUntil(
-        [&] { return ui::captionColour(s.find<QLabel>(QStringLiteral("Label45"))) == base::Colour::Blue; },
+        [&] {
+            return ui::captionColour(s.find<QLabel>(QStringLiteral("Label45"))) ==
+                   base::Colour::Blue;
+        },
         2000));
     QVERIFY(s.label("Label30").startsWith(QStringLiteral("Set MNG : ")));
     const auto requests = s.server.requests();
@@ -122,7 +123,10 @@ void ManualSearchTest::aPageWithoutTheCallIsNoResult()
     QVERIFY(s.search(QStringLiteral("XX9OTHER"), false));
     QCOMPARE(s.label("Label45"), QStringLiteral("M N G 無 し"));
     QVERIFY(test::waitUntil(
-        [&] { return ui::captionColour(s.find<QLabel>(QStringLiteral("Label45"))) == base::Colour::Red; },
+        [&] {
+            return ui::captionColour(s.find<QLabel>(QStringLiteral("Label45"))) ==
+                   base::Colour::Red;
+        },
         2000));
 }
 

@@ -3,7 +3,6 @@
 // forced end.
 
 #include "UiTestSupport.h"
-
 #include "session/Session.h"
 #include "settings/ProfileFile.h"
 #include "support/TestSupport.h"
@@ -19,7 +18,6 @@
 #include <QPushButton>
 #include <QSignalSpy>
 #include <QTest>
-
 #include <memory>
 
 using namespace vornhale;
@@ -45,7 +43,10 @@ struct FirstStart
     }
     ui::ConfigDialog* dialog() { return program->configDialog(); }
     template <class W> W* find(const QString& name) { return dialog()->findChild<W*>(name); }
-    void click(const QString& name) { QTest::mouseClick(find<QAbstractButton>(name), Qt::LeftButton); }
+    void click(const QString& name)
+    {
+        QTest::mouseClick(find<QAbstractButton>(name), Qt::LeftButton);
+    }
 };
 
 } // namespace
@@ -82,7 +83,8 @@ void StartupTest::aFirstStartOpensTheEnvironmentSettingsBeforeTheMainWindow()
     QVERIFY(s.dialog()->isModal());
     QCOMPARE(s.program->mainWindow(), nullptr);
     QCOMPARE(s.dialog()->objectName(), QStringLiteral("frmConfig"));
-    QCOMPARE(s.dialog()->windowTitle(), QStringLiteral("［ 環境設定 ］ Vornhale_ｃｆｇ.ini を新規作成します。"));
+    QCOMPARE(s.dialog()->windowTitle(),
+             QStringLiteral("［ 環境設定 ］ Vornhale_ｃｆｇ.ini を新規作成します。"));
     // Nothing is known of HAMLOG here: the save is refused, every label red.
     QVERIFY(!s.find<QPushButton>(QStringLiteral("cmdSave"))->isEnabled());
     QVERIFY(!s.find<QPushButton>(QStringLiteral("cmdOK"))->isEnabled());
@@ -103,16 +105,19 @@ void StartupTest::theDialogShowsItsRowsCaptionsAndButtons()
     for (const char* tick : {"chkNo_name", "chkNo_qth", "chkNo_rtcl"}) {
         auto* box = s.find<QCheckBox>(QString::fromUtf8(tick));
         QCOMPARE(box->text(), QStringLiteral("無用"));
-        QCOMPARE(box->toolTip(), QStringLiteral("使用する予定が無い時は [ レ点マーク ] を付けて下さい。"));
+        QCOMPARE(box->toolTip(),
+                 QStringLiteral("使用する予定が無い時は [ レ点マーク ] を付けて下さい。"));
     }
     QCOMPARE(s.find<QCheckBox>(QStringLiteral("Chk_inet"))->text(),
              QStringLiteral("ＭＮＧ検索する為の常時接続しているインターネット環境がある"));
     QCOMPARE(s.find<QCheckBox>(QStringLiteral("Check1"))->text(),
              QStringLiteral("DXCC_mas.txt の５５桁目を参照し処理する。"));
     QCOMPARE(s.find<QPushButton>(QStringLiteral("cmdSave"))->text(), QStringLiteral("保 存"));
-    QCOMPARE(s.find<QPushButton>(QStringLiteral("cmdSave"))->toolTip(), QStringLiteral("現在の内容を保存します。"));
+    QCOMPARE(s.find<QPushButton>(QStringLiteral("cmdSave"))->toolTip(),
+             QStringLiteral("現在の内容を保存します。"));
     QCOMPARE(s.find<QPushButton>(QStringLiteral("cmdOK"))->text(), QStringLiteral("Ｏ Ｋ"));
-    QCOMPARE(s.find<QPushButton>(QStringLiteral("cmdOK"))->toolTip(), QStringLiteral("メイン画面に戻ります。"));
+    QCOMPARE(s.find<QPushButton>(QStringLiteral("cmdOK"))->toolTip(),
+             QStringLiteral("メイン画面に戻ります。"));
     QCOMPARE(s.find<QPushButton>(QStringLiteral("cmdEnd"))->text(), QStringLiteral("強制終了"));
     QCOMPARE(s.find<QLabel>(QStringLiteral("lblMsg1"))->text(),
              QStringLiteral("フォルダ　の場合には　グループのどれか一"));
@@ -129,10 +134,12 @@ void StartupTest::savingTheFilledRowsAndOkGoOnToTheMainWindow()
     s.click(QStringLiteral("cmdHamlog_hdb_2"));
     QCOMPARE(s.chooser.filters[0], QStringLiteral("Hamlog の *.hdb ﾌｧｲﾙ　常用( *.hdb )|*.hdb"));
     QCOMPARE(s.find<QLineEdit>(QStringLiteral("txtHamlog_hdb"))->text(), qs(hdb.string()));
-    QCOMPARE(ui::captionColour(s.find<QLabel>(QStringLiteral("lblHamlog_hdb"))), base::Colour::Black);
+    QCOMPARE(ui::captionColour(s.find<QLabel>(QStringLiteral("lblHamlog_hdb"))),
+             base::Colour::Black);
     for (const char* tick : {"chkNo_name", "chkNo_qth"}) {
         const auto* row = settings::ConfigModel::rowOf(tick);
-        if (s.dialog()->model().invalid(static_cast<std::size_t>(row - settings::ConfigModel::rows().data()))) {
+        if (s.dialog()->model().invalid(
+                static_cast<std::size_t>(row - settings::ConfigModel::rows().data()))) {
             s.click(QString::fromUtf8(tick));
         }
     }
@@ -140,7 +147,8 @@ void StartupTest::savingTheFilledRowsAndOkGoOnToTheMainWindow()
     QCOMPARE(s.find<QLabel>(QStringLiteral("lblMsg"))->text(), QStringLiteral("作成可能"));
     s.click(QStringLiteral("cmdSave"));
     QCOMPARE(s.find<QLabel>(QStringLiteral("lblMsg"))->text(), QStringLiteral("保存完了"));
-    QCOMPARE(settings::ProfileFile(s.dir / "home" / "Vornhale_cfg.ini").read("Vornhale_cfg.ini", "hamlog_hdb_dir"),
+    QCOMPARE(settings::ProfileFile(s.dir / "home" / "Vornhale_cfg.ini")
+                 .read("Vornhale_cfg.ini", "hamlog_hdb_dir"),
              hdb.string());
 
     QSignalSpy shown(s.program.get(), &ui::DesktopProgram::mainWindowShown);
@@ -263,11 +271,13 @@ void StartupTest::theMarkKeepsOneCharacterWhenSaved()
         auto* mark = dialog->findChild<QLineEdit*>(QStringLiteral("Text1"));
         mark->selectAll();
         QTest::keyClicks(mark, QStringLiteral("NN"));
-        QTest::mouseClick(dialog->findChild<QPushButton*>(QStringLiteral("cmdSave")), Qt::LeftButton);
+        QTest::mouseClick(dialog->findChild<QPushButton*>(QStringLiteral("cmdSave")),
+                          Qt::LeftButton);
         QTest::mouseClick(dialog->findChild<QPushButton*>(QStringLiteral("cmdOK")), Qt::LeftButton);
     });
     program.mainWindow()->findChild<QAction*>(QStringLiteral("mnuConfig"))->trigger();
-    QCOMPARE(settings::ProfileFile(dir / "home" / "Vornhale_cfg.ini").read("Vornhale_cfg.ini", "No_QSL_moji"),
+    QCOMPARE(settings::ProfileFile(dir / "home" / "Vornhale_cfg.ini")
+                 .read("Vornhale_cfg.ini", "No_QSL_moji"),
              std::string("N"));
 }
 

@@ -83,7 +83,8 @@ QString answerMessageBox(int standardButton)
         return {};
     }
     const QString text = box->text();
-    if (QAbstractButton* b = box->button(static_cast<QMessageBox::StandardButton>(standardButton))) {
+    if (QAbstractButton* b =
+            box->button(static_cast<QMessageBox::StandardButton>(standardButton))) {
         b->click();
     }
     return text;
