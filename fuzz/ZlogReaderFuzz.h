@@ -50,9 +50,9 @@ inline int runZlogReader(const std::uint8_t* data, std::size_t size, const char*
     reference::NoEntities entities;
     engine::RunContext ctx{options, folder, trace, observer, dialogs, program, entities, {}};
     ctx.run.use.op = flags & 8;
-    ctx.run.use.op_pct = flags & 16;
+    ctx.run.use.opPercent = flags & 16;
     ctx.run.use.memo = flags & 32;
-    ctx.run.use.memo_eq = flags & 64;
+    ctx.run.use.memoEquals = flags & 64;
     ctx.run.use.iota = flags & 128;
     try {
         if (!readers::FileOpen_all_txt_set(ctx.run, log)) {

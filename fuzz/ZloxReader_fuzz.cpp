@@ -65,7 +65,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     ctx.run.op_filter_name = (flags & 16) ? "OP1" : "";
     ctx.run.use.op = flags & 32;
     ctx.run.use.memo = flags & 64;
-    ctx.run.use.memo_eq = flags & 128;
+    ctx.run.use.memoEquals = flags & 128;
     readers::ZloxReader reader;
     try {
         if (reader.open(ctx, log) != readers::OpenResult::Opened) {

@@ -148,8 +148,8 @@ void cmd_henkan(RunContext& ctx, const RemarkLayout& layout)
 
     run.QSL_Q = std::string(text::trim(ctx.options.value("txtQSL_Q")));
     run.QSL_S = ctx.options.value("txtQSL_S");
-    run.Rmks1_text = ctx.options.value("txtRmks1");
-    run.Rmks2_text = ctx.options.value("txtRmks2");
+    run.fixedRemark1 = ctx.options.value("txtRmks1");
+    run.fixedRemark2 = ctx.options.value("txtRmks2");
     if (run.QSL_S.empty()) {
         run.QSL_S = " ";
     }
@@ -190,10 +190,14 @@ void cmd_henkan(RunContext& ctx, const RemarkLayout& layout)
     }
 }
 
-void cmdStart_Click(RunContext& ctx)
+namespace {
+
+// The start of a run: the settings stored, the masters made once a start of the program, the
+// results of the former run removed, the settings of this run in the trace, the labels and
+// counters cleared.
+void startRun(RunContext& ctx)
 {
     RunState& run = ctx.run;
-    ctx.trace.line("Private sub cmdStart_Click()");
     storeSettings(ctx, &settings::SettingsFiles::ini_write_old);
     if (!ctx.program.masters_ready && ctx.lookups != nullptr) {
         ctx.lookups->prepareMasters(ctx);
@@ -225,8 +229,13 @@ void cmdStart_Click(RunContext& ctx)
     ctx.observer.status("", base::Colour::Black);
     run.counters = Counters{};
     showCounters(ctx);
+}
 
-    const RemarkLayout layout = RemarkLayout::fromOptions(ctx.options);
+// What the stages read besides the options: the items the layouts use, what the input kind
+// prepares, the zone and province labels. The settings are stored on the way.
+void prepareStages(RunContext& ctx, const RemarkLayout& layout)
+{
+    RunState& run = ctx.run;
     run.use = layout.use();
     readers::makeReader(run.kind)->beforeConversion(ctx);
     storeSettings(ctx, &settings::SettingsFiles::ini_write_new);
@@ -235,8 +244,13 @@ void cmdStart_Click(RunContext& ctx)
     run.Zone_moji = settleZoneMoji(ctx.options);
     run.Prov_moji = settleProvMoji(ctx.options);
     storeSettings(ctx, &settings::SettingsFiles::ini_write_new);
+}
 
-    cmd_henkan(ctx, layout);
+// After the stages: the result list of the web search closed, and the log in the other zLog
+// text form beside the input when asked for.
+void afterStages(RunContext& ctx)
+{
+    RunState& run = ctx.run;
     if (ctx.lookups != nullptr) {
         ctx.lookups->closeWebSearchResults(ctx);
     }
@@ -244,13 +258,18 @@ void cmdStart_Click(RunContext& ctx)
     run.webResultsViewable = manager::ManagerResultLog::belongsTo(
         run.names.Get_Mng_result_name, run.in_name);
 
-    // The log in the other zLog text form, beside the input, when asked for.
     if (run.f_type == "txt" && ctx.options.value("Make_t2a") == "1") {
         readers::zlog_txt_2_zlog_all(ctx);
     } else if (run.f_type == "all" && ctx.options.value("Make_a2t") == "1") {
         readers::zlog_all_2_zlog_txt(ctx);
     }
+}
 
+// The results: the mark replacements of the history (N to J wins when both are ticked), the
+// counts, the final files, the counters, the report and the No-QSL mark.
+void makeResults(RunContext& ctx, const RemarkLayout& layout)
+{
+    RunState& run = ctx.run;
     const history::ResultFiles results{run.names.out_name_con0, run.names.out_name_ham0,
                                        ctx.folder.drive_path};
     if (ctx.options.tick("Check3")) {
@@ -272,7 +291,13 @@ void cmdStart_Click(RunContext& ctx)
                                      ctx.options.value("No_QSL_moji"), ctx.options.tick("Check21"),
                                      ctx.trace, ctx.observer);
     }
+}
 
+// The end of a run: the working results deleted, the Cabrillo log's zLog form, the settings
+// stored.
+void endRun(RunContext& ctx)
+{
+    RunState& run = ctx.run;
     ctx.observer.status("　処理終了", base::Colour::BrightBlue);
     for (const std::string& name : {run.names.out_name_ham0, run.names.out_name_con0,
                                     run.names.out_name_con, run.names.out_name_ham}) {
@@ -285,6 +310,20 @@ void cmdStart_Click(RunContext& ctx)
     }
     storeSettings(ctx, &settings::SettingsFiles::ini_write_old);
     ctx.trace.line("正常終了");
+}
+
+} // namespace
+
+void cmdStart_Click(RunContext& ctx)
+{
+    ctx.trace.line("Private sub cmdStart_Click()");
+    startRun(ctx);
+    const RemarkLayout layout = RemarkLayout::fromOptions(ctx.options);
+    prepareStages(ctx, layout);
+    cmd_henkan(ctx, layout);
+    afterStages(ctx);
+    makeResults(ctx, layout);
+    endRun(ctx);
 }
 
 } // namespace vornhale::engine

@@ -374,7 +374,7 @@ void settleState(ContactState& c, ConversionScope& s)
 void settleIota(ContactState& c, ConversionScope& s)
 {
     if (text::contains(text::upper(s.run.in_name), "IOTA") || s.run.cont_name == "IOTA Contest") {
-        if (s.layout.use().iota && (s.run.f_type != "zlo" || s.run.zlo_iota)) {
+        if (s.layout.use().iota && (s.run.f_type != "zlo" || s.run.logIotaFlag)) {
             iota_chk(c.line.q_rcvd, c.iota_text, c.rcvd_text, s.ctx.trace);
         }
     }
@@ -413,8 +413,8 @@ void composeRemarks(ContactState& c, const ConversionScope& s)
     values.zone_text = c.zone_text;
     values.dx_state = c.dx_state;
     values.rcvd_text = c.rcvd_text;
-    values.rmk1 = s.run.Rmks1_text;
-    values.rmk2 = s.run.Rmks2_text;
+    values.rmk1 = s.run.fixedRemark1;
+    values.rmk2 = s.run.fixedRemark2;
     c.rmks1 = s.composer.compose_rmks(1, values);
     c.rmks2 = s.composer.compose_rmks(2, values);
 

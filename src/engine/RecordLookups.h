@@ -45,7 +45,7 @@ public:
     virtual bool historyDone(std::string_view /*q_call*/, std::string_view /*key*/) { return false; }
     /// The club-station test (`Check10`) on the call padded to six columns: true when the
     /// station gets no card.
-    virtual bool clubStation(std::string_view /*base_call6*/) { return false; }
+    virtual bool clubStation(std::string_view /*paddedCall*/) { return false; }
     /// The country test (`Check09`) on the contact's entity text: true when the entity is on
     /// the no-card list.
     virtual bool noQslCountry(std::string_view /*q_entity*/) { return false; }

@@ -101,8 +101,8 @@ void ReferenceData::beforeFirstRecord(RunContext& ctx)
 {
     const settings::Options& o = ctx.options;
     m_historyOn = o.member("Option04") != 0;
-    m_check04 = o.tick("Check04");
-    m_check05 = o.tick("Check05");
+    m_sameBand = o.tick("Check04");
+    m_sameMode = o.tick("Check05");
     if (m_historyOn) {
         m_history = history::HistoryMaster();
         m_history.sum_bak_4_bas_p(
@@ -119,7 +119,7 @@ void ReferenceData::beforeFirstRecord(RunContext& ctx)
         ctx.trace.line("    Private sub Henkan_txt() : read_qth_mas_txt");
         loadCallMaster(ctx, m_qths, "qth_mas_dir", "qth_mas.txt", "qth_mas．txt");
     }
-    m_check13 = o.tick("Check13");
+    m_provinceKeepsDigits = o.tick("Check13");
     if (!m_managers.loaded()) {
         // Once per program: a file replaced while the program runs waits for the next start.
         ctx.trace.line("    Private sub Henkan_txt() : read_MNG_z_full_mp");
@@ -131,8 +131,8 @@ void ReferenceData::beforeFirstRecord(RunContext& ctx)
         m_web.emplace(net::WebConfig::load(ctx.folder.strPath), ctx.folder.strPath,
                       ctx.folder.drive_path, m_webPause);
         m_webInterval = o.value("GetMng_Interval");
-        m_option10 = o.member("Option10");
-        m_label29 = manager::webSearchModeText(m_option10);
+        m_managerOrder = o.member("Option10");
+        m_webSearchMode = manager::webSearchModeText(m_managerOrder);
     }
     if (o.tick("Check5") && !m_provinceMaster.empty() && m_provinceLoaded != m_provinceMaster) {
         m_provinces = reference::ProvinceMaster();
@@ -148,12 +148,12 @@ std::string ReferenceData::band_mode_code(std::string_view band_or_freq, std::st
 
 bool ReferenceData::historyDone(std::string_view q_call, std::string_view key)
 {
-    return m_historyOn && m_history.chk_bak_qso(q_call, key, m_check04, m_check05);
+    return m_historyOn && m_history.chk_bak_qso(q_call, key, m_sameBand, m_sameMode);
 }
 
-bool ReferenceData::clubStation(std::string_view base_call6)
+bool ReferenceData::clubStation(std::string_view paddedCall)
 {
-    return history::Check_JA_club(base_call6);
+    return history::Check_JA_club(paddedCall);
 }
 
 bool ReferenceData::noQslCountry(std::string_view q_entity)
@@ -193,12 +193,12 @@ std::string ReferenceData::managerFromWeb(std::string_view q_call)
     m_web->pause(m_webInterval);
     manager::WebSearchResult r = m_web->Get_MNG_web(q_call, m_sharedManagers.mng_file);
     m_sharedManagers.mng_web = r.mng_web;
-    r.Set_mng =
-        manager::managerByOption10(m_option10, m_sharedManagers.mng_file, r.mng_web).value_or("");
+    r.Set_mng = manager::managerByOption10(m_managerOrder, m_sharedManagers.mng_file, r.mng_web)
+                    .value_or("");
     if (m_runObserver != nullptr) {
         manager::WebManagerSearch::show(r, *m_runObserver);
     }
-    m_webResults.add(r, m_label29);
+    m_webResults.add(r, m_webSearchMode);
     return r.mng_web;
 }
 
@@ -228,7 +228,7 @@ std::string ReferenceData::stateOf(std::string_view q_rcvd)
 std::string ReferenceData::provinceOf(std::string_view q_rcvd)
 {
     // The prefix and the place are the record conversion's; here only the name.
-    return m_provinces.loaded() ? m_provinces.get_prov_mas(q_rcvd, m_check13, "", 2)
+    return m_provinces.loaded() ? m_provinces.get_prov_mas(q_rcvd, m_provinceKeepsDigits, "", 2)
                                 : std::string();
 }
 

@@ -43,7 +43,7 @@ public:
 
     std::string band_mode_code(std::string_view band_or_freq, std::string_view mode) override;
     bool historyDone(std::string_view q_call, std::string_view key) override;
-    bool clubStation(std::string_view base_call6) override;
+    bool clubStation(std::string_view paddedCall) override;
     bool noQslCountry(std::string_view q_entity) override;
 
     bool nameMasterOn() override { return m_nameMasterOn; }
@@ -78,18 +78,18 @@ private:
     history::HistoryMaster m_history;
     history::NoQslCountries m_countries;
     bool m_historyOn = false;
-    bool m_check04 = false;
-    bool m_check05 = false;
+    bool m_sameBand = false; ///< `Check04`: the history test asks for the same band
+    bool m_sameMode = false; ///< `Check05`: and for the same mode
     bool m_nameMasterOn = false;
-    bool m_check13 = false;
+    bool m_provinceKeepsDigits = false; ///< `Check13`
     manager::ManagerMaster m_managers;
     manager::SharedManagerValues m_sharedManagers;
     std::optional<manager::WebManagerSearch> m_web; ///< set for a conversion with `Check18`
     manager::WebManagerSearch::Sleeper m_webPause;
     manager::ManagerResultLog m_webResults;
     std::string m_webInterval; ///< `GetMng_Interval` of the conversion
-    int m_option10 = 0;
-    std::string m_label29;
+    int m_managerOrder = 0;    ///< `Option10`: how the file and the web answers merge
+    std::string m_webSearchMode; ///< the mode of the search as the result list tells it
     base::RunObserver* m_runObserver = nullptr; ///< the observer of the running conversion
 };
 

@@ -86,9 +86,9 @@ RemarkLayout RemarkLayout::fromOptions(const settings::Options& options)
         const auto& used = model.use(row).used;
         LayoutUse& u = layout.m_use;
         u.memo = u.memo || used[4];
-        u.memo_eq = u.memo_eq || used[5];
+        u.memoEquals = u.memoEquals || used[5];
         u.op = u.op || used[6];
-        u.op_pct = u.op_pct || used[7];
+        u.opPercent = u.opPercent || used[7];
         u.iota = u.iota || used[8];
         u.zone = u.zone || used[9];
         u.state = u.state || used[10];

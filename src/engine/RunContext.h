@@ -40,7 +40,7 @@ struct RunState : readers::InputState
     bool webResultsViewable = false;
     std::string QSL_Q = " ";    ///< route mark of an ordinary bureau card
     std::string QSL_S = " ";    ///< the "sent" mark; one blank after a no-card record
-    std::string Rmks1_text, Rmks2_text; ///< the fixed remark texts `txtRmks1`, `txtRmks2`
+    std::string fixedRemark1, fixedRemark2; ///< the fixed remark texts `txtRmks1`, `txtRmks2`
     std::string Zone_moji;      ///< zone label of the remark
     std::string Prov_moji;      ///< province label of the remark
     Counters counters;

@@ -208,8 +208,8 @@ void henkan_cbr_2_t(const ReaderContext& ctx)
     InputState& run = ctx.run;
     ctx.trace.line("Private sub henkan_cbr_2_t()");
     const long count = count_in_name_cbr(ctx);
-    const bool check02 = ctx.options.tick("Check02");
-    const bool check17 = ctx.options.tick("Check17");
+    const bool operatorFilter = ctx.options.tick("Check02");
+    const bool frequencies = ctx.options.tick("Check17");
 
     text::LineReader in(run.in_name);
     text::LineWriter out(ctx.work(base::working::zlog_1));
@@ -244,7 +244,7 @@ void henkan_cbr_2_t(const ReaderContext& ctx)
         q.q_month = date[1];
         q.q_day = date[2];
         q.q_time = t[4];
-        if (check17) {
+        if (frequencies) {
             q.q_band = cabrilloFrequencyMhz(t[1]);
         } else if (std::string band = cabrilloBandOfKhz(t[1]); !band.empty()) {
             q.q_band = std::move(band);
@@ -256,7 +256,8 @@ void henkan_cbr_2_t(const ReaderContext& ctx)
         // The operator rule would look at a line buffer this reader never fills.
         q.q_op.clear();
 
-        const bool dropped = check02 && !run.op_filter_name.empty() && q.q_op != run.op_filter_name;
+        const bool dropped =
+            operatorFilter && !run.op_filter_name.empty() && q.q_op != run.op_filter_name;
         if (!dropped) {
             out.write(text::formatRecord(q.fields()));
             ++run.written_count;

@@ -48,9 +48,9 @@ std::vector<std::string> fieldsOf(std::string_view line)
 // stands as it is, one above 4 has the kHz before its point written as MHz, as has a value
 // above 4 without a point. Any other value, and a frequency between the bands of the table,
 // assigns nothing.
-void bandOf(const std::string& freq, bool check17, std::string& q_band)
+void bandOf(const std::string& freq, bool frequencies, std::string& q_band)
 {
-    if (!check17) {
+    if (!frequencies) {
         if (std::string band = cabrilloBandOfKhz(freq); !band.empty()) {
             q_band = std::move(band);
         }
@@ -184,8 +184,8 @@ bool FileOpen_mdb(const ReaderContext& ctx)
 void henkan_mdb_2_t(const ReaderContext& ctx)
 {
     InputState& run = ctx.run;
-    const bool check02 = ctx.options.tick("Check02");
-    const bool check17 = ctx.options.tick("Check17");
+    const bool operatorFilter = ctx.options.tick("Check02");
+    const bool frequencies = ctx.options.tick("Check17");
     ctx.trace.line("Private sub henkan_mdb_2_t()");
 
     const long count = text::Count_lines(run.mdb.mdb_csv_name);
@@ -210,28 +210,28 @@ void henkan_mdb_2_t(const ReaderContext& ctx)
             continue;
         }
         q.q_call = f[kCall];
-        bandOf(f[kFreq], check17, q.q_band);
+        bandOf(f[kFreq], frequencies, q.q_band);
         q.q_mode = modeOf(f[kMode]);
         dateTimeOf(f[kWhen], q);
         q.q_rst_sent = f[kRstSent];
         q.q_rst_rcvd = f[kRstRcvd];
         q.q_rcvd = f[kExchange];
 
-        if ((check02 && text::contains(line, "%")) || run.use.op) {
+        if ((operatorFilter && text::contains(line, "%")) || run.use.op) {
             operatorRule(line, q.q_op);
         } else {
             q.q_op.clear();
         }
-        if (check17 && text::contains(line, "(")) {
+        if (frequencies && text::contains(line, "(")) {
             frequencyRule(line, q.q_band, q.q_freq);
         }
         // No memo rule runs on a database row: with the memo items in the layout the memo
         // keeps what it holds, otherwise it is emptied.
-        if (!run.use.memo && !run.use.memo_eq) {
+        if (!run.use.memo && !run.use.memoEquals) {
             q.q_memo.clear();
         }
 
-        if (check02 && !run.op_filter_name.empty() && q.q_op != run.op_filter_name) {
+        if (operatorFilter && !run.op_filter_name.empty() && q.q_op != run.op_filter_name) {
             continue;
         }
         out.write(text::formatRecord(q.fields()));

@@ -19,8 +19,8 @@ namespace vornhale::readers {
 /// cell of either layout.
 struct LayoutUse
 {
-    bool memo = false, memo_eq = false, op = false, op_pct = false, iota = false, zone = false,
-         state = false, calls = false;
+    bool memo = false, memoEquals = false, op = false, opPercent = false, iota = false,
+         zone = false, state = false, calls = false;
 };
 
 /// What the open of an N1MM Logger database leaves for the run.
@@ -60,7 +60,7 @@ struct InputState
     std::string op_filter_name; ///< `txtOp_name`, copied before the readers run
     LayoutUse use;
     bool use_log_zone = false; ///< the log's received exchange is a zone
-    bool zlo_iota = false;     ///< a .ZLO log's contest carries IOTA numbers
+    bool logIotaFlag = false;  ///< a .ZLO log's contest carries IOTA numbers
     /// What the open of a `.ZLO` log and the exchange analysis left for the run.
     ZloOpenState zlo;
     ExchangeAnalysis exchange;

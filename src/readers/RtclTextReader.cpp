@@ -55,8 +55,8 @@ std::string newFrequency(const std::string& digits)
 void readRtclText(const ReaderContext& ctx, Form form)
 {
     InputState& run = ctx.run;
-    const bool check02 = ctx.options.tick("Check02");
-    const bool check17 = ctx.options.tick("Check17");
+    const bool operatorFilter = ctx.options.tick("Check02");
+    const bool frequencies = ctx.options.tick("Check17");
     const std::size_t fieldCount = form == Form::Old ? 12 : 13;
 
     ctx.observer.status("  入力ファイル読み込み中", base::Colour::Green);
@@ -96,15 +96,15 @@ void readRtclText(const ReaderContext& ctx, Form form)
         q.q_memo.clear();
         q.q_freq.clear();
         if (isOld) {
-            if (check17 && text::contains(at(f, 12), "[FRQ")) {
+            if (frequencies && text::contains(at(f, 12), "[FRQ")) {
                 q.q_freq = oldFrequency(rtclNoteFrequency(at(f, 12)));
             }
-        } else if (check17 && !text::trim(at(f, 13)).empty()) {
+        } else if (frequencies && !text::trim(at(f, 13)).empty()) {
             q.q_freq = newFrequency(rtclFieldFrequency(at(f, 13)));
         }
 
         // The log names no operator: a filter by name keeps nothing.
-        if (check02 && !run.op_filter_name.empty() && q.q_op != run.op_filter_name) {
+        if (operatorFilter && !run.op_filter_name.empty() && q.q_op != run.op_filter_name) {
             continue;
         }
         out.write(text::formatRecord(q.fields()));

@@ -166,7 +166,7 @@ ZloHead read_zlo_head(const ReaderContext& ctx, ZloOpenState& zlo, ExchangeAnaly
     analysis.check_rcvd_zlo(file, layout);
     // The conversion reads the contest's zone and IOTA flags under these names.
     run.use_log_zone = analysis.rcvd_has_zone;
-    run.zlo_iota = analysis.rcvd_has_iota;
+    run.logIotaFlag = analysis.rcvd_has_iota;
     return ZloHead::Read;
 }
 
@@ -199,8 +199,8 @@ ZloHead openZloFile(const ReaderContext& ctx, ZloOpenState& zlo, ExchangeAnalysi
 void read_zlo(const ReaderContext& ctx)
 {
     InputState& run = ctx.run;
-    const bool check02 = ctx.options.tick("Check02");
-    const bool check17 = ctx.options.tick("Check17");
+    const bool operatorFilter = ctx.options.tick("Check02");
+    const bool frequencies = ctx.options.tick("Check17");
 
     ctx.trace.line("Private sub read_zlo()");
     ctx.observer.status("  入力ファイルを読み込み中", base::Colour::Green);
@@ -228,10 +228,10 @@ void read_zlo(const ReaderContext& ctx)
         std::string op = zloCutField(z.op, z.op_length);
         std::string memo = zloCutField(z.memo, z.memo_length);
         const std::string bracket = bracketOf(memo);
-        if (!check02 && !run.use.op) {
+        if (!operatorFilter && !run.use.op) {
             op.clear();
         }
-        if (check17 && text::contains(memo, "(")) {
+        if (frequencies && text::contains(memo, "(")) {
             if (text::contains(memo, "(0)")) {
                 freq = d.band;
             } else {
@@ -241,12 +241,12 @@ void read_zlo(const ReaderContext& ctx)
         } else {
             freq = d.band;
         }
-        if (run.use.memo || run.use.memo_eq) {
+        if (run.use.memo || run.use.memoEquals) {
             memo = withoutBracket(memo, bracket);
         }
         freq = trimmed(freq);
 
-        if (check02 && !run.op_filter_name.empty() && op != run.op_filter_name) {
+        if (operatorFilter && !run.op_filter_name.empty() && op != run.op_filter_name) {
             continue;
         }
         q.q_op = op;

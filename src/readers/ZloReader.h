@@ -38,7 +38,7 @@ std::string noNameDialogText(std::string_view in_name);
 /// becomes "CQWW160 Contest") and shows it, asks when the header has no contest name, keeps
 /// the record count (`Label37`, the total of the report), and runs `Check_Use_Item` and
 /// `check_rcvd_zlo` with the layout keys of `ctx.options`. The zone and IOTA results reach
-/// the run as `use_log_zone` and `zlo_iota`. Throws Failure 53 when the file cannot be read.
+/// the run as `use_log_zone` and `logIotaFlag`. Throws Failure 53 when the file cannot be read.
 /// The front end runs `lblRmks1_use_name_Check` and `lblRmks2_use_name_Check` after it.
 [[nodiscard]] ZloHead read_zlo_head(const ReaderContext& ctx, ZloOpenState& zlo,
                                     ExchangeAnalysis& analysis);

@@ -112,8 +112,8 @@ void iotaRule(std::string& q_rcvd, std::string& q_memo)
 void readZlogText(const ReaderContext& ctx, Form form)
 {
     InputState& run = ctx.run;
-    const bool check02 = ctx.options.tick("Check02");
-    const bool check17 = ctx.options.tick("Check17");
+    const bool operatorFilter = ctx.options.tick("Check02");
+    const bool frequencies = ctx.options.tick("Check17");
     const std::string year = ctx.options.value("txtYYYY");
 
     ctx.observer.status("  入力ファイル読み込み中", base::Colour::Green);
@@ -167,17 +167,17 @@ void readZlogText(const ReaderContext& ctx, Form form)
                     q.q_mode = "PSK63";
                 }
             }
-            if ((check02 && text::contains(line, "%")) || run.use.op) {
+            if ((operatorFilter && text::contains(line, "%")) || run.use.op) {
                 operatorRule(line, q.q_op);
             } else {
                 q.q_op.clear();
             }
-            if (check17 && text::contains(line, "(")) {
+            if (frequencies && text::contains(line, "(")) {
                 frequencyRule(line, q.q_band, q.q_freq);
             } else {
                 q.q_freq.clear();
             }
-            q.q_memo = (run.use.memo || run.use.memo_eq) ? memoRule(line, form) : std::string();
+            q.q_memo = (run.use.memo || run.use.memoEquals) ? memoRule(line, form) : std::string();
         } else {
             q.q_year = year;
             q.q_month = text::right("0" + trimmed(Mid_sjis(line, 1, 2)), 2);
@@ -189,17 +189,17 @@ void readZlogText(const ReaderContext& ctx, Form form)
             q.q_rcvd = firstWord(Mid_sjis(line, 40, 9));
             q.q_band = Mid_sjis(line, 58, 3);
             q.q_mode = Mid_sjis(line, 64, 3);
-            if (check17 && text::contains(line, "(")) {
+            if (frequencies && text::contains(line, "(")) {
                 frequencyRule(line, q.q_band, q.q_freq);
             } else {
                 q.q_freq.clear();
             }
-            if ((check02 && text::contains(line, "%")) || run.use.op_pct || run.use.op) {
+            if ((operatorFilter && text::contains(line, "%")) || run.use.opPercent || run.use.op) {
                 operatorRule(line, q.q_op);
             } else {
                 q.q_op.clear();
             }
-            q.q_memo = (run.use.memo || run.use.memo_eq) ? memoRule(line, form) : std::string();
+            q.q_memo = (run.use.memo || run.use.memoEquals) ? memoRule(line, form) : std::string();
             if (run.use.iota) {
                 iotaRule(q.q_rcvd, q.q_memo);
             }
@@ -207,7 +207,8 @@ void readZlogText(const ReaderContext& ctx, Form form)
         q.q_memo = trimmed(q.q_memo);
         q.q_freq = trimmed(q.q_freq);
 
-        const bool dropped = check02 && !run.op_filter_name.empty() && q.q_op != run.op_filter_name;
+        const bool dropped =
+            operatorFilter && !run.op_filter_name.empty() && q.q_op != run.op_filter_name;
         if (!dropped) {
             out.write(text::formatRecord(q.fields()));
             if (form == Form::All) {
@@ -297,11 +298,11 @@ OpenResult ZlogTextReader::open(const ReaderContext& ctx, const std::filesystem:
     }
     // What the received exchange of the log holds, for the warnings of the window.
     const RemarkCells layout = RemarkCells::fromOptions(ctx.options);
-    const bool check6 = ctx.options.tick("Check6");
+    const bool zonesKept = ctx.options.tick("Check6");
     if (run.kind == InputKind::All) {
-        run.exchange.check_rcvd_all(path, run.in_name, check6, layout);
+        run.exchange.check_rcvd_all(path, run.in_name, zonesKept, layout);
     } else if (run.kind == InputKind::Txt) {
-        run.exchange.check_rcvd_txt(path, run.in_name, check6, layout);
+        run.exchange.check_rcvd_txt(path, run.in_name, zonesKept, layout);
     }
     return OpenResult::Opened;
 }

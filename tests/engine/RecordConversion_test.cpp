@@ -104,7 +104,7 @@ struct Conversion : test::RunFixture
         c.run.QSL_Q = std::string(text::trim(options.value("QSL_Q")));
         c.run.QSL_S = options.value("QSL_S");
         c.run.Zone_moji = "Z";
-        c.run.Rmks1_text = options.value("txtRmks1");
+        c.run.fixedRemark1 = options.value("txtRmks1");
         const auto layout = engine::RemarkLayout::fromOptions(options);
         c.run.use = layout.use();
         engine::Henkan_txt(c, layout);

@@ -39,7 +39,7 @@ TEST(RemarkLayout, FirstStartDefaultsGiveTheContestItemAndTheManagerRow)
     EXPECT_EQ(l.total_width(), 0);
     EXPECT_FALSE(l.anyWidth());
     const auto u = l.use();
-    EXPECT_FALSE(u.memo || u.memo_eq || u.op || u.op_pct || u.iota || u.zone || u.state ||
+    EXPECT_FALSE(u.memo || u.memoEquals || u.op || u.opPercent || u.iota || u.zone || u.state ||
                  u.calls);
     EXPECT_EQ(l.callsInRow1(), 0);
     EXPECT_EQ(l.callsInRow2(), 0);
@@ -77,7 +77,7 @@ TEST(RemarkLayout, AnyEmptyLayoutKeyButTheSecondWidthsResetsToTheDefaultLayout)
         EXPECT_EQ(l.total_width(), 0);
         EXPECT_TRUE(l.use().zone);
         EXPECT_TRUE(l.use().iota);
-        EXPECT_TRUE(l.use().memo_eq);
+        EXPECT_TRUE(l.use().memoEquals);
         EXPECT_FALSE(l.use().memo);
     }
 
@@ -204,15 +204,15 @@ TEST(RemarkLayout, AnItemIsUsedWhenItsCaptionStandsInEitherRow)
         bool engine::LayoutUse::*flag;
     };
     const std::vector<Case> cases = {
-        {"memo", &engine::LayoutUse::memo},   {"memo=", &engine::LayoutUse::memo_eq},
-        {"OP", &engine::LayoutUse::op},       {"OP %", &engine::LayoutUse::op_pct},
-        {"IOTA", &engine::LayoutUse::iota},   {"Zone", &engine::LayoutUse::zone},
-        {"州名", &engine::LayoutUse::state},   {"Calls", &engine::LayoutUse::calls},
+        {"memo", &engine::LayoutUse::memo},  {"memo=", &engine::LayoutUse::memoEquals},
+        {"OP", &engine::LayoutUse::op},      {"OP %", &engine::LayoutUse::opPercent},
+        {"IOTA", &engine::LayoutUse::iota},  {"Zone", &engine::LayoutUse::zone},
+        {"州名", &engine::LayoutUse::state}, {"Calls", &engine::LayoutUse::calls},
     };
     const std::vector<bool engine::LayoutUse::*> all = {
-        &engine::LayoutUse::memo, &engine::LayoutUse::memo_eq, &engine::LayoutUse::op,
-        &engine::LayoutUse::op_pct, &engine::LayoutUse::iota, &engine::LayoutUse::zone,
-        &engine::LayoutUse::state, &engine::LayoutUse::calls};
+        &engine::LayoutUse::memo,      &engine::LayoutUse::memoEquals, &engine::LayoutUse::op,
+        &engine::LayoutUse::opPercent, &engine::LayoutUse::iota,       &engine::LayoutUse::zone,
+        &engine::LayoutUse::state,     &engine::LayoutUse::calls};
     for (const Case& c : cases) {
         for (int row = 0; row < 2; ++row) {
             const std::string cells = "MNG,,," + c.caption + ",,,,,,,,,";
@@ -229,9 +229,9 @@ TEST(RemarkLayout, AnItemIsUsedWhenItsCaptionStandsInEitherRow)
 TEST(RemarkLayout, OpPercentDoesNotTurnOnOpNorMemoEqualsMemo)
 {
     const auto l = layoutOf("OP %,memo=,,,,,,,,,,,", kEmptyRow, kZeros, kZeros);
-    EXPECT_TRUE(l.use().op_pct);
+    EXPECT_TRUE(l.use().opPercent);
     EXPECT_FALSE(l.use().op);
-    EXPECT_TRUE(l.use().memo_eq);
+    EXPECT_TRUE(l.use().memoEquals);
     EXPECT_FALSE(l.use().memo);
 }
 

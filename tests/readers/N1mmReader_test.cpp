@@ -348,7 +348,7 @@ TEST_F(N1mmRun, TheMemoStaysEmptyWithOrWithoutTheMemoItems)
     r.comment = "good signal";
     EXPECT_EQ(convert(std::vector<Row>{r})[0][Memo], "");
     use.memo = true;
-    use.memo_eq = true;
+    use.memoEquals = true;
     EXPECT_EQ(convert(std::vector<Row>{r})[0][Memo], "");
 }
 

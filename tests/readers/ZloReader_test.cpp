@@ -335,9 +335,9 @@ TEST_F(ZloRun, TheOperatorIsEmptyUnlessCheck02OrTheOpItemAsksForIt)
     use.op = true;
     EXPECT_EQ(convert({q})[0][Op], "OP5");
     use.op = false;
-    use.op_pct = true; // "OP %" does not count for this reader
+    use.opPercent = true; // "OP %" does not count for this reader
     EXPECT_EQ(convert({q})[0][Op], "");
-    use.op_pct = false;
+    use.opPercent = false;
     options.set("Check02", "1");
     EXPECT_EQ(convert({q})[0][Op], "OP5");
 }
@@ -438,7 +438,7 @@ TEST_F(ZloRun, AMemoOfZeroInBracketsGivesTheBandAndStaysUnlessTheMemoItemsAreUse
     lines = convert({q});
     EXPECT_EQ(lines[0][Memo], "");
     use.memo = false;
-    use.memo_eq = true;
+    use.memoEquals = true;
     lines = convert({q});
     EXPECT_EQ(lines[0][Memo], "");
 }
@@ -605,14 +605,14 @@ TEST_F(ZloHeadRun, TheContestFlagsReachTheRun)
     EXPECT_EQ(head(ZloWriter().header("CQWW DX Contest").bytes()), ZloHead::Read);
     EXPECT_TRUE(analysis.rcvd_has_zone);
     EXPECT_TRUE(zctx->run.use_log_zone);
-    EXPECT_FALSE(zctx->run.zlo_iota);
+    EXPECT_FALSE(zctx->run.logIotaFlag);
     EXPECT_EQ(analysis.lblCon_No, "RST + CQ zone");
     EXPECT_EQ(analysis.missing_items, " IOTA 番号 , ");
     EXPECT_TRUE(analysis.cellHighlighted[0][0]);
 
     EXPECT_EQ(head(ZloWriter().header("IOTA Contest").bytes()), ZloHead::Read);
     EXPECT_FALSE(zctx->run.use_log_zone);
-    EXPECT_TRUE(zctx->run.zlo_iota);
+    EXPECT_TRUE(zctx->run.logIotaFlag);
 }
 
 TEST_F(ZloHeadRun, TheHeaderPassCountsPortableAndLongCalls)

@@ -306,7 +306,7 @@ TEST(ZlogAllReader, MemoIsEmptyUnlessTheLayoutUsesIt)
 TEST(ZlogAllReader, ALineOfExactlyTheFixedWidthHasNoMemo)
 {
     ReaderRun r;
-    r.use.memo_eq = true;
+    r.use.memoEquals = true;
     // 59 characters padded by 20 blanks make the 79 of the fixed part.
     std::string line = allLine({}).substr(0, 59);
     line.resize(59, ' ');
@@ -447,7 +447,7 @@ TEST(ZlogTxtReader, IotaRuleFormsTheReferenceOrEmptiesTheExchange)
 TEST(ZlogTxtReader, OperatorRuleAlsoRunsForTheOpPercentItem)
 {
     ReaderRun r;
-    r.use.op_pct = true;
+    r.use.opPercent = true;
     TxtQso q;
     q.memo = "%%JH1QRL%%";
     EXPECT_EQ(r.runTxt({txtLine(q)})[0][Op], "JH1QRL");
