@@ -1,6 +1,7 @@
 #!/usr/bin/env bash
-# Times vornhale-cli convert on generated zLog .ALL logs of growing size and prints the
-# wall time and the peak memory of each run, then times the entity import and lookup.
+# Times vornhale-cli convert on generated logs of every input form and growing size and prints
+# one table of the figures against their targets, then times the masters, the entity import and
+# lookup, the history scan and the manager master.
 # Usage: bench/run.sh BUILD_DIR
 set -euo pipefail
 build=${1:-build}
@@ -10,39 +11,89 @@ calls=/usr/share/hamradio-files/MASTER.SCP
 work="$build/bench-run"
 rm -rf "$work" && mkdir -p "$work"
 
-printf '%-10s %10s %12s %14s\n' contacts seconds "peak MB" "µs/contact"
-# The exchange analysis counts in 16 bits, so a log stays below 32,768 lines.
-for n in 1000 10000 30000; do
-    log="$work/BENCH$n.ALL"
-    "$gen" "$n" "$log" "$calls"
-    home="$work/home$n"
-    # One warm-up run so that the program folder exists, then the measured one.
-    "$cli" convert --home "$home" "$log" > /dev/null 2>&1
-    /usr/bin/time -f '%e %M' -o "$work/time$n" "$cli" convert --home "$home" "$log" > /dev/null 2>&1
-    read -r secs kb < "$work/time$n"
-    awk -v n="$n" -v s="$secs" -v kb="$kb" \
-        'BEGIN { printf "%-10d %10.2f %12.1f %14.2f\n", n, s, kb / 1024, s * 1e6 / n }'
-done
+# Every input form at 1,000 to 1,000,000 contacts, converted end to end by vornhale-cli on a
+# fresh program folder, each the best of three runs (other work on the machine only ever makes
+# a run slower). One table: the figure, its target, pass or fail. Targets: 100,000 contacts in
+# 0.3 s or less with a peak under 100 MB; 1,000,000 within ten times the 100,000 time with
+# 20 % slack (linear growth); Cabrillo and ADIF no slower per contact than zLog .ALL at the
+# same size. BENCH_SIZES and BENCH_FORMS narrow the run ("1000 10000"; "all cbr").
+# N1MM .mdb is left out: no program on this machine writes an Access database (mdbtools only
+# reads), so no log of a chosen size can be made.
+sizes=${BENCH_SIZES:-"1000 10000 100000 1000000"}
+forms=${BENCH_FORMS:-"all txt zlo zlox log_old log_new log_v4 log_v430 cbr adi lg8"}
+declare -A ext=([all]=ALL [txt]=TXT [zlo]=ZLO [zlox]=ZLOX [log_old]=log [log_new]=log
+                [log_v4]=log [log_v430]=log [cbr]=CBR [adi]=ADI [lg8]=lg8)
+declare -A best_secs
+fails=0
 
-# The same contacts as a Cabrillo log (with its zLog .TXT form), an ADIF log and a zLog .ALL
-# log, each converted end to end: 30,000 in the three forms, to compare the time per contact,
-# and 100,000 as Cabrillo and ADIF (the .ALL form stays below 32,768 lines, see above).
-"$build/bench/GenerateCabrilloAdif" 30000 "$work/SAME30000" "$calls"
-"$build/bench/GenerateCabrilloAdif" 100000 "$work/SAME100000" "$calls"
-echo
-printf '%-16s %10s %10s %12s %14s\n' "same contacts" seconds "cpu s" "peak MB" "µs/contact"
-for run in "30000 all ALL" "30000 cbr CBR" "30000 adi ADI" "100000 cbr CBR" "100000 adi ADI"; do
-    read -r n kind ext <<< "$run"
-    log="$work/SAME$n.$ext"
-    home="$work/home-same-$kind"
-    "$cli" convert --home "$home" --type "$kind" "$log" > /dev/null 2>&1
-    /usr/bin/time -f '%e %U %S %M' -o "$work/time-same" "$cli" convert --home "$home" --type "$kind" "$log" > /dev/null 2>&1
-    read -r secs user sys kb < "$work/time-same"
-    awk -v what="$n $kind" -v n="$n" -v s="$secs" -v u="$user" -v y="$sys" -v kb="$kb" \
-        'BEGIN { printf "%-16s %10.2f %10.2f %12.1f %14.2f\n", what, s, u + y, kb / 1024, s * 1e6 / n }'
+# Best wall time and its peak memory over three runs: "seconds kB status".
+best_of_three() {
+    local home=$1 kind=$2 log=$3 best="" bestkb=0 status=0
+    for _ in 1 2 3; do
+        if /usr/bin/time -f '%e %M' -o "$work/one-run" \
+            "$cli" convert --home "$home" --type "$kind" --year 2026 "$log" > /dev/null 2>&1; then
+            read -r secs kb < "$work/one-run"
+            if [ -z "$best" ] || awk -v a="$secs" -v b="$best" 'BEGIN { exit !(a < b) }'; then
+                best=$secs bestkb=$kb
+            fi
+        else
+            status=1
+            read -r secs kb < <(tail -n 1 "$work/one-run")
+            best=${best:-$secs} bestkb=$kb
+        fi
+    done
+    echo "$best $bestkb $status"
+}
+
+printf '%-9s %9s %9s %9s %11s  %-34s %s\n' format contacts seconds "peak MB" "µs/contact" target result
+for n in $sizes; do
+    for kind in $forms; do
+        dir="$work/$kind-$n"
+        mkdir -p "$dir"
+        log="$dir/BENCH$n.${ext[$kind]}"
+        case $kind in
+        all) "$gen" "$n" "$log" "$calls" ;;
+        cbr | adi) "$build/bench/GenerateCabrilloAdif" "$n" "$dir/BENCH$n" "$calls" ;;
+        *) "$build/bench/GenerateLogs" "$kind" "$n" "$log" "$calls" ;;
+        esac
+        home="$dir/home"
+        "$cli" settings --home "$home" init > /dev/null 2>&1 || true
+        read -r secs kb status < <(best_of_three "$home" "$kind" "$log")
+        best_secs[$kind-$n]=$secs
+        target="-" ok=1
+        if [ "$n" = 100000 ]; then
+            target="<= 0.3 s, < 100 MB"
+            ok=$(awk -v s="$secs" -v kb="$kb" 'BEGIN { print (s <= 0.3 && kb < 100 * 1024) }')
+        elif [ "$n" = 1000000 ] && [ -n "${best_secs[$kind-100000]:-}" ]; then
+            limit=$(awk -v t="${best_secs[$kind-100000]}" 'BEGIN { printf "%.2f", t * 12 }')
+            target="<= $limit s (linear)"
+            ok=$(awk -v s="$secs" -v l="$limit" 'BEGIN { print (s <= l) }')
+        fi
+        if { [ "$kind" = cbr ] || [ "$kind" = adi ]; } && [ -n "${best_secs[all-$n]:-}" ]; then
+            if [ "$target" = "-" ]; then target="<= .ALL per contact"; else target="$target, <= .ALL"; fi
+            ok=$(awk -v o="$ok" -v s="$secs" -v a="${best_secs[all-$n]}" 'BEGIN { print (o && s <= a) }')
+        fi
+        if [ "$status" != 0 ]; then
+            result="FAIL (the run ended with an error)" fails=$((fails + 1))
+        elif [ "$target" = "-" ]; then
+            result="-"
+        elif [ "$ok" = 1 ]; then
+            result=pass
+        else
+            result=FAIL fails=$((fails + 1))
+        fi
+        awk -v k="$kind" -v n="$n" -v s="$secs" -v kb="$kb" -v t="$target" -v r="$result" \
+            'BEGIN { printf "%-9s %9d %9.2f %9.1f %11.2f  %-34s %s\n", k, n, s, kb / 1024, s * 1e6 / n, t, r }'
+        # A million-contact log and its results take room; keep only the figures.
+        rm -f "$dir"/BENCH*
+    done
 done
+echo "other engineers build on the same 2 cores while this runs: figures are the best of 3"
+echo "targets missed: $fails"
+echo
 
 # A 10,000-contact log against name, QTH and province masters of 100,000 lines each.
+"$gen" 10000 "$work/BENCH10000.ALL" "$calls"
 home="$work/home-masters"
 log="$work/BENCH10000.ALL"
 "$cli" settings --home "$home" init > /dev/null 2>&1
