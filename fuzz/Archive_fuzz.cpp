@@ -2,29 +2,21 @@
 // The specified outcomes are a refusal or files written inside the folder; a file reported
 // outside the folder, or an uncaught exception, is a finding.
 
+#include "FuzzSupport.h"
 #include "tools/Archive.h"
 
-#include <cstdint>
 #include <cstdlib>
-#include <filesystem>
-#include <fstream>
-#include <unistd.h>
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size)
 {
     namespace fs = std::filesystem;
     using vornhale::tools::Archive;
-    static const fs::path home =
-        fs::temp_directory_path() / ("vornhale-fuzz-archive-" + std::to_string(getpid()));
-    const fs::path file = home / "input.bin";
+    const fs::path& home = vornhale::fuzz::scratchHome();
+    const fs::path file = vornhale::fuzz::writeInput(home / "input.bin",
+                                                     vornhale::fuzz::bytesOf(data, size));
     const fs::path folder = home / "area" / "target";
     std::error_code ec;
     fs::remove_all(home / "area", ec);
-    fs::create_directories(home, ec);
-    {
-        std::ofstream out(file, std::ios::binary | std::ios::trunc);
-        out.write(reinterpret_cast<const char*>(data), static_cast<std::streamsize>(size));
-    }
 
     const bool valid = Archive::isValid(file);
     const int count = Archive::count(file);

@@ -1,9 +1,9 @@
-#include "CabrilloAdifFuzz.h"
+#include "KindReaderFuzz.h"
 #include "readers/CabrilloTxtForm.h"
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size)
 {
-    return vornhale::fuzz::runCabrilloAdif(data, size, "FUZZ.CBR",
+    return vornhale::fuzz::runKindReader(data, size, "FUZZ.CBR",
                                            vornhale::readers::InputKind::Cbr,
                                            [](const vornhale::readers::ReaderContext& ctx) {
                                                vornhale::readers::cabrillo_2_zlog_txt(ctx);

@@ -1,12 +1,10 @@
 // Runs the two page parsers of the download window over arbitrary bytes. A name they return
 // becomes a file of the program folder, so anything but a plain file name is a finding.
 
+#include "FuzzSupport.h"
 #include "tools/DataDownloads.h"
 
-#include <cstdint>
 #include <cstdlib>
-#include <string>
-#include <string_view>
 
 namespace {
 
@@ -22,7 +20,7 @@ void expectPlainName(const std::string& name)
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size)
 {
     using vornhale::tools::DataDownloads;
-    const std::string_view page(reinterpret_cast<const char*>(data), size);
+    const std::string_view page = vornhale::fuzz::bytesOf(data, size);
     expectPlainName(DataDownloads::ctyNameFromPage(page));
     expectPlainName(DataDownloads::unlhaNameFromPage(page));
     return 0;

@@ -2,26 +2,13 @@
 // pass, the contest decision and the contest from a file name. The first byte picks the pass
 // and the layout. The specified outcomes are a Failure or a result.
 
-#include "failure/Failure.h"
+#include "FuzzSupport.h"
 #include "readers/ExchangeAnalysis.h"
 #include "readers/ZloRecord.h"
-#include "settings/Options.h"
-
-#include <cstdint>
-#include <filesystem>
-#include <fstream>
-#include <string>
-#include <unistd.h>
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size)
 {
     using namespace vornhale;
-    static const std::filesystem::path home = [] {
-        auto p = std::filesystem::temp_directory_path() /
-                 ("vornhale-fuzz-exchange-" + std::to_string(getpid()));
-        std::filesystem::create_directories(p);
-        return p;
-    }();
     if (size == 0) {
         return 0;
     }
@@ -35,19 +22,15 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     const readers::RemarkCells layout = readers::RemarkCells::fromOptions(options);
     readers::ExchangeAnalysis analysis;
 
-    const std::filesystem::path path = home / ((flags & 16) ? "IARU.TXT" : "FUZZ.ALL");
-    {
-        std::ofstream out(path, std::ios::binary | std::ios::trunc);
-        out.write(bytes.data(), static_cast<std::streamsize>(bytes.size()));
-    }
-    try {
+    const std::filesystem::path path = fuzz::writeInput(
+        fuzz::scratchHome() / ((flags & 16) ? "IARU.TXT" : "FUZZ.ALL"), bytes);
+    fuzz::allowingFailure([&] {
         if (flags & 16) {
             analysis.check_rcvd_txt(path, path.string(), flags & 32, layout);
         } else {
             analysis.check_rcvd_all(path, path.string(), flags & 32, layout);
         }
-    } catch (const failure::Failure&) {
-    }
+    });
     // The same bytes as a .ZLO, and as a contest name and a file name.
     analysis.Check_Use_Item(bytes, layout);
     analysis.check_rcvd_zlo(readers::ZloFile::fromBytes(bytes), layout);

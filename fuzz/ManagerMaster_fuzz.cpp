@@ -1,29 +1,17 @@
 // Any bytes as the manager file: it loads or takes the failure path, and every entry it holds
 // is found again by its own call.
-#include "base/Trace.h"
-#include "failure/Failure.h"
-#include "manager/ManagerMaster.h"
 
-#include <cstddef>
-#include <cstdint>
-#include <cstdio>
-#include <string>
-#include <unistd.h>
+#include "FuzzSupport.h"
+#include "manager/ManagerMaster.h"
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size)
 {
     using namespace vornhale;
-    static const std::string path = "/tmp/ManagerMaster_fuzz_" + std::to_string(getpid()) + ".txt";
-    std::FILE* f = std::fopen(path.c_str(), "wb");
-    if (f == nullptr) {
-        return 0;
-    }
-    std::fwrite(data, 1, size, f);
-    std::fclose(f);
+    const std::filesystem::path path = fuzz::writeInput("MNG_fuzz.txt", data, size);
     base::Trace trace;
     manager::ManagerMaster master;
     try {
-        master.read_MNG_z_full_mp(path, trace);
+        master.read_MNG_z_full_mp(path.string(), trace);
     } catch (const failure::Failure&) {
         return 0; // a file without its two heading lines
     }

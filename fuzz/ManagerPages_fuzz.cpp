@@ -1,15 +1,13 @@
 // Any bytes as a page of the web manager search or of the call directory: the page is decoded
 // and scanned without a crash or a hang, and a manager found is one piece of one line.
-#include "manager/WebManagerSearch.h"
 
-#include <cstddef>
-#include <cstdint>
-#include <string_view>
+#include "FuzzSupport.h"
+#include "manager/WebManagerSearch.h"
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size)
 {
     using vornhale::manager::WebManagerSearch;
-    const std::string_view bytes(reinterpret_cast<const char*>(data), size);
+    const std::string_view bytes = vornhale::fuzz::bytesOf(data, size);
     const auto lines = WebManagerSearch::pageLines(bytes);
     for (const char* call : {"XX9TST", ""}) {
         const auto scan = WebManagerSearch::scanQslSearchPage(lines, call);

@@ -1,16 +1,13 @@
 // Any text read as records: fields come back or the end is reported, never a crash or hang.
-#include "failure/Failure.h"
+#include "FuzzSupport.h"
 #include "text/Record.h"
 #include "text/SjisCodec.h"
-
-#include <cstddef>
-#include <cstdint>
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size)
 {
     using namespace vornhale;
     auto reader = text::RecordReader::fromText(
-        text::decodeSjis(std::string_view(reinterpret_cast<const char*>(data), size)));
+        text::decodeSjis(fuzz::bytesOf(data, size)));
     try {
         std::size_t fields = 0;
         while (!reader.atEnd()) {

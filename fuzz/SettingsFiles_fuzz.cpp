@@ -1,27 +1,16 @@
 // Any bytes as the option and environment files: every key reads, the files write back and
 // read again, never a crash or hang.
-#include "settings/CIniFile.h"
-#include "settings/Options.h"
-#include "settings/SettingsFiles.h"
 
-#include <cstddef>
-#include <cstdint>
-#include <filesystem>
-#include <fstream>
-#include <unistd.h>
+#include "FuzzSupport.h"
+#include "settings/CIniFile.h"
+#include "settings/SettingsFiles.h"
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size)
 {
     using namespace vornhale;
-    namespace fs = std::filesystem;
-    static const fs::path folder = [] {
-        fs::path p = fs::temp_directory_path() / ("vornhale-fuzz-" + std::to_string(::getpid()));
-        fs::create_directories(p);
-        return p;
-    }();
+    const std::filesystem::path& folder = fuzz::scratchHome();
     for (const char* name : {"Vornhale_new.ini", "Vornhale_cfg.ini", "Vornhale_posi.ini"}) {
-        std::ofstream(folder / name, std::ios::binary | std::ios::trunc)
-            .write(reinterpret_cast<const char*>(data), static_cast<std::streamsize>(size));
+        fuzz::writeInput(folder / name, fuzz::bytesOf(data, size));
     }
     settings::Options options;
     settings::SettingsFiles files(folder, options);

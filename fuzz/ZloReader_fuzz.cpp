@@ -1,64 +1,24 @@
 // Runs the .ZLO reader over arbitrary bytes: the header, the conversion and the .ALL text,
-// with options varied by the last byte. The specified outcomes are a Failure, the end asked
+// with options varied by the last byte. The allowed outcomes are a failure, the end asked
 // for by a cancelled question, or written files.
 
-#include "failure/Failure.h"
-#include "base/ProgramFolder.h"
-#include "base/Trace.h"
-#include "engine/RunContext.h"
+#include "FuzzSupport.h"
+#include "readers/ExchangeAnalysis.h"
 #include "readers/ZloReader.h"
-#include "reference/EntityLookup.h"
-
-#include <cstdint>
-#include <filesystem>
-#include <fstream>
-#include <unistd.h>
-
-namespace {
-
-using namespace vornhale;
-
-class AnsweringDialogs : public base::Dialogs
-{
-public:
-    explicit AnsweringDialogs(Answer answer) : m_answer(answer) {}
-    void message(std::string_view, std::string_view, Icon) override {}
-    Answer question(std::string_view, std::string_view, Buttons, Icon) override { return m_answer; }
-
-private:
-    Answer m_answer;
-};
-
-} // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size)
 {
-    static const std::filesystem::path home =
-        std::filesystem::temp_directory_path() / ("vornhale-fuzz-zlo-" + std::to_string(getpid()));
-    static const base::ProgramFolder folder = [] {
-        auto f = base::ProgramFolder::at(home);
-        f.makeFolders();
-        return f;
-    }();
-    const std::filesystem::path log = home / "FUZZ.ZLO";
-    {
-        std::ofstream out(log, std::ios::binary | std::ios::trunc);
-        out.write(reinterpret_cast<const char*>(data), static_cast<std::streamsize>(size));
-    }
-    const std::uint8_t flags = size > 0 ? data[size - 1] : 0;
+    using namespace vornhale;
+    const std::filesystem::path log = fuzz::writeInput("FUZZ.ZLO", data, size);
+    const std::uint8_t flags = fuzz::lastByte(data, size);
     settings::Options options = settings::Options::defaults();
     options.set("Check02", (flags & 1) ? "1" : "0");
     options.set("Check17", (flags & 2) ? "1" : "0");
     options.set("Rmks1_cfg", (flags & 4) ? "MNG,$DX,Calls,Zone,IOTA,," : "MNG,,");
     options.set("Rmks2_cfg", (flags & 4) ? "州名,memo,," : "");
-
-    base::Trace trace;
-    base::RunObserver observer;
-    AnsweringDialogs dialogs((flags & 8) ? base::Dialogs::Answer::Cancel
-                                         : base::Dialogs::Answer::Retry);
-    engine::ProgramState program;
-    reference::NoEntities entities;
-    engine::RunContext ctx{options, folder, trace, observer, dialogs, program, entities, {}};
+    fuzz::FuzzRun run(options, fuzz::QuietDialogs((flags & 8) ? base::Dialogs::Answer::Cancel
+                                                              : base::Dialogs::Answer::Retry));
+    engine::RunContext& ctx = run.ctx;
     ctx.run.in_name = log.string();
     ctx.run.chosen_name = ctx.run.in_name;
     ctx.run.op_filter_name = (flags & 16) ? "OP1" : "";
@@ -67,13 +27,12 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     ctx.run.use.memoEquals = flags & 128;
     readers::ZloOpenState zlo;
     readers::ExchangeAnalysis analysis;
-    try {
+    fuzz::allowingFailure([&] {
         if (readers::openZloFile(ctx, zlo, analysis, flags & 1) != readers::ZloHead::Read) {
-            return 0;
+            return;
         }
         readers::read_zlo(ctx);
         readers::mnuMake_z2a_Click(ctx);
-    } catch (const failure::Failure&) {
-    }
+    });
     return 0;
 }

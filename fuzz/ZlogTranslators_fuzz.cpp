@@ -1,44 +1,22 @@
-// Runs both zLog text translators over arbitrary bytes. The specified outcomes are a written
-// side output or a Failure; nothing else may escape, and a failure leaves no file behind.
+// Runs both zLog text translators over arbitrary bytes. The allowed outcomes are a written
+// side output or a failure; nothing else may escape, and a failure leaves no file behind.
 
-#include "failure/Failure.h"
-#include "base/ProgramFolder.h"
-#include "base/Trace.h"
-#include "engine/RunContext.h"
+#include "FuzzSupport.h"
 #include "readers/ZlogTranslators.h"
-#include "reference/EntityLookup.h"
 
-#include <cstdint>
 #include <cstdlib>
-#include <filesystem>
-#include <fstream>
-#include <unistd.h>
 
 namespace {
 
 using namespace vornhale;
 
-class SilentDialogs : public base::Dialogs
+void translate(const char* name, const std::uint8_t* data, std::size_t size, bool toAll)
 {
-public:
-    void message(std::string_view, std::string_view, Icon) override {}
-};
-
-void translate(const std::filesystem::path& log, const std::uint8_t* data, std::size_t size,
-               const base::ProgramFolder& folder, bool toAll)
-{
-    {
-        std::ofstream out(log, std::ios::binary | std::ios::trunc);
-        out.write(reinterpret_cast<const char*>(data), static_cast<std::streamsize>(size));
-    }
+    const std::filesystem::path log = fuzz::writeInput(name, data, size);
     settings::Options options = settings::Options::defaults();
     options.set("txtYYYY", "2026");
-    base::Trace trace;
-    base::RunObserver observer;
-    SilentDialogs dialogs;
-    engine::ProgramState program;
-    reference::NoEntities entities;
-    engine::RunContext ctx{options, folder, trace, observer, dialogs, program, entities, {}};
+    fuzz::FuzzRun run(options);
+    engine::RunContext& ctx = run.ctx;
     ctx.run.in_name = log.string();
     const std::filesystem::path out =
         log.parent_path() / (toAll ? "FUZZ_zt2a.all" : "FUZZ_za2t.txt");
@@ -60,14 +38,7 @@ void translate(const std::filesystem::path& log, const std::uint8_t* data, std::
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size)
 {
-    static const std::filesystem::path home =
-        std::filesystem::temp_directory_path() / ("vornhale-fuzz-" + std::to_string(getpid()));
-    static const base::ProgramFolder folder = [] {
-        auto f = base::ProgramFolder::at(home);
-        f.makeFolders();
-        return f;
-    }();
-    translate(home / "FUZZ.TXT", data, size, folder, true);
-    translate(home / "FUZZ.ALL", data, size, folder, false);
+    translate("FUZZ.TXT", data, size, true);
+    translate("FUZZ.ALL", data, size, false);
     return 0;
 }

@@ -1,4 +1,4 @@
-#include "ZlogReaderFuzz.h"
+#include "ZlogTextFuzz.h"
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size)
 {
