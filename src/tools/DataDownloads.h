@@ -102,6 +102,9 @@ public:
     /// Shift-JIS or UTF-8. Empty when there is none, or it is no plain file name.
     static std::string unlhaNameFromPage(std::string_view pageBytes);
 
+    /// From now on `observer` hears every label as it changes (null: none).
+    void setObserver(base::RunObserver* observer) { m_observer = observer; }
+
     void setTick(DownloadRow row, bool on) { state(row).tick = on; }
     const DownloadRowState& row(DownloadRow row) const;
     /// A label of the window (`Label2`, `Label3`, `Label5`, `Label6`, or a row's label).

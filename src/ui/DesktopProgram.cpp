@@ -3,6 +3,7 @@
 #include "failure/Failure.h"
 #include "session/Session.h"
 #include "ui/ConfigDialog.h"
+#include "ui/DownloadDialog.h"
 #include "ui/MainWindow.h"
 #include "ui/QtDialogs.h"
 #include "ui/WidgetLook.h"
@@ -67,6 +68,12 @@ bool DesktopProgram::start()
         end(1);
         return false;
     }
+    // The start's offer to fetch missing data files opens the download window, loaded with
+    // the rows of those files ticked; the start stops once it is closed.
+    m_session->start().setDownloadWindow([this](tools::DataDownloads& core) {
+        DownloadDialog dialog(core, m_session->folder().strPath);
+        dialog.exec();
+    });
     if (m_session->decision().environmentFirst) {
         // The environment settings stand before the main window, which waits for their OK.
         m_config = new ConfigDialog(*m_session, m_chooser);

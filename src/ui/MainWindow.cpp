@@ -18,7 +18,9 @@
 #include "text/LineFile.h"
 #include "ui/ConfigDialog.h"
 #include "ui/ConversionRunner.h"
+#include "ui/DownloadDialog.h"
 #include "ui/FileChooser.h"
+#include "ui/GetMngDialog.h"
 #include "ui/LayoutRow.h"
 #include "ui/OptionBinder.h"
 #include "ui/QtDialogs.h"
@@ -26,6 +28,7 @@
 #include "ui/RirekiSelDialog.h"
 #include "ui/RmksSelDialog.h"
 #include "ui/TextViewDialog.h"
+#include "ui/ToolActions.h"
 #include "ui/WidgetLook.h"
 
 #include <QAction>
@@ -335,30 +338,45 @@ void MainWindow::buildMenus()
     m_binder->action(rmks, "mnuEdit_Rmks", [this] { openRmksSel(); });
     auto* download = bar->addAction(QStringLiteral("Download"));
     download->setObjectName(QStringLiteral("mnuDownload"));
-    m_binder->action(download, "mnuDownload", [this] { notBuilt(); });
+    m_binder->action(download, "mnuDownload", [this] {
+        m_session.files().ini_write_old();
+        DownloadDialog(m_session, m_dialogs, this).exec();
+    });
 
     QMenu* help = bar->addMenu(QStringLiteral("Help"));
     help->setObjectName(QStringLiteral("mnuDispHelp"));
     menuEntry(
         help, "mnuVornhale_hlp", QStringLiteral("Vornhale.hlp"), [this] { notBuilt(); }, true);
-    menuEntry(help, "mnuWeb_Manager", QStringLiteral("QSL Manager list (Web)"),
-              [this] { notBuilt(); });
+    menuEntry(help, "mnuWeb_Manager", QStringLiteral("QSL Manager list (Web)"), [this] {
+        ToolActions(m_session, m_dialogs, *m_observer, {}).mnuWeb_Manager_Click();
+    });
     menuEntry(help, "mnuDisp_Readme", QStringLiteral("ReadMe"),
               [this] { viewProgramFile("README.md"); });
 
     auto* qsoBank = bar->addAction(QStringLiteral("QSOBank"));
     qsoBank->setObjectName(QStringLiteral("mnuQSOBank"));
-    m_binder->action(qsoBank, "mnuQSOBank", [this] { notBuilt(); });
+    m_binder->action(qsoBank, "mnuQSOBank", [this] {
+        ToolActions(m_session, m_dialogs, *m_observer, {}).mnuQSOBank_Click();
+    });
     auto* getMng = bar->addAction(QStringLiteral("MNG 取得"));
     getMng->setObjectName(QStringLiteral("mnuGet_MNG"));
-    m_binder->action(getMng, "mnuGet_MNG", [this] { notBuilt(); });
+    m_binder->action(getMng, "mnuGet_MNG", [this] {
+        GetMngDialog::Hooks hooks{[this](std::string_view menu) { openBy(menu); },
+                                  [this](int code) { m_ending = true; m_programEnd(code); },
+                                  [this](const failure::Failure& f) { failAndEnd(f); }};
+        GetMngDialog(m_session, m_dialogs, std::move(hooks), this).exec();
+    });
     auto* ardx = bar->addAction(QStringLiteral("ardx_sep"));
     ardx->setObjectName(QStringLiteral("mnuardx_sep"));
     ardx->setVisible(false);
     m_binder->action(ardx, "mnuardx_sep", [this] { notBuilt(); });
     auto* entity = bar->addAction(QStringLiteral("get_Entity"));
     entity->setObjectName(QStringLiteral("mnuGet_Entity"));
-    m_binder->action(entity, "mnuGet_Entity", [this] { notBuilt(); });
+    m_binder->action(entity, "mnuGet_Entity", [this] {
+        ToolActions(m_session, m_dialogs, *m_observer,
+                    [this](const failure::Failure& f) { failAndEnd(f); })
+            .mnuGet_Entity_Click();
+    });
     auto* mng = bar->addAction(QStringLiteral("MNG"));
     mng->setObjectName(QStringLiteral("mnuMNG"));
     mng->setVisible(false);
