@@ -46,16 +46,27 @@ private:
     bool m_fixed = false;
 };
 
-/// The fuzz target's own scratch folder, `<temp>/vornhale-fuzz-<pid>/`, made once.
+/// The fuzz target's own scratch folder, `<temp>/vornhale-fuzz-<pid>/`, made once and
+/// removed when the process ends normally.
 inline const std::filesystem::path& scratchHome()
 {
-    static const std::filesystem::path home = [] {
-        auto p = std::filesystem::temp_directory_path() /
-                 ("vornhale-fuzz-" + std::to_string(::getpid()));
-        std::filesystem::create_directories(p);
-        return p;
-    }();
-    return home;
+    struct Scratch
+    {
+        std::filesystem::path path;
+        Scratch()
+            : path(std::filesystem::temp_directory_path() /
+                   ("vornhale-fuzz-" + std::to_string(::getpid())))
+        {
+            std::filesystem::create_directories(path);
+        }
+        ~Scratch()
+        {
+            std::error_code ec;
+            std::filesystem::remove_all(path, ec);
+        }
+    };
+    static const Scratch scratch;
+    return scratch.path;
 }
 
 /// A program folder with all its sub-folders in the scratch folder, made once.
