@@ -4,6 +4,7 @@
 #include "settings/WindowPositions.h"
 #include "ui/FileChooser.h"
 #include "ui/WidgetLook.h"
+#include "ui/WindowPlace.h"
 
 #include <QApplication>
 #include <QCheckBox>
@@ -18,7 +19,6 @@
 namespace vornhale::ui {
 namespace {
 
-constexpr int kTwipsPerPixel = 15;
 using settings::ConfigModel;
 
 } // namespace
@@ -148,18 +148,8 @@ ConfigDialog::ConfigDialog(session::Session& session, FileChooser& chooser, QWid
     m_model.Form_Load_frmConfig();
     refresh();
 
-    const QSize size = sizeHint();
-    settings::WindowPlacement design;
-    design.width = size.width() * kTwipsPerPixel;
-    design.height = size.height() * kTwipsPerPixel;
-    design.left = 80 * kTwipsPerPixel;
-    design.top = 60 * kTwipsPerPixel;
-    const settings::WindowPlacement p = settings::restorePosition(
-        m_session.folder().strPath / settings::kPositionFileName, "frmConfig", design);
-    resize(QSize(static_cast<int>(p.width / kTwipsPerPixel),
-                 static_cast<int>(p.height / kTwipsPerPixel))
-               .expandedTo(size));
-    move(static_cast<int>(p.left / kTwipsPerPixel), static_cast<int>(p.top / kTwipsPerPixel));
+    rememberPlace(*this, "frmConfig", m_session.folder().strPath / settings::kPositionFileName,
+                  sizeHint(), QPoint(80, 60));
 }
 
 void ConfigDialog::refresh()
@@ -211,13 +201,7 @@ void ConfigDialog::browse(const ConfigModel::Row& row)
 
 void ConfigDialog::savePosition()
 {
-    settings::WindowPlacement p;
-    p.left = x() * kTwipsPerPixel;
-    p.top = y() * kTwipsPerPixel;
-    p.width = width() * kTwipsPerPixel;
-    p.height = height() * kTwipsPerPixel;
-    settings::savePosition(m_session.folder().strPath / settings::kPositionFileName, "frmConfig",
-                           p);
+    savePlace(*this, "frmConfig", m_session.folder().strPath / settings::kPositionFileName);
 }
 
 } // namespace vornhale::ui

@@ -18,18 +18,24 @@
 #include "text/LineFile.h"
 #include "ui/ConfigDialog.h"
 #include "ui/ConversionRunner.h"
+#include "ui/DateDialog.h"
 #include "ui/DownloadDialog.h"
 #include "ui/FileChooser.h"
+#include "ui/KetasuDialog.h"
 #include "ui/GetMngDialog.h"
 #include "ui/LayoutRow.h"
+#include "ui/ModeDialog.h"
 #include "ui/OptionBinder.h"
 #include "ui/QtDialogs.h"
 #include "ui/QtRunObserver.h"
 #include "ui/RirekiSelDialog.h"
 #include "ui/RmksSelDialog.h"
+#include "ui/RtclTextMenus.h"
+#include "ui/RtclV4Dialog.h"
 #include "ui/TextViewDialog.h"
 #include "ui/ToolActions.h"
 #include "ui/WidgetLook.h"
+#include "ui/WindowPlace.h"
 
 #include <QAction>
 #include <QApplication>
@@ -67,8 +73,6 @@ namespace {
 
 namespace fs = std::filesystem;
 using base::Colour;
-
-constexpr int kTwipsPerPixel = 15;
 
 // The frame or label caption the catalogue keeps for an option.
 QString frameCaption(std::string_view name, int member = -1)
@@ -248,25 +252,25 @@ void MainWindow::buildMenus()
     QMenu* rtclOld = file->addMenu(QStringLiteral("RTCL 旧  　(　ver 3.00 より前　)"));
     rtclOld->setObjectName(QStringLiteral("mnu_rtcl_old"));
     menuEntry(rtclOld, "mnuOpen_rtcl_log_set", openLog, open("mnuOpen_rtcl_log_set"));
-    menuEntry(rtclOld, "mnu_rtcl_log2txt", log2txt, [this] { notBuilt(); });
-    menuEntry(rtclOld, "mnu_rtcl_log2all", log2all, [this] { notBuilt(); });
+    menuEntry(rtclOld, "mnu_rtcl_log2txt", log2txt, [this] { rtclText(false, false); });
+    menuEntry(rtclOld, "mnu_rtcl_log2all", log2all, [this] { rtclText(false, true); });
     QMenu* rtclNew = file->addMenu(QStringLiteral("RTCL 新  　(　ver 3.00 以降　)"));
     rtclNew->setObjectName(QStringLiteral("mnu_rtcl_new"));
     menuEntry(rtclNew, "mnuOpen_rtcl_log_set_new", openLog, open("mnuOpen_rtcl_log_set_new"));
-    menuEntry(rtclNew, "mnu_rtcl_log2txt_new", log2txt, [this] { notBuilt(); });
-    menuEntry(rtclNew, "mnu_rtcl_log2all_new", log2all, [this] { notBuilt(); });
+    menuEntry(rtclNew, "mnu_rtcl_log2txt_new", log2txt, [this] { rtclText(true, false); });
+    menuEntry(rtclNew, "mnu_rtcl_log2all_new", log2all, [this] { rtclText(true, true); });
     QMenu* rtcl4 = file->addMenu(QStringLiteral("RTCL 新  　(　ver 4.00 以降　)"));
     rtcl4->setObjectName(QStringLiteral("mnu_rtcl_new4"));
     menuEntry(rtcl4, "mnuOpen_rtcl_log_set_new4", openLog, open("mnuOpen_rtcl_log_set_new4"));
     menuEntry(rtcl4, "mnu_rtcl_new4_",
               QStringLiteral("RTCL 新  　(　ver 4.00 以降　)    zLog への変換"),
-              [this] { notBuilt(); });
+              [this] { openRtclV4(); });
     QMenu* rtcl430 = file->addMenu(QStringLiteral("RTCL 新  　(　ver 4.30 以降　)"));
     rtcl430->setObjectName(QStringLiteral("mnu_rtcl_new430"));
     menuEntry(rtcl430, "mnuOpen_rtcl_log_set_new430", openLog, open("mnuOpen_rtcl_log_set_new430"));
     menuEntry(rtcl430, "mnu_rtcl_new430_",
               QStringLiteral("RTCL 新  　(　ver 4.30 以降　)    zLog への変換"),
-              [this] { notBuilt(); });
+              [this] { openRtclV4(); });
     file->addSeparator()->setObjectName(QStringLiteral("mnuTemp4"));
     menuEntry(file, "mnuOpen_Cabrillo",
               QStringLiteral("Cabrillo  ( ＊．ｌｏｇ　，　＊．ｃｂｒ　，＊．ｔｘｔ ) ﾌｧｲﾙを選ぶ"),
@@ -383,7 +387,10 @@ void MainWindow::buildMenus()
     m_binder->action(mng, "mnuMNG", [this] { notBuilt(); });
     auto* mode = bar->addAction(QStringLiteral("Mode"));
     mode->setObjectName(QStringLiteral("mnuMode"));
-    m_binder->action(mode, "mnuMode", [this] { notBuilt(); });
+    m_binder->action(mode, "mnuMode", [this] {
+        m_session.files().ini_write_old();
+        ModeDialog(m_session, this).exec();
+    });
 }
 
 void MainWindow::buildToolBar()
@@ -470,7 +477,7 @@ QWidget* MainWindow::buildCentre()
         m_layoutRow->refresh();
     });
     connect(m_layoutRow->historyButton(), &QPushButton::clicked, this, [this] { openRirekiSel(); });
-    connect(m_layoutRow->widthsButton(), &QPushButton::clicked, this, [this] { notBuilt(); });
+    connect(m_layoutRow->widthsButton(), &QPushButton::clicked, this, [this] { openKetasu(); });
     outer->addWidget(m_layoutRow);
 
     auto* statusRow = new QHBoxLayout;
@@ -784,7 +791,7 @@ QWidget* MainWindow::buildNoQslTab()
     v->addWidget(tickBox("Check19"));
     auto* period = new QHBoxLayout;
     period->addWidget(
-        commandButton("cmdDate", QStringLiteral("期 間"), {}, [this] { notBuilt(); }));
+        commandButton("cmdDate", QStringLiteral("期 間"), {}, [this] { openDate(); }));
     period->addWidget(modelLabel("periodText"), 1);
     v->addLayout(period);
 
@@ -1277,6 +1284,50 @@ void MainWindow::openRirekiSel()
     m_layoutRow->refresh();
 }
 
+void MainWindow::openKetasu()
+{
+    m_session.files().ini_write_old();
+    KetasuDialog(m_session, this).exec();
+    // The widths reach the tables of the conversion once the dialog has closed.
+    m_layout.Set_Rmks_Len();
+    m_layoutRow->refresh();
+}
+
+void MainWindow::openDate()
+{
+    DateDialog dialog(m_session, this);
+    if (dialog.exec() == QDialog::Accepted) {
+        m_model.buildPeriodAndTitle();
+        setWindowTitle(qs(m_model.windowTitle()));
+        m_binder->refreshAll();
+    }
+}
+
+void MainWindow::openRtclV4()
+{
+    RtclV4Dialog dialog(m_session, m_chooser, this);
+    dialog.setFailureHandler([this, &dialog](const failure::Failure& f) {
+        dialog.reject();
+        failAndEnd(f);
+    });
+    dialog.exec();
+}
+
+void MainWindow::rtclText(bool newForm, bool all)
+{
+    try {
+        const std::string written = makeRtclText(m_session, m_chooser, this, newForm, all);
+        if (!written.empty()) {
+            // After the refresh that follows a menu action, which clears the status line.
+            QMetaObject::invokeMethod(
+                this, [this, written] { showStatus(qs(written), static_cast<int>(Colour::Black)); },
+                Qt::QueuedConnection);
+        }
+    } catch (const failure::Failure& f) {
+        failAndEnd(f);
+    }
+}
+
 void MainWindow::makeZ2a()
 {
     readers::InputState input = m_session.input();
@@ -1353,31 +1404,13 @@ void MainWindow::failAndEnd(const failure::Failure& f)
 
 void MainWindow::restorePosition()
 {
-    const QSize size = sizeHint().expandedTo(QSize(1180, 860));
-    settings::WindowPlacement design;
-    design.width = size.width() * kTwipsPerPixel;
-    design.height = size.height() * kTwipsPerPixel;
-    design.left = 40 * kTwipsPerPixel;
-    design.top = 30 * kTwipsPerPixel;
-    const settings::WindowPlacement p = settings::restorePosition(
-        m_session.folder().strPath / settings::kPositionFileName, "Vornhale", design);
-    resize(static_cast<int>(p.width / kTwipsPerPixel), static_cast<int>(p.height / kTwipsPerPixel));
-    move(static_cast<int>(p.left / kTwipsPerPixel), static_cast<int>(p.top / kTwipsPerPixel));
-    if (p.state == 2) {
-        setWindowState(Qt::WindowMaximized);
-    }
+    rememberPlace(*this, "Vornhale", m_session.folder().strPath / settings::kPositionFileName,
+                  sizeHint().expandedTo(QSize(1180, 860)), QPoint(40, 30));
 }
 
 void MainWindow::savePosition()
 {
-    settings::WindowPlacement p;
-    const QRect r = normalGeometry().isValid() ? normalGeometry() : geometry();
-    p.state = isMaximized() ? 2 : (isMinimized() ? 1 : 0);
-    p.left = r.left() * kTwipsPerPixel;
-    p.top = r.top() * kTwipsPerPixel;
-    p.width = r.width() * kTwipsPerPixel;
-    p.height = r.height() * kTwipsPerPixel;
-    settings::savePosition(m_session.folder().strPath / settings::kPositionFileName, "Vornhale", p);
+    savePlace(*this, "Vornhale", m_session.folder().strPath / settings::kPositionFileName);
 }
 
 // ---- The list of controls -----------------------------------------------------------------

@@ -150,6 +150,11 @@ private:
     void openConfig();
     void openRmksSel();
     void openRirekiSel();
+    void openKetasu();
+    void openDate();
+    void openRtclV4();
+    /// The RTCL menus that write a zLog text of a text log (`newForm`: from version 3.00).
+    void rtclText(bool newForm, bool all);
     void makeZ2a();
     void savePosition();
     void restorePosition();

@@ -1,6 +1,8 @@
 #include "ui/RirekiSelDialog.h"
 
+#include "settings/WindowPositions.h"
 #include "ui/WidgetLook.h"
+#include "ui/WindowPlace.h"
 
 #include <QApplication>
 #include <QFontDatabase>
@@ -97,6 +99,8 @@ RirekiSelDialog::RirekiSelDialog(const std::filesystem::path& folder, settings::
     connect(back, &QPushButton::clicked, this, &RirekiSelDialog::reject);
     fill();
     refresh();
+    rememberPlace(*this, "frmRmk_Rireki_sel", folder / settings::kPositionFileName, sizeHint(),
+                  QPoint(100, 80));
 }
 
 void RirekiSelDialog::fill()

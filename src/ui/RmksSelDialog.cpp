@@ -1,6 +1,8 @@
 #include "ui/RmksSelDialog.h"
 
+#include "settings/WindowPositions.h"
 #include "ui/WidgetLook.h"
+#include "ui/WindowPlace.h"
 
 #include <QGridLayout>
 #include <QHBoxLayout>
@@ -120,6 +122,8 @@ RmksSelDialog::RmksSelDialog(const std::filesystem::path& folder, settings::Opti
     });
     connect(back, &QPushButton::clicked, this, &RmksSelDialog::reject);
     refresh();
+    rememberPlace(*this, "frmRmks_sel", folder / settings::kPositionFileName, sizeHint(),
+                  QPoint(100, 80));
 }
 
 void RmksSelDialog::reject()
