@@ -5,6 +5,10 @@
 #include <string_view>
 #include <vector>
 
+namespace vornhale::settings {
+struct SchemaKey;
+}
+
 namespace vornhale::session {
 
 /// What kind of control an option is.
@@ -16,13 +20,6 @@ enum class OptionKind {
     Button,      ///< a command button the option rules name; holds no value
 };
 
-/// Where an option's default comes from.
-enum class DefaultKind {
-    Value,    ///< `defaultValue` as it stands
-    ThisYear, ///< the present year, four digits
-    Unset,    ///< the defaults leave it unset (the empty text)
-};
-
 /// One option of the main window, as the window shows it and the settings store it.
 struct OptionEntry
 {
@@ -32,8 +29,6 @@ struct OptionEntry
     std::string_view caption;
     std::string_view frame; ///< caption of the frame, label or heading that holds it (may be empty)
     std::string_view toolTip; ///< may be empty
-    DefaultKind defaultKind;
-    std::string_view defaultValue; ///< for a group: the index of the member that is on
     std::string_view key;          ///< settings key; empty when the option is not stored
     std::string_view tab;          ///< caption of the tab it stands on (empty for menus)
 
@@ -57,9 +52,13 @@ public:
     /// The members of the group `name`, in member order (empty when it is not a group).
     static std::vector<const OptionEntry*> members(std::string_view name);
 
-    /// The default value of an entry ("1", "0", member index, text); `thisYear` fills a
-    /// `ThisYear` default.
+    /// The default value of an entry ("1", "0", member index, text) as the settings schema
+    /// gives it for its key; `thisYear` fills a default of this year. Empty for an option the
+    /// defaults leave unset.
     static std::string defaultOf(const OptionEntry& entry, std::string_view thisYear);
+    /// The settings key behind an entry (a value in memory for an option without a key);
+    /// nullptr for a button.
+    static const settings::SchemaKey* schemaKey(const OptionEntry& entry);
 
     /// Splits "Option04(2)" into "Option04" and 2; a name without a member gives -1.
     static std::pair<std::string_view, int> splitMember(std::string_view controlName);

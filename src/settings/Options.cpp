@@ -1,5 +1,6 @@
 #include "settings/Options.h"
 
+#include "settings/OptionSchema.h"
 #include "settings/PeriodModel.h"
 #include "settings/SettingsFiles.h"
 
@@ -129,23 +130,15 @@ Options Options::defaults()
 {
     Options o;
     // The environment of a first start with no zLog or HAMLOG folder found.
-    const std::pair<const char*, std::string> environment[] = {
-        {"version", std::string(kProgramVersion)},
-        {"zlog_dat_dir", ""},
-        {"name_mas_dir", ""},
-        {"qth_mas_dir", ""},
-        {"mng_z_full_txt_dir", ""},
-        {"hamlog_hdb_dir", ""},
-        {"hamlog_hdb_2_dir", ""},
-        {"zlo_dir", ""},
-        {"all_dir", ""},
-        {"log_dir", "使用しない"},
-        {"Prov_mas_dat_dir", ""},
-        {"buro_QSL_moji", ""},
-        {"DXCC_mas_txt_55_use", ""},
-    };
-    for (const auto& [key, value] : environment) {
-        o.set(key, value);
+    for (const SchemaKey& key : optionSchema()) {
+        if (key.file != SettingsFileId::Environment) {
+            continue;
+        }
+        if (key.kind == ValueKind::Stamp) {
+            o.set(key.key, std::string(kProgramVersion));
+        } else {
+            o.set(key.key, defaultValueOf(key, ""));
+        }
     }
     for (auto& [key, value] : SettingsFiles::optionDefaults(dateDigits(systemToday()))) {
         o.set(key, std::move(value));

@@ -1,4 +1,5 @@
 #include "session/OptionCatalog.h"
+#include "settings/OptionSchema.h"
 #include "settings/Options.h"
 
 #include <gtest/gtest.h>
@@ -15,7 +16,7 @@ TEST(OptionCatalog, FindsATickByItsControlName)
     EXPECT_EQ(e->caption, "作成する");
     EXPECT_EQ(e->frame, " Dupe List ");
     EXPECT_EQ(e->toolTip, "重複チェック・リスト");
-    EXPECT_EQ(e->defaultValue, "0");
+    EXPECT_EQ(OptionCatalog::defaultOf(*e, "2031"), "0");
     EXPECT_EQ(e->key, "Check06");
     EXPECT_EQ(e->tab, "memo単複");
 }
@@ -77,8 +78,9 @@ TEST(OptionCatalog, OptionsWithoutAKeyAreNotStored)
         ASSERT_NE(e, nullptr) << name;
         EXPECT_FALSE(e->stored()) << name;
     }
-    EXPECT_EQ(OptionCatalog::find("Check9")->defaultKind, DefaultKind::Unset);
-    EXPECT_EQ(OptionCatalog::find("Check16")->defaultKind, DefaultKind::Unset);
+    EXPECT_EQ(OptionCatalog::defaultOf(*OptionCatalog::find("Check9"), "2031"), "");
+    EXPECT_EQ(OptionCatalog::defaultOf(*OptionCatalog::find("Check16"), "2031"), "");
+    EXPECT_EQ(OptionCatalog::defaultOf(*OptionCatalog::find("Check13"), "2031"), "1");
     EXPECT_EQ(OptionCatalog::find("Check16")->key, "Check16");
 }
 
@@ -108,13 +110,45 @@ TEST(OptionCatalog, StoredDefaultsAgreeWithTheSettingsDefaults)
     const Options defaults = Options::defaults();
     std::set<std::string> seen;
     for (const OptionEntry& e : OptionCatalog::all()) {
-        if (!e.stored() || e.defaultKind != DefaultKind::Value) {
+        if (!e.stored() || e.name == "Check16") {
             continue;
         }
         seen.insert(std::string(e.key));
-        EXPECT_EQ(defaults.value(e.key), e.defaultValue) << e.controlName();
+        const std::string expected = e.key == "YYYY" ? defaults.value("YYYY") : OptionCatalog::defaultOf(e, "2031");
+        EXPECT_EQ(defaults.value(e.key), expected) << e.controlName();
     }
     EXPECT_GT(seen.size(), 40u);
+}
+
+TEST(OptionCatalog, EveryOptionHasAKeyOfItsKindInTheSettingsSchema)
+{
+    for (const OptionEntry& e : OptionCatalog::all()) {
+        const SchemaKey* key = OptionCatalog::schemaKey(e);
+        if (e.kind == OptionKind::Button) {
+            EXPECT_EQ(key, nullptr) << e.controlName();
+            continue;
+        }
+        ASSERT_NE(key, nullptr) << e.controlName();
+        switch (e.kind) {
+        case OptionKind::Tick:
+        case OptionKind::MenuTick:
+            // The start-tab ticks share one small number.
+            EXPECT_TRUE(key->kind == ValueKind::Tick ||
+                        key->kind == ValueKind::Number)
+                << e.controlName();
+            break;
+        case OptionKind::GroupMember:
+            EXPECT_EQ(key->kind, ValueKind::Group) << e.controlName();
+            EXPECT_EQ(static_cast<int>(OptionCatalog::members(e.name).size()), key->members)
+                << e.controlName();
+            break;
+        case OptionKind::Text:
+            EXPECT_EQ(key->kind, ValueKind::Text) << e.controlName();
+            break;
+        case OptionKind::Button:
+            break;
+        }
+    }
 }
 
 TEST(OptionCatalog, EveryControlNameIsUnique)
