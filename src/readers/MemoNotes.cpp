@@ -5,23 +5,35 @@
 
 namespace vornhale::readers {
 
+void frequencyInParentheses(std::string_view note, std::string_view q_band, std::string& q_freq)
+{
+    if (text::contains(note, "(0)")) {
+        q_freq = std::string(q_band);
+        return;
+    }
+    const std::size_t open = note.find('(');
+    if (open == std::string_view::npos) {
+        return;
+    }
+    std::string_view inner = note.substr(open + 1);
+    inner = inner.substr(0, inner.find('('));
+    const std::string f(text::trim(text::replaceAll(inner, ")", "")));
+    const std::size_t n = text::charCount(f);
+    if (n < 4 || n > 7) {
+        return;
+    }
+    const std::string blanks(n == 4 ? 6 : 5, ' ');
+    q_freq = text::replaceAll(blanks + text::left(f, n - 3) + "." + text::right(f, 3), "..", ".");
+}
+
 void freq_from_memo(std::string& q_memo, std::string_view q_band, std::string& q_freq)
 {
+    frequencyInParentheses(q_memo, q_band, q_freq);
     const std::size_t open = text::instr(q_memo, "(");
     const std::size_t close = open == 0 ? 0 : text::instr(q_memo, ")", open);
     const std::string inner = open == 0 ? std::string()
                               : close == 0 ? text::mid(q_memo, open + 1)
                                            : text::mid(q_memo, open + 1, close - open - 1);
-    if (text::contains(q_memo, "(0)")) {
-        q_freq = std::string(q_band);
-    } else {
-        const std::string f(text::trim(text::replaceAll(inner, ")", "")));
-        const std::size_t n = text::charCount(f);
-        if (n >= 4 && n <= 7) {
-            const std::string blanks(n == 4 ? 6 : 5, ' ');
-            q_freq = text::replaceAll(blanks + text::left(f, n - 3) + "." + text::right(f, 3), "..", ".");
-        }
-    }
     if (!inner.empty()) {
         q_memo = text::replaceAll(q_memo, "(" + inner, "(");
     }

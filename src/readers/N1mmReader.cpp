@@ -5,6 +5,7 @@
 #include "failure/Failure.h"
 #include "readers/CabrilloReader.h"
 #include "readers/MdbTableExport.h"
+#include "readers/MemoNotes.h"
 #include "readers/ZlogTextReader.h"
 #include "text/ByteKeySort.h"
 #include "text/Chars.h"
@@ -223,7 +224,7 @@ void henkan_mdb_2_t(const ReaderContext& ctx)
             q.q_op.clear();
         }
         if (frequencies && text::contains(line, "(")) {
-            frequencyRule(line, q.q_band, q.q_freq);
+            frequencyInParentheses(line, q.q_band, q.q_freq);
         }
         // No memo rule runs on a database row: with the memo items in the layout the memo
         // keeps what it holds, otherwise it is emptied.

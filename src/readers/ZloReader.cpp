@@ -5,6 +5,7 @@
 #include "failure/Failure.h"
 #include "base/WorkingFiles.h"
 #include "readers/InputSelection.h"
+#include "readers/MemoNotes.h"
 #include "readers/ZloxRecord.h"
 #include "text/Chars.h"
 #include "text/LineFile.h"
@@ -48,19 +49,6 @@ std::string withoutBracket(const std::string& memo, const std::string& bracket)
 {
     const std::string cut = bracket.empty() ? memo : text::replaceAll(memo, bracket, "");
     return text::replaceAll(cut, "()", " ");
-}
-
-// The rig's frequency in kHz behind the first "(": by its length a MHz text. Any other
-// length keeps what the record before left.
-void frequencyFromMemo(const std::string& memo, std::string& freq)
-{
-    const auto pieces = text::split(memo, "(");
-    const std::string f = trimmed(text::replaceAll(pieces.size() > 1 ? pieces[1] : "", ")", ""));
-    const std::size_t n = text::charCount(f);
-    if (n < 4 || n > 7) {
-        return;
-    }
-    freq = text::replaceAll(text::left(f, n - 3) + "." + text::right(f, 3), "..", ".");
 }
 
 
@@ -235,7 +223,7 @@ void read_zlo(const ReaderContext& ctx)
             if (text::contains(memo, "(0)")) {
                 freq = d.band;
             } else {
-                frequencyFromMemo(memo, freq);
+                frequencyInParentheses(memo, d.band, freq);
                 memo = withoutBracket(memo, bracket);
             }
         } else {

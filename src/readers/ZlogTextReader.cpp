@@ -3,6 +3,7 @@
 #include "failure/Failure.h"
 #include "base/QsoLine.h"
 #include "base/WorkingFiles.h"
+#include "readers/MemoNotes.h"
 #include "text/Chars.h"
 #include "text/LineFile.h"
 #include "text/Record.h"
@@ -48,23 +49,6 @@ void operatorRule(std::string_view line, std::string& q_op)
         return;
     }
     q_op = trimmed(text::left(rest, p2 - 1));
-}
-
-// The frequency that rig control wrote in parentheses, in kHz without its point. A text of
-// another length keeps what the previous line left.
-void frequencyRule(std::string_view line, std::string_view band, std::string& q_freq)
-{
-    if (text::contains(line, "(0)")) {
-        q_freq = std::string(band);
-        return;
-    }
-    const auto pieces = text::split(line, "(");
-    const std::string f = trimmed(text::replaceAll(pieces.size() > 1 ? pieces[1] : "", ")", ""));
-    const std::size_t n = text::charCount(f);
-    if (n < 4 || n > 7) {
-        return;
-    }
-    q_freq = text::replaceAll(text::left(f, n - 3) + "." + text::right(f, 3), "..", ".");
 }
 
 namespace {
@@ -173,7 +157,7 @@ void readZlogText(const ReaderContext& ctx, Form form)
                 q.q_op.clear();
             }
             if (frequencies && text::contains(line, "(")) {
-                frequencyRule(line, q.q_band, q.q_freq);
+                frequencyInParentheses(line, q.q_band, q.q_freq);
             } else {
                 q.q_freq.clear();
             }
@@ -190,7 +174,7 @@ void readZlogText(const ReaderContext& ctx, Form form)
             q.q_band = Mid_sjis(line, 58, 3);
             q.q_mode = Mid_sjis(line, 64, 3);
             if (frequencies && text::contains(line, "(")) {
-                frequencyRule(line, q.q_band, q.q_freq);
+                frequencyInParentheses(line, q.q_band, q.q_freq);
             } else {
                 q.q_freq.clear();
             }

@@ -23,11 +23,6 @@ bool FileOpen_all_txt_set(InputState& run, const std::filesystem::path& path);
 /// Without a second "%", `q_op` keeps what the previous line left in it.
 void operatorRule(std::string_view line, std::string& q_op);
 
-/// The frequency that rig control wrote in parentheses, in kHz without its point, as MHz text:
-/// "(14025)" gives 14.025; "(0)" gives `band`. A text of another length than four to seven
-/// characters leaves `q_freq` as the previous line left it.
-void frequencyRule(std::string_view line, std::string_view band, std::string& q_freq);
-
 /// Reads the `.ALL` form of `run.in_name` into `zlog_1.txt`, one common QSO line per QSO
 /// line, adding one to `written_count` for each. A CTESTWIN log ("lg8") is read from its
 /// converted text, `ctestwin.ctestwin_all_name`. Throws Failure 62 when the file holds
