@@ -76,7 +76,7 @@ public:
     /// it, the flag becomes "0".
     void setCheck1(bool on);
     bool Check1() const { return m_check1; }
-    bool cmdGet_dateEnabled() const { return m_getDateEnabled; }
+    bool getDateEnabled() const { return m_getDateEnabled; }
 
     /// Pads month and day to two digits and stores the eight-digit joins in `Start_date` and
     /// `End_date`. A start not later than the end (as numbers) is accepted: the main window's

@@ -115,7 +115,7 @@ void DateDialog::refresh()
         }
     }
     m_check1->setChecked(m_model.Check1());
-    m_getDate->setEnabled(m_model.cmdGet_dateEnabled());
+    m_getDate->setEnabled(m_model.getDateEnabled());
     m_label7->setText(qs(m_model.Label7()));
 }
 

@@ -70,7 +70,7 @@ TEST(PeriodModel, AnEmptyStartBecomes1960AndAnEmptyEndToday)
     EXPECT_EQ(m.listIndex(5), 5);
     EXPECT_EQ(m.listIndex(6), 27);
     EXPECT_FALSE(m.Check1());
-    EXPECT_TRUE(m.cmdGet_dateEnabled());
+    EXPECT_TRUE(m.getDateEnabled());
 }
 
 TEST(PeriodModel, TheEndDateLosesItsSeparatorsButTheStartIsCutAsItStands)
@@ -91,7 +91,7 @@ TEST(PeriodModel, TheSystemDateFlagTicksCheck1AndTakesToday)
     Options o = withPeriod("20100101", "20150505", "1");
     PeriodModel m = loaded(o);
     EXPECT_TRUE(m.Check1());
-    EXPECT_FALSE(m.cmdGet_dateEnabled());
+    EXPECT_FALSE(m.getDateEnabled());
     EXPECT_EQ(m.part(4), "2019");
     EXPECT_EQ(m.part(5), "7");
     EXPECT_EQ(m.part(6), "4");
@@ -107,11 +107,11 @@ TEST(PeriodModel, Check1OffAndOnSetsTheFlagAndTheButton)
     PeriodModel m = loaded(o);
     m.setCheck1(true);
     EXPECT_EQ(o.value("use_system_date_flag"), "1");
-    EXPECT_FALSE(m.cmdGet_dateEnabled());
+    EXPECT_FALSE(m.getDateEnabled());
     EXPECT_EQ(m.part(4), "2019");
     m.setCheck1(false);
     EXPECT_EQ(o.value("use_system_date_flag"), "0");
-    EXPECT_TRUE(m.cmdGet_dateEnabled());
+    EXPECT_TRUE(m.getDateEnabled());
     EXPECT_EQ(m.part(4), "2019") << "turning the tick off keeps the end";
 }
 
