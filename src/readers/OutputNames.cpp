@@ -42,6 +42,17 @@ std::string stemWithPoint(std::string_view in_name)
     return stem;
 }
 
+std::string dupListName(std::string_view in_name)
+{
+    // The duplicate list cuts the path at its first point, not at the extension's, so a
+    // point in a folder name cuts the name there.
+    const auto point = in_name.find('.');
+    if (point == std::string_view::npos) {
+        return std::string(in_name) + ".dup";
+    }
+    return std::string(in_name.substr(0, point + 1)) + "dup";
+}
+
 OutputNames OutputNames::of(std::string_view in_name)
 {
     OutputNames n;
@@ -51,7 +62,7 @@ OutputNames OutputNames::of(std::string_view in_name)
     n.out_name_ham = replaceExtension(in_name, "_h.csv");
     n.out_name_con_n = replaceExtension(in_name, "_cn.csv");
     n.out_name_ham_n = replaceExtension(in_name, "_hn.csv");
-    n.dup_name = stemWithPoint(in_name) + "dup";
+    n.dup_name = dupListName(in_name);
     n.Get_Mng_result_name = stemWithPoint(in_name) + "mng_rslt";
     return n;
 }
