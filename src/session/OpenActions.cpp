@@ -29,9 +29,9 @@ constexpr OpenAction kActions[] = {
      "Cabrillo ﾌｧｲﾙ ( *.log , *.cbr , *.txt  )|*.log;*.cbr;*.txt", "", ""},
     {"mnuOpen_ADIF", "FileOpen_adi", "adi", D::Plain, "ADIF ﾌｧｲﾙ ( *.adi )|*.adi", "", ""},
     {"mnuMDB_dxlog", "FileOpen_mdb_dxlog", "mdb", D::Plain, "N1NN Logger ﾌｧｲﾙ(*.mdb)|*.mdb", "",
-     ""},
+     "", "DXLOG"},
     {"mnuMDB_CurrentContest", "FileOpen_mdb_CurrentContest", "mdb", D::Plain,
-     "N1NN Logger ﾌｧｲﾙ(*.mdb)|*.mdb", "", ""},
+     "N1NN Logger ﾌｧｲﾙ(*.mdb)|*.mdb", "", "", "CurrentContest"},
     {"mnuOpen_Ctestwin", "FileOpen_lg8", "lg8", D::Plain, "Ctestwin lg8 ﾌｧｲﾙ ( *.lg8 )|*.lg8",
      "ファイルを開く", ""},
 };

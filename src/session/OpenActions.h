@@ -30,6 +30,7 @@ struct OpenAction
     std::string_view filter;    ///< "description|pattern", as the dialog is given it
     std::string_view titleText; ///< Folder: the text behind the folder; Plain: the title
     std::string_view folderKey; ///< Folder: the settings key of the start folder
+    std::string_view mdbTable;  ///< the table an N1MM Logger database is read from, if any
 };
 
 /// Every open action, in the order of the menus.

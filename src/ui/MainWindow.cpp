@@ -1015,6 +1015,9 @@ void MainWindow::openBy(std::string_view menu)
         Q_EMIT inputOpened();
         return;
     }
+    if (!action->mdbTable.empty()) {
+        m_session.chooseMdbTable(std::string(action->mdbTable));
+    }
     openPath(utf8(path), action->typeWord);
 }
 

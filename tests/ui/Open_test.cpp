@@ -79,6 +79,7 @@ private Q_SLOTS:
     void aZloLogEnablesItsTextMakerAndHoldsTheYear();
     void theZloTextIsMadeAndThenShown();
     void aRejectedFileShowsItsMessageInRedAndKeepsTheStartOff();
+    void eachDatabaseEntryReadsItsOwnTable();
 };
 
 void OpenTest::initTestCase()
@@ -163,6 +164,28 @@ void OpenTest::aRejectedFileShowsItsMessageInRedAndKeepsTheStartOff()
     QCOMPARE(ui::captionColour(name), base::Colour::Red);
     QVERIFY(!name->text().isEmpty());
     QVERIFY(!s.find<QPushButton>(QStringLiteral("cmdStart"))->isEnabled());
+}
+
+void OpenTest::eachDatabaseEntryReadsItsOwnTable()
+{
+    Started s;
+    // Any file will do: the table is chosen before the database is looked at.
+    fs::create_directories(s.dir / "logs");
+    const fs::path db = s.dir / "logs" / "contest.mdb";
+    test::writeBytes(db, "not a database");
+    test::BoxAnswerer boxes;
+    s.open(db, "mnuMDB_CurrentContest");
+    QCOMPARE(QString::fromStdString(s.program->session()->input().mdb.table),
+             QStringLiteral("CurrentContest"));
+
+    Started t;
+    fs::create_directories(t.dir / "logs");
+    const fs::path db2 = t.dir / "logs" / "contest.mdb";
+    test::writeBytes(db2, "not a database");
+    t.program->session()->chooseMdbTable("CurrentContest");
+    t.open(db2, "mnuMDB_dxlog");
+    QCOMPARE(QString::fromStdString(t.program->session()->input().mdb.table),
+             QStringLiteral("DXLOG"));
 }
 
 QTEST_MAIN(OpenTest)
