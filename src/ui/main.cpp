@@ -1,6 +1,7 @@
 // The window program: starts the session, shows the environment settings where the start
 // asks for them, then the main window.
 
+#include "base/Version.h"
 #include "ui/DesktopProgram.h"
 #include "ui/FileChooser.h"
 #include "ui/MainWindow.h"
@@ -16,11 +17,13 @@ int main(int argc, char* argv[])
 {
     QApplication app(argc, argv);
     QApplication::setApplicationName(QStringLiteral("Vornhale"));
-    QApplication::setApplicationVersion(QStringLiteral("5.44"));
+    QApplication::setApplicationVersion(QString::fromUtf8(vornhale::base::kProgramVersion.data(),
+                                                         static_cast<qsizetype>(vornhale::base::kProgramVersion.size())));
 
     QCommandLineParser parser;
     parser.setApplicationDescription(QStringLiteral("Vornhale: contest logs to Turbo HAMLOG"));
     parser.addHelpOption();
+    parser.addVersionOption();
     const QCommandLineOption home(QStringLiteral("home"),
                                   QStringLiteral("The program folder (settings, traces, work)."),
                                   QStringLiteral("DIR"));
