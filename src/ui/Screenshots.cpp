@@ -3,6 +3,7 @@
 #include "session/Session.h"
 #include "ui/ConfigDialog.h"
 #include "ui/DesktopProgram.h"
+#include "ui/DialogScreenshots.h"
 #include "ui/FileChooser.h"
 #include "ui/MainWindow.h"
 #include "ui/WidgetLook.h"
@@ -64,6 +65,8 @@ bool takeScreenshots(DesktopProgram& program, const QString& folder, const QStri
         window->showTab(1, i);
         ok = save(window, folder, QStringLiteral("main-%1.png").arg(i + 1)) && ok;
     }
+    QtFileChooser dialogChooser;
+    ok = takeDialogScreenshots(*program.session(), dialogChooser, window, folder) && ok;
     return ok;
 }
 
