@@ -9,7 +9,12 @@ namespace vornhale::cli {
 
 ProgramSession::ProgramSession(const std::optional<std::filesystem::path>& home)
 {
-    m_session = std::make_unique<session::Session>(home, m_dialogs);
+    // Every command writes the settings files at its start (and most the working folder):
+    // it holds the program folder to its end, after any other run there.
+    m_session = std::make_unique<session::Session>(
+        home, m_dialogs, session::Session::FolderHold::WholeSession, [] {
+            std::cerr << kWaitingNote << "\n" << std::flush;
+        });
     m_session->onWriteFailure([](const std::filesystem::path& path) {
         std::cerr << "設定ファイルに書き込みできません: " << path.string() << "\n";
     });

@@ -16,6 +16,10 @@ namespace vornhale::cli {
 class ProgramSession
 {
 public:
+    /// Told on stderr when another run holds the program folder and this one waits for it.
+    static constexpr const char* kWaitingNote =
+        "他の実行がプログラムフォルダを使用中です。終わるのを待っています…";
+
     /// The session, or null after telling on stderr why the program could not start.
     static std::unique_ptr<ProgramSession> begin(const std::optional<std::filesystem::path>& home);
     /// `begin`, then the required files (and, for a conversion, the files a conversion

@@ -1,6 +1,7 @@
 #include "engine/FinalOutput.h"
 
 #include "base/Clock.h"
+#include "base/PairedReplace.h"
 
 #include "failure/Failure.h"
 #include "engine/Records.h"
@@ -270,10 +271,15 @@ void makeFinalFiles(RunContext& ctx, const RemarkLayout& layout, const std::stri
         {run.names.out_name_con0, readers::replaceExtension(run.in_name, "_c.csv"),
          readers::replaceExtension(run.in_name, "_cn.csv"), true},
     };
-    for (const Pass& pass : passes) {
+    // Both final files are written whole under temporary names, and only then replace the
+    // previous pair, one right after the other: never a new `_hn.csv` beside an old `_cn.csv`.
+    base::PairedReplace pair(ctx.folder.drive_path, {passes[0].final, passes[1].final});
+    const std::vector<fs::path> temporaries = pair.temporaries();
+    for (std::size_t p = 0; p < std::size(passes); ++p) {
+        const Pass& pass = passes[p];
         text::RecordReader in(pass.source);
         text::LineWriter oldOut(pass.oldForm);
-        text::LineWriter finalOut(pass.final, text::LineWriter::Mode::ReplaceWhenDone);
+        text::LineWriter finalOut(temporaries[p]);
         while (!in.atEnd()) {
             ReducedRecord r = ReducedRecord::from(in.fields(ReducedRecord::kFields));
             r.mode = pass.cardOrder ? modeOfCardPass(r.mode) : modeOfLogPass(r.mode, lastMode);
@@ -311,6 +317,7 @@ void makeFinalFiles(RunContext& ctx, const RemarkLayout& layout, const std::stri
         oldOut.close();
         finalOut.close();
     }
+    pair.commit();
     run.counters.calls_kazu = run.counters.fuku_kazu + run.counters.tan_kazu;
 }
 

@@ -151,9 +151,6 @@ void ExchangeAnalysis::bump(std::size_t index)
         throw failure::Failure(failure::SubscriptOutOfRange,
                            "インデックスが有効範囲にありません。");
     }
-    if (counters[index] == std::numeric_limits<std::int16_t>::max()) {
-        throw failure::Failure(failure::Overflow, "オーバーフローしました。");
-    }
     ++counters[index];
 }
 

@@ -71,7 +71,8 @@ public:
     // --- Working data --------------------------------------------------------------------
     std::string missing_items;
     std::string highlight_item;
-    std::array<std::int16_t, kCounters> counters{};
+    /// Wide enough for a log of any length: a long log is analysed, never overflows.
+    std::array<std::int64_t, kCounters> counters{};
     long qso_lines = 0;
     long portable_count = 0;
     long long_call_count = 0;
@@ -88,7 +89,7 @@ public:
     /// The statistical passes over a `.ALL` or `.TXT` log at `path` (its first line
     /// dropped). `in_name` is the input path as the run holds it; `zonesKept` (`Check6`) the
     /// tick that keeps zones. Throw Failure 53 when the file cannot be read, Failure 62 when it
-    /// holds nothing after its first line, Failure 6 when a counter passes 32,767.
+    /// holds nothing after its first line.
     void check_rcvd_all(const std::filesystem::path& path, std::string_view in_name, bool zonesKept,
                         const RemarkCells& layout);
     void check_rcvd_txt(const std::filesystem::path& path, std::string_view in_name, bool zonesKept,
@@ -99,8 +100,7 @@ public:
     /// exchange is the received field with every "599-" and then every "-" removed, cut to
     /// 8 characters. Of the decisions only four apply, and the zone needs exactly one numeric
     /// exchange and exactly one of three characters. Throw Failure 53 when the file cannot be
-    /// read, Failure 62 when its last record lacks fields, Failure 6 when a counter passes
-    /// 32,767.
+    /// read, Failure 62 when its last record lacks fields.
     void check_rcvd_log_old(const std::filesystem::path& path, const RemarkCells& layout);
     void check_rcvd_log_new(const std::filesystem::path& path, const RemarkCells& layout);
 

@@ -2,6 +2,7 @@
 
 #include "base/DataFiles.h"
 #include "base/FileMask.h"
+#include "base/FileReplace.h"
 #include "settings/WorkingFolderCleanup.h"
 #include "settings/Options.h"
 #include "settings/PeriodModel.h"
@@ -19,6 +20,20 @@ namespace vornhale::session {
 namespace {
 
 namespace fs = std::filesystem;
+
+// A settings file rewritten from its scratch copy: the copy goes to the temporary name and is
+// renamed into place, so the file is never seen half copied.
+void copyIntoPlace(const fs::path& scratch, const fs::path& file, std::error_code& ec)
+{
+    const fs::path writing = base::writingNameOf(file);
+    if (fs::copy_file(scratch, writing, fs::copy_options::overwrite_existing, ec)) {
+        fs::rename(writing, file, ec);
+    }
+    if (ec) {
+        std::error_code ignored;
+        fs::remove(writing, ignored);
+    }
+}
 
 constexpr std::string_view kNotUsed = "使用しない";
 
@@ -257,7 +272,7 @@ void ProgramStart::moveOldDates()
         text::writeFileSjis(scratch, crLfText(kept));
         m_files.ini_write_fdt();
         std::error_code ec;
-        fs::copy_file(scratch, file, fs::copy_options::overwrite_existing, ec);
+        copyIntoPlace(scratch, file, ec);
         removeIfExists(scratch);
     } catch (const std::exception&) {
         // An option file that cannot be read or rewritten keeps its old lines.
@@ -280,7 +295,7 @@ void ProgramStart::rewriteWithoutOldDates(std::string_view name)
         }
         text::writeFileSjis(scratch, crLfText(kept));
         std::error_code ec;
-        fs::copy_file(scratch, file, fs::copy_options::overwrite_existing, ec);
+        copyIntoPlace(scratch, file, ec);
         removeIfExists(scratch);
     } catch (const std::exception&) {
         m_files.noteWriteFailure(file);

@@ -2,6 +2,8 @@
 
 #include "base/DataFiles.h"
 #include "base/FailurePath.h"
+#include "base/FileReplace.h"
+#include "base/PairedReplace.h"
 #include "engine/Driver.h"
 #include "failure/Failure.h"
 #include "readers/InputSelection.h"
@@ -13,10 +15,57 @@ namespace vornhale::session {
 
 namespace fs = std::filesystem;
 
-Session::Session(const std::optional<fs::path>& home, base::Dialogs& dialogs)
-    : m_folder(base::ProgramFolder::resolve(home)), m_dialogs(dialogs)
+class Session::FolderGuard
+{
+public:
+    explicit FolderGuard(Session& session) : m_session(session) { m_session.holdFolder(); }
+    ~FolderGuard() { m_session.releaseFolder(); }
+    FolderGuard(const FolderGuard&) = delete;
+    FolderGuard& operator=(const FolderGuard&) = delete;
+
+private:
+    Session& m_session;
+};
+
+void Session::holdFolder()
+{
+    const std::lock_guard<std::mutex> lock(m_holdMutex);
+    if (m_holds++ == 0) {
+        try {
+            m_lock = std::make_unique<base::ProgramFolderLock>(m_folder.strPath, m_waiting);
+        } catch (...) {
+            m_holds = 0;
+            throw;
+        }
+    }
+}
+
+void Session::releaseFolder()
+{
+    const std::lock_guard<std::mutex> lock(m_holdMutex);
+    if (m_holds > 0 && --m_holds == 0) {
+        m_lock.reset();
+    }
+}
+
+Session::Session(const std::optional<fs::path>& home, base::Dialogs& dialogs, FolderHold hold,
+                 std::function<void()> waiting)
+    : m_folder(base::ProgramFolder::resolve(home)), m_dialogs(dialogs),
+      m_waiting(std::move(waiting))
 {
     m_folder.makeFolders();
+    // The start writes the settings files: it waits for another run in the same folder. The
+    // start itself does not look for a second instance of the program.
+    FolderGuard startHold(*this);
+    if (hold == FolderHold::WholeSession) {
+        holdFolder();
+    }
+    // What a killed run left half done: the result pair is completed or dropped, and the
+    // temporaries of settings and working files go.
+    base::PairedReplace::recover(m_folder.drive_path);
+    for (const fs::path& folder : {m_folder.strPath, m_folder.drive_path, m_folder.Temp_Files}) {
+        base::removeLeftTemporaries(folder);
+    }
     m_trace = std::make_unique<base::Trace>(m_folder.Error_Log);
     m_files = std::make_unique<settings::SettingsFiles>(m_folder.strPath, m_stored);
     m_files->setWriteFailureHandler([this](const fs::path& path) {
@@ -152,8 +201,16 @@ std::optional<std::string> Session::checkStart(const settings::Options& options,
     return std::nullopt;
 }
 
+void Session::end(bool deleteWorkingFiles)
+{
+    FolderGuard hold(*this);
+    m_start->End_Shori(deleteWorkingFiles);
+}
+
 RunOutcome Session::runConversion(base::RunObserver& observer, const RunRequest& request)
 {
+    // One run at a time writes the working folder and the settings files.
+    FolderGuard hold(*this);
     // The run works on the values as they stand now; its own changes reach the store.
     settings::Options options = valuesForRun(request.overrides);
     engine::RunContext ctx{options,   m_folder, *m_trace, observer,

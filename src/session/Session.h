@@ -2,6 +2,7 @@
 
 #include "base/Dialogs.h"
 #include "base/ProgramFolder.h"
+#include "base/ProgramFolderLock.h"
 #include "base/RunObserver.h"
 #include "base/Trace.h"
 #include "engine/ReferenceData.h"
@@ -16,6 +17,7 @@
 #include <filesystem>
 #include <functional>
 #include <memory>
+#include <mutex>
 #include <optional>
 #include <string>
 #include <utility>
@@ -63,10 +65,19 @@ struct RunOutcome
 class Session
 {
 public:
-    /// Starts the program in `home` (or the default program folder): folders, trace, seeding,
-    /// the settings start-up. `dialogs` must outlive the session. Throws failure::Failure when
+    /// How long the session holds its program folder against other runs in it.
+    enum class FolderHold {
+        WholeSession, ///< from the start to the end of the session (a command line command)
+        EachWrite     ///< during the start, each conversion and the end (the window)
+    };
+
+    /// Starts the program in `home` (or the default program folder): folders, the hold on the
+    /// program folder, the clean-up of temporaries a killed run left, trace, seeding, the
+    /// settings start-up. While another run holds the folder the start waits, calling
+    /// `waiting` once first. `dialogs` must outlive the session. Throws failure::Failure when
     /// the folder or the trace cannot be made.
-    Session(const std::optional<std::filesystem::path>& home, base::Dialogs& dialogs);
+    Session(const std::optional<std::filesystem::path>& home, base::Dialogs& dialogs,
+            FolderHold hold = FolderHold::EachWrite, std::function<void()> waiting = {});
     ~Session();
 
     const base::ProgramFolder& folder() const { return m_folder; }
@@ -123,10 +134,16 @@ public:
     engine::ReferenceData& reference() { return m_reference; }
     engine::ProgramState& programState() { return m_program; }
 
-    /// The orderly end of the program; see `ProgramStart::End_Shori`.
-    void end(bool deleteWorkingFiles) { m_start->End_Shori(deleteWorkingFiles); }
+    /// The orderly end of the program, holding the program folder; see
+    /// `ProgramStart::End_Shori`.
+    void end(bool deleteWorkingFiles);
 
 private:
+    /// Holds the program folder while it lives; holds of one session nest.
+    class FolderGuard;
+    void holdFolder();
+    void releaseFolder();
+
     settings::Options valuesForRun(const Overrides& overrides) const;
     /// Whether the start is possible for `options` and the open input; sets the province
     /// master. Returns the reason when it is not.
@@ -149,6 +166,10 @@ private:
     std::string m_mdbTable = "DXLOG";
     engine::ProgramState m_program;
     engine::ReferenceData m_reference;
+    std::function<void()> m_waiting;
+    std::mutex m_holdMutex;
+    int m_holds = 0;
+    std::unique_ptr<base::ProgramFolderLock> m_lock;
 };
 
 } // namespace vornhale::session

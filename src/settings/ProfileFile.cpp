@@ -1,10 +1,10 @@
 #include "settings/ProfileFile.h"
 
+#include "base/FileReplace.h"
 #include "text/Chars.h"
 #include "text/LineFile.h"
 #include "text/SjisCodec.h"
 
-#include <fstream>
 #include <system_error>
 
 namespace vornhale::settings {
@@ -172,12 +172,9 @@ bool ProfileFile::save() const
         bytes += text::encodeSjis(line);
         bytes += "\r\n";
     }
-    std::ofstream out(m_path, std::ios::binary | std::ios::trunc);
-    if (!out) {
-        return false;
-    }
-    out.write(bytes.data(), static_cast<std::streamsize>(bytes.size()));
-    return static_cast<bool>(out);
+    // Written whole under a temporary name and renamed: a reader never sees half a file, and a
+    // run killed while writing leaves the previous file as it was.
+    return base::replaceFileWith(m_path, bytes);
 }
 
 } // namespace vornhale::settings

@@ -35,7 +35,9 @@ public:
     /// The key/value entries of a section, in file order.
     std::vector<std::pair<std::string, std::string>> entries(std::string_view section) const;
 
-    /// Writes the file with CR LF line ends. Returns false when it cannot be written.
+    /// Writes the file with CR LF line ends, whole under a temporary name in the same folder
+    /// that is then renamed into place, so no reader sees a partial file. Returns false (the
+    /// previous file untouched) when it cannot be written.
     bool save() const;
 
     const std::vector<std::string>& lines() const { return m_lines; }

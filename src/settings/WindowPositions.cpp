@@ -104,7 +104,7 @@ std::vector<std::string> freshPositionFileLines(std::string_view version)
 
 void writeFreshPositionFile(const std::filesystem::path& file, std::string_view version)
 {
-    text::LineWriter out(file);
+    text::LineWriter out(file, text::LineWriter::Mode::ReplaceWhenDone);
     for (const std::string& line : freshPositionFileLines(version)) {
         out.write(line);
     }

@@ -228,7 +228,7 @@ TEST_F(Pass, CountsLongCallsAndTheirParts)
     {
         const char* call;
         long longCalls;
-        std::int16_t portable;
+        std::int64_t portable;
     };
     for (const Case c : {Case{"JA1ABC", 0, 0},
                          {"JA1ABCD", 1, 0},
@@ -522,3 +522,40 @@ TEST(ExchangeAnalysisRealData, TheQxslFixturesTextsHoldNoZonesButPrefectures)
 }
 
 } // namespace
+
+// --- Long logs ------------------------------------------------------------------------------
+
+namespace {
+
+constexpr std::size_t kLongLog = 40000;
+
+} // namespace
+
+TEST_F(Pass, AnAllLogOfFortyThousandLinesIsCountedWithoutOverflow)
+{
+    const std::vector<std::string> exchanges(kLongLog, "25");
+    ASSERT_NO_THROW(all(exchanges));
+    EXPECT_EQ(a.qso_lines, static_cast<long>(kLongLog));
+    EXPECT_EQ(a.counters[10], static_cast<std::int64_t>(kLongLog));
+    EXPECT_EQ(a.counters[2], static_cast<std::int64_t>(kLongLog));
+}
+
+TEST_F(Pass, ATxtLogOfFortyThousandLinesIsCountedWithoutOverflow)
+{
+    const std::vector<std::string> exchanges(kLongLog, "25");
+    ASSERT_NO_THROW(txt(exchanges));
+    EXPECT_EQ(a.qso_lines, static_cast<long>(kLongLog));
+    EXPECT_EQ(a.counters[10], static_cast<std::int64_t>(kLongLog));
+}
+
+TEST_F(Pass, ALongLogDecidesAsAShortOneOfTheSameExchanges)
+{
+    const std::vector<std::string> longExchanges(kLongLog, "25");
+    all(longExchanges);
+    const std::string longName = a.lblCon_No;
+    const bool longZone = a.rcvd_has_zone;
+    a = ExchangeAnalysis{};
+    all({"25", "25", "25"});
+    EXPECT_EQ(a.lblCon_No, longName);
+    EXPECT_EQ(a.rcvd_has_zone, longZone);
+}

@@ -174,3 +174,17 @@ TEST_F(RtclPass, AnEmptyLogDecidesNothingAndALastRecordShortOfFieldsFails)
     test::writeSjisLines(path, {R"("1","2023-03-15","12:34","JA1ABC")"});
     EXPECT_THROW(a.check_rcvd_log_old(path, layout), failure::Failure);
 }
+
+TEST_F(RtclPass, OldLogsOfFortyThousandRecordsAreCountedWithoutOverflow)
+{
+    old(std::vector<std::string>(40000, "599-25"));
+    EXPECT_EQ(a.qso_lines, 40000);
+    EXPECT_EQ(a.counters[2], 40000);
+}
+
+TEST_F(RtclPass, NewLogsOfFortyThousandRecordsAreCountedWithoutOverflow)
+{
+    fresh(std::vector<std::string>(40000, "599-25"));
+    EXPECT_EQ(a.qso_lines, 40000);
+    EXPECT_EQ(a.counters[2], 40000);
+}
