@@ -1,5 +1,6 @@
 #include "ui/KetasuDialog.h"
 
+#include "base/Dialogs.h"
 #include "session/Session.h"
 #include "settings/WindowPositions.h"
 #include "ui/WidgetLook.h"
@@ -144,6 +145,14 @@ KetasuDialog::KetasuDialog(session::Session& session, QWidget* parent)
     m_model.Form_Load(session.input().cont_name);
     contest->setText(qs(m_model.lblCont_name_h()));
     refresh();
+    // A width the lists cannot show (above 60) was refused by the load: the operator is told
+    // once, with the number of an invalid property value, and the dialog goes on.
+    for (std::size_t item = 0; item < settings::LayoutModel::kItems; ++item) {
+        if (!m_model.listIndex(item)) {
+            session.dialogs().message("", "エラー発生 ：　380", base::Dialogs::Icon::Exclamation);
+            break;
+        }
+    }
     rememberPlace(*this, "frmKetasu", m_folder / settings::kPositionFileName, sizeHint(),
                   QPoint(120, 90));
 }

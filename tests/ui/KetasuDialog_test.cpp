@@ -111,7 +111,9 @@ void KetasuDialogTest::eachListSelectsTheWidthOfItsItem()
 {
     test::StartedProgram s;
     setWidths(s, "6,0,0,0,0,0,0,0,0,0,0,0,", "12,0,0,0,0,0,0,0,0,0,0,0");
+    test::BoxAnswerer boxes;
     ui::KetasuDialog d(s.session());
+    QVERIFY(boxes.texts.isEmpty());
     QCOMPARE(list(d, 1)->currentRow(), 54);
     QCOMPARE(lenLabel(d, 0), QStringLiteral("6"));
     QCOMPARE(list(d, 12)->currentRow(), 48);
@@ -124,7 +126,10 @@ void KetasuDialogTest::aSlotAboveSixtyLeavesItsListWithoutASelection()
     setWidths(s, "7,0,0,0,0,0,0,0,0,0,0,0,", "0,0,0,0,0,0,0,0,0,0,0,0");
     // "Calls" stands in no cell, so its slot keeps what it holds.
     s.session().layoutModel()->setSlot(2, "61");
+    test::BoxAnswerer boxes;
     ui::KetasuDialog d(s.session());
+    // The refusal is told once, and the dialog goes on.
+    QCOMPARE(boxes.texts, QStringList{QStringLiteral("エラー発生 ：　380")});
     QCOMPARE(list(d, 3)->currentRow(), -1);
     QVERIFY(list(d, 3)->selectedItems().isEmpty());
     QCOMPARE(lenLabel(d, 2), QString());
