@@ -359,9 +359,10 @@ void MainWindow::buildMenus()
 
     auto* qsoBank = bar->addAction(QStringLiteral("QSOBank"));
     qsoBank->setObjectName(QStringLiteral("mnuQSOBank"));
-    m_binder->action(qsoBank, "mnuQSOBank", [this] {
-        ToolActions(m_session, m_dialogs, *m_observer, {}).mnuQSOBank_Click();
-    });
+    m_binder->action(qsoBank, "mnuQSOBank");
+    // After the binder's own refresh of the status line, so that the export's end stands.
+    connect(qsoBank, &QAction::triggered, this,
+            [this] { ToolActions(m_session, m_dialogs, *m_observer, {}).mnuQSOBank_Click(); });
     auto* getMng = bar->addAction(QStringLiteral("MNG 取得"));
     getMng->setObjectName(QStringLiteral("mnuGet_MNG"));
     m_binder->action(getMng, "mnuGet_MNG", [this] {
