@@ -56,10 +56,10 @@ class RtclV4DialogTest : public QObject
 
 private Q_SLOTS:
     void showsItsMenuEntriesLabelAndButtons();
-    void aLogBeforeVersion430IsChosenThroughItsMenuEntry();
-    void aLogOfVersion430ThroughTheEarlierEntryIsRefused();
-    void aLogOfVersion430WhoseLengthAlsoDividesBy203IsTaken();
-    void aLogOfVersion400ThroughTheLaterEntryIsRefused();
+    void aLogBeforeVersionFourThirtyIsChosenThroughItsMenuEntry();
+    void aLogOfVersionFourThirtyThroughTheEarlierEntryIsRefused();
+    void aLogOfVersionFourThirtyWhoseLengthAlsoDividesByTheOlderRecordIsTaken();
+    void aLogOfVersionFourThroughTheLaterEntryIsRefused();
     void aFileNotStartingWithZeroIsRefused();
     void theAllButtonWritesTheAllTextWithoutTheQtcRecords();
     void theTxtButtonWritesTheTxtText();
@@ -84,7 +84,7 @@ void RtclV4DialogTest::showsItsMenuEntriesLabelAndButtons()
     QVERIFY(!button(d, "cmdMake_all")->isEnabled());
 }
 
-void RtclV4DialogTest::aLogBeforeVersion430IsChosenThroughItsMenuEntry()
+void RtclV4DialogTest::aLogBeforeVersionFourThirtyIsChosenThroughItsMenuEntry()
 {
     test::StartedProgram s;
     const fs::path log = binaryLog(s.dir.path(), "v4.log", false, 2);
@@ -100,7 +100,7 @@ void RtclV4DialogTest::aLogBeforeVersion430IsChosenThroughItsMenuEntry()
     QCOMPARE(s.chooser.filters.back(), QStringLiteral("RTCL テキストファイル( *.log )|*.log|"));
 }
 
-void RtclV4DialogTest::aLogOfVersion430ThroughTheEarlierEntryIsRefused()
+void RtclV4DialogTest::aLogOfVersionFourThirtyThroughTheEarlierEntryIsRefused()
 {
     test::StartedProgram s;
     const fs::path log = binaryLog(s.dir.path(), "v430.log", true, 2);
@@ -114,7 +114,7 @@ void RtclV4DialogTest::aLogOfVersion430ThroughTheEarlierEntryIsRefused()
     QVERIFY(!button(d, "cmdMake_all")->isEnabled());
 }
 
-void RtclV4DialogTest::aLogOfVersion430WhoseLengthAlsoDividesBy203IsTaken()
+void RtclV4DialogTest::aLogOfVersionFourThirtyWhoseLengthAlsoDividesByTheOlderRecordIsTaken()
 {
     test::StartedProgram s;
     // 203 records of 209 bytes are 209 records of 203 bytes as well.
@@ -125,7 +125,7 @@ void RtclV4DialogTest::aLogOfVersion430WhoseLengthAlsoDividesBy203IsTaken()
     QVERIFY(button(d, "cmdMake_all")->isEnabled());
 }
 
-void RtclV4DialogTest::aLogOfVersion400ThroughTheLaterEntryIsRefused()
+void RtclV4DialogTest::aLogOfVersionFourThroughTheLaterEntryIsRefused()
 {
     test::StartedProgram s;
     const fs::path log = binaryLog(s.dir.path(), "v4.log", false, 3);

@@ -64,7 +64,7 @@ private Q_SLOTS:
     void aStateOfThreeIsIgnored();
     void aStoredMaximisedStateOpensMaximised();
     void aNonNumericLeftKeepsTheDesignPosition();
-    void aValueAbove32767KeepsTheDesignValue();
+    void aValueAboveTheSixteenBitLimitKeepsTheDesignValue();
     void aMissingKeyKeepsTheDesignValue();
     void anEmptyFileGetsASectionPerWindowAtEachFirstClose();
     void aClosedDialogStoresItsPlaceOnceForEachShowing();
@@ -118,7 +118,7 @@ void WindowPlaceTest::aNonNumericLeftKeepsTheDesignPosition()
     QCOMPARE(dialog.pos(), QPoint(10, 100));
 }
 
-void WindowPlaceTest::aValueAbove32767KeepsTheDesignValue()
+void WindowPlaceTest::aValueAboveTheSixteenBitLimitKeepsTheDesignValue()
 {
     writeSection(file(), "frmRTCL_v4", {"Left=32768", "Top=32767", "Width=40000", "Height=3000"});
     QDialog dialog;
