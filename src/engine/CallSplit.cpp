@@ -76,7 +76,7 @@ void bak_sep1(RunContext& ctx)
         e.q_op = q.q_op;
         e.q_memo = q.q_memo;
         e.q_rcvd = q.q_rcvd;
-        out.write(text::formatRecord(e.fields()));
+        out.writeRecord(e.fields());
         ctx.observer.progress(++done);
     } while (!in.atEnd());
     out.close();

@@ -534,10 +534,10 @@ void writeContact(ContactState& c, text::LineWriter& sortOut, text::LineWriter& 
     r.rmks1_nomng = std::move(c.rmks1_nomng);
     r.rmks2_nomng = std::move(c.rmks2_nomng);
     r.q_call = std::move(c.q_call);
-    sortOut.write(text::formatRecord(r.fields()));
+    sortOut.writeRecord(r.fields());
     const ResultRecord result =
         resultOf(r, std::move(c.date8), std::move(c.time6), std::move(c.qsl3));
-    hamOut.write(text::formatRecord(result.fields()));
+    hamOut.writeRecord(result.fields());
 }
 
 } // namespace

@@ -8,7 +8,10 @@
 #include "text/Record.h"
 #include "text/SjisText.h"
 
+#include <algorithm>
+#include <array>
 #include <filesystem>
+#include <initializer_list>
 
 namespace vornhale::engine {
 namespace {
@@ -20,13 +23,15 @@ std::string time6Of(const std::string& q_time5)
     return text::left(q_time5, 2) + ":" + text::right(q_time5, 3);
 }
 
-// A keyed record: the final key in place of the manager field.
-std::vector<std::string_view> keyedFields(const SortRecord& r, const std::string& key)
+// A keyed record: the final key in front, the manager field left out.
+std::array<std::string_view, SortRecord::kFields> keyedFields(const SortRecord& r,
+                                                             const std::string& key)
 {
     const auto all = r.fields();
-    std::vector<std::string_view> f(all.begin(), all.end());
-    f.erase(f.begin() + 17);
-    f.insert(f.begin(), key);
+    std::array<std::string_view, SortRecord::kFields> f;
+    f[0] = key;
+    std::copy(all.begin(), all.begin() + 17, f.begin() + 1);
+    std::copy(all.begin() + 18, all.end(), f.begin() + 18);
     return f;
 }
 
@@ -46,7 +51,7 @@ void keyFile(RunContext& ctx, const fs::path& in, text::LineWriter& out)
     do {
         const SortRecord r = SortRecord::from(reader.fields(SortRecord::kFields));
         const std::string key = sortKey(r, ctx.run.sort_kind, frequencies);
-        out.write(text::formatRecord(keyedFields(r, key)));
+        out.writeRecord(keyedFields(r, key));
     } while (!reader.atEnd());
 }
 
@@ -69,8 +74,8 @@ void writeResults(RunContext& ctx, const fs::path& in, bool singles, text::LineW
         if (singles && text::startsWith(qsl3, "J")) {
             qsl3 = QSL_Q + qsl3.substr(1);
         }
-        out.write(text::formatRecord(
-            resultOf(r, date8Of(r.q_date6), time6Of(r.q_time5), std::move(qsl3)).fields()));
+        out.writeRecord(
+            resultOf(r, date8Of(r.q_date6), time6Of(r.q_time5), std::move(qsl3)).fields());
     } while (!reader.atEnd());
 }
 
@@ -81,7 +86,8 @@ void splitRuns(RunContext& ctx, Single single, Multiple multiple)
 {
     Counters& c = ctx.run.counters;
     text::LineReader in(ctx.work(base::working::sort_out));
-    std::string previous, previousKey;
+    // The reader holds the whole file, so the previous line is kept as a view into it.
+    std::string_view previous, previousKey;
     bool havePrevious = false, inRun = false;
     while (!in.atEnd()) {
         const std::string_view line = in.nextRaw();
@@ -99,8 +105,8 @@ void splitRuns(RunContext& ctx, Single single, Multiple multiple)
             single(previous);
             ++c.tan_kazu;
         }
-        previous = std::string(line);
-        previousKey = std::string(key);
+        previous = line;
+        previousKey = key;
         havePrevious = true;
     }
     if (havePrevious) {
@@ -141,20 +147,33 @@ std::string sortKey(const SortRecord& r, int sort_kind, bool frequencies)
     const std::string& k_date = r.q_date6;
     const std::string& k_time = r.q_time5;
     const std::string seven = "       ";
-    const std::string k_mng =
-        !r.mng_pad.empty()
-            ? text::Mid_sjis(std::string(text::trim(text::mid(r.mng_pad, 2))) + seven, 1, 7)
-            : text::Mid_sjis(r.call_key + seven, 1, 7);
-    const std::string k_mng_call = k_mng + r.call_key;
+    auto joined = [](std::initializer_list<std::string_view> parts) {
+        std::size_t size = 0;
+        for (std::string_view p : parts) {
+            size += p.size();
+        }
+        std::string key;
+        key.reserve(size);
+        for (std::string_view p : parts) {
+            key.append(p);
+        }
+        return key;
+    };
+    // The manager part is worked out only for the two orders that use it.
+    auto managerPart = [&] {
+        return !r.mng_pad.empty()
+                   ? text::Mid_sjis(std::string(text::trim(text::mid(r.mng_pad, 2))) + seven, 1, 7)
+                   : text::Mid_sjis(r.call_key + seven, 1, 7);
+    };
     switch (sort_kind) {
     case 1:
-        return k_call + k_band + k_mode + k_date + k_time;
+        return joined({k_call, k_band, k_mode, k_date, k_time});
     case 2:
-        return k_call + k_date + k_time + k_band + k_mode;
+        return joined({k_call, k_date, k_time, k_band, k_mode});
     case 3:
-        return k_mng_call + k_band + k_mode + k_date + k_time;
+        return joined({managerPart(), r.call_key, k_band, k_mode, k_date, k_time});
     case 4:
-        return k_mng_call + k_date + k_time + k_band + k_mode;
+        return joined({managerPart(), r.call_key, k_date, k_time, k_band, k_mode});
     default:
         return {};
     }
@@ -164,7 +183,7 @@ void count_tan_fuku(RunContext& ctx)
 {
     ctx.trace.line("Private sub count_tan_fuku()");
     ctx.observer.status("　単／複　カウント中", base::Colour::Green);
-    splitRuns(ctx, [](const std::string&) {}, [](const std::string&) {});
+    splitRuns(ctx, [](std::string_view) {}, [](std::string_view) {});
 }
 
 void Henkan_out_name_con(RunContext& ctx)
@@ -184,8 +203,8 @@ void Henkan_out_name_con(RunContext& ctx)
             r.rmks1 = text::replaceAll(r.rmks1, r.mng_pad, "");
             r.rmks2 = text::replaceAll(r.rmks2, r.mng_pad, "");
         }
-        out.write(text::formatRecord(
-            resultOf(r, date8Of(r.q_date6), time6Of(r.q_time5), std::move(qsl3)).fields()));
+        out.writeRecord(
+            resultOf(r, date8Of(r.q_date6), time6Of(r.q_time5), std::move(qsl3)).fields());
     }
     out.close();
 }
@@ -198,8 +217,8 @@ void temp_sep(RunContext& ctx)
         text::LineWriter singles(ctx.work(base::working::semp_s));
         text::LineWriter multiples(ctx.work(base::working::semp_d));
         splitRuns(
-            ctx, [&](const std::string& line) { singles.writeRaw(line); },
-            [&](const std::string& line) { multiples.writeRaw(line); });
+            ctx, [&](std::string_view line) { singles.writeRaw(line); },
+            [&](std::string_view line) { multiples.writeRaw(line); });
         singles.write(kSentinel);
         multiples.write(kSentinel);
         singles.close();

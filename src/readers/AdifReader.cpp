@@ -430,7 +430,7 @@ void henkan_adi_2_t(const ReaderContext& ctx)
                                                    " 件目: " + joined.utf8() + ")");
         }
         values.fill(q);
-        out.write(text::formatRecord(q.fields()));
+        out.writeRecord(q.fields());
         ++run.written_count;
         ctx.observer.progress(++done);
     }

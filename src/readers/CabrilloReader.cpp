@@ -259,7 +259,7 @@ void henkan_cbr_2_t(const ReaderContext& ctx)
         const bool dropped =
             operatorFilter && !run.op_filter_name.empty() && q.q_op != run.op_filter_name;
         if (!dropped) {
-            out.write(text::formatRecord(q.fields()));
+            out.writeRecord(q.fields());
             ++run.written_count;
         }
         ctx.observer.progress(++done);

@@ -250,7 +250,7 @@ long decodeRtclLog(std::string_view bytes, InputKind kind, const std::filesystem
         if (text::startsWith(record, "QTC")) {
             continue; // QTC traffic, no contact
         }
-        writer.write(text::formatRecord(rtclWorkingFields(decodeRtclRecord(record, kind))));
+        writer.writeRecord(rtclWorkingFields(decodeRtclRecord(record, kind)));
         ++written;
     }
     writer.close();

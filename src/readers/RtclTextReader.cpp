@@ -107,7 +107,7 @@ void readRtclText(const ReaderContext& ctx, Form form)
         if (operatorFilter && !run.op_filter_name.empty() && q.q_op != run.op_filter_name) {
             continue;
         }
-        out.write(text::formatRecord(q.fields()));
+        out.writeRecord(q.fields());
         ++run.written_count;
     }
     ctx.observer.progress(0);

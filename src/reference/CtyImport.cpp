@@ -90,7 +90,7 @@ bool readPrefixLine(std::string_view line, const Header& h, text::LineWriter& ou
     auto emit = [&] {
         // Zone overrides "(..)" and "[..]" are not part of the prefix.
         const std::string p = cutAt(cutAt(prefix, '('), '[');
-        out.write(text::formatRecord({text::padRight(p, 10), h.name, h.primary, h.continent}));
+        out.writeRecord({text::padRight(p, 10), h.name, h.primary, h.continent});
         prefix.clear();
     };
     for (const char c : chars) {
@@ -256,8 +256,8 @@ void CtyImport::make_dx_mas2_new()
         const std::string_view bare = text::trim(prefix);
         const std::size_t length = text::charCount(bare);
         auto writeLong = [&] {
-            longMaster.write(text::formatRecord(
-                {padTo(prefix, 10), padTo(name, 26), padTo(primary, 7), continent}));
+            longMaster.writeRecord(
+                {padTo(prefix, 10), padTo(name, 26), padTo(primary, 7), continent});
         };
         if (!exact && length < 7) {
             shortMaster.write("'" + text::padRight(bare, 7) + text::padRight(primary, 11) +

@@ -9,10 +9,7 @@
 namespace vornhale::text {
 namespace {
 
-bool isAscii(std::string_view s)
-{
-    return std::all_of(s.begin(), s.end(), [](char c) { return static_cast<unsigned char>(c) < 0x80; });
-}
+bool isAscii(std::string_view s) { return isAsciiText(s); }
 
 // Character index (from 0) of byte offset `off`, which must fall on a character boundary.
 std::size_t charIndexOfByte(std::string_view s, std::size_t off)
@@ -168,6 +165,15 @@ std::string mapLetters(std::string_view s, Map map)
 
 std::string upper(std::string_view s)
 {
+    if (isAscii(s)) {
+        std::string out(s);
+        for (char& c : out) {
+            if (c >= 'a' && c <= 'z') {
+                c = static_cast<char>(c - 0x20);
+            }
+        }
+        return out;
+    }
     return mapLetters(s, [](char32_t c) -> char32_t {
         if ((c >= 'a' && c <= 'z') || (c >= 0xFF41 && c <= 0xFF5A)) {
             return c - 0x20;
@@ -186,7 +192,26 @@ std::string lower(std::string_view s)
     });
 }
 
-bool equalsNoCase(std::string_view a, std::string_view b) { return upper(a) == upper(b); }
+bool equalsNoCase(std::string_view a, std::string_view b)
+{
+    // Settings keys and call signs are ASCII: compare them in place, without two upper-case
+    // copies. Other text takes the full mapping.
+    if (isAscii(a) && isAscii(b)) {
+        if (a.size() != b.size()) {
+            return false;
+        }
+        for (std::size_t i = 0; i < a.size(); ++i) {
+            char x = a[i], y = b[i];
+            x = (x >= 'a' && x <= 'z') ? static_cast<char>(x - 0x20) : x;
+            y = (y >= 'a' && y <= 'z') ? static_cast<char>(y - 0x20) : y;
+            if (x != y) {
+                return false;
+            }
+        }
+        return true;
+    }
+    return upper(a) == upper(b);
+}
 
 std::string padRight(std::string_view s, std::size_t width)
 {

@@ -2,6 +2,7 @@
 
 #include "failure/Failure.h"
 #include "text/SjisCodec.h"
+#include "text/Utf8.h"
 
 #include <algorithm>
 #include <cstring>
@@ -19,6 +20,38 @@ namespace {
 [[noreturn]] void inputPastEnd()
 {
     throw failure::Failure(failure::InputPastEnd, "ファイルの終わりを越えて入力しようとしました。");
+}
+
+// The offset of the CR or LF that ends the line starting at `start`, or the size of `text`.
+// The search goes by windows, each looked through with memchr for an LF and then for an
+// earlier CR, so that a file whose lines end in CR alone or LF alone is still read in one pass.
+std::size_t lineEnd(std::string_view text, std::size_t start)
+{
+    constexpr std::size_t kWindow = 256;
+    for (std::size_t at = start; at < text.size(); at += kWindow) {
+        const char* const from = text.data() + at;
+        const std::size_t size = std::min(kWindow, text.size() - at);
+        const auto* lf = static_cast<const char*>(std::memchr(from, '\n', size));
+        const std::size_t span = lf != nullptr ? static_cast<std::size_t>(lf - from) : size;
+        const auto* cr = static_cast<const char*>(std::memchr(from, '\r', span));
+        if (cr != nullptr) {
+            return at + static_cast<std::size_t>(cr - from);
+        }
+        if (lf != nullptr) {
+            return at + span;
+        }
+    }
+    return text.size();
+}
+
+// The offset after the line end at `end`: past a CR LF pair, a CR or an LF.
+std::size_t afterLineEnd(std::string_view text, std::size_t end)
+{
+    if (end >= text.size()) {
+        return end;
+    }
+    return (text[end] == '\r' && end + 1 < text.size() && text[end + 1] == '\n') ? end + 2
+                                                                                : end + 1;
 }
 
 } // namespace
@@ -51,18 +84,12 @@ std::string readFileBytes(const std::filesystem::path& path)
 std::vector<std::string_view> splitLines(std::string_view text)
 {
     std::vector<std::string_view> lines;
+    lines.reserve(text.size() / 64 + 1);
     std::size_t start = 0;
-    for (std::size_t i = 0; i < text.size(); ++i) {
-        if (text[i] == '\r' || text[i] == '\n') {
-            lines.push_back(text.substr(start, i - start));
-            if (text[i] == '\r' && i + 1 < text.size() && text[i + 1] == '\n') {
-                ++i;
-            }
-            start = i + 1;
-        }
-    }
-    if (start < text.size()) {
-        lines.push_back(text.substr(start));
+    while (start < text.size()) {
+        const std::size_t end = lineEnd(text, start);
+        lines.push_back(text.substr(start, end - start));
+        start = afterLineEnd(text, end);
     }
     return lines;
 }
@@ -127,16 +154,10 @@ std::string_view LineReader::nextRaw()
     if (atEnd()) {
         inputPastEnd();
     }
-    std::string_view all(m_bytes);
-    std::size_t end = m_pos;
-    while (end < all.size() && all[end] != '\r' && all[end] != '\n') {
-        ++end;
-    }
-    std::string_view line = all.substr(m_pos, end - m_pos);
-    if (end < all.size()) {
-        end += (all[end] == '\r' && end + 1 < all.size() && all[end + 1] == '\n') ? 2 : 1;
-    }
-    m_pos = end;
+    const std::string_view all(m_bytes);
+    const std::size_t end = lineEnd(all, m_pos);
+    const std::string_view line = all.substr(m_pos, end - m_pos);
+    m_pos = afterLineEnd(all, end);
     return line;
 }
 
@@ -174,9 +195,23 @@ LineWriter::~LineWriter()
 void LineWriter::writeRaw(std::string_view bytes)
 {
     m_buffer.append(bytes);
+    endLine();
+}
+
+void LineWriter::endLine()
+{
     m_buffer.append("\r\n");
     if (m_buffer.size() >= (1 << 16)) {
         flush();
+    }
+}
+
+void LineWriter::appendEncoded(std::string_view utf8)
+{
+    if (isAsciiText(utf8)) {
+        m_buffer.append(utf8);
+    } else {
+        m_buffer.append(encodeSjis(utf8));
     }
 }
 
@@ -188,9 +223,7 @@ void LineWriter::flush()
 
 void LineWriter::write(std::string_view line)
 {
-    const bool ascii = std::all_of(line.begin(), line.end(),
-                                   [](char c) { return static_cast<unsigned char>(c) < 0x80; });
-    if (ascii) {
+    if (isAsciiText(line)) {
         writeRaw(line);
     } else {
         writeRaw(encodeSjis(line));

@@ -2,6 +2,7 @@
 
 #include <cstdio>
 #include <filesystem>
+#include <initializer_list>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -61,12 +62,34 @@ public:
     void write(std::string_view line);
     /// Writes bytes as they are, then CR LF.
     void writeRaw(std::string_view bytes);
+    /// Writes one record line, every field in double quotes and separated by one comma, as
+    /// `write(formatRecord(fields))` would, without building the line first.
+    template <typename Range>
+    void writeRecord(const Range& fields)
+    {
+        bool first = true;
+        for (const auto& f : fields) {
+            m_buffer.append(first ? "\"" : ",\"");
+            appendEncoded(std::string_view(f));
+            m_buffer.push_back('"');
+            first = false;
+        }
+        endLine();
+    }
+    void writeRecord(std::initializer_list<std::string_view> fields)
+    {
+        writeRecord<std::initializer_list<std::string_view>>(fields);
+    }
     /// Flushes, closes and, in ReplaceWhenDone mode, moves the file into place.
     /// Throws Failure 57 on a failed write.
     void close();
 
 private:
     void flush();
+    // Appends UTF-8 text encoded as Shift-JIS to the buffer.
+    void appendEncoded(std::string_view utf8);
+    // Ends the line with CR LF and flushes a full buffer.
+    void endLine();
 
     std::filesystem::path m_path;
     std::filesystem::path m_writePath;

@@ -23,6 +23,13 @@ RecordReader RecordReader::fromText(std::string text)
 
 std::string RecordReader::field()
 {
+    std::string value;
+    readField(value);
+    return value;
+}
+
+void RecordReader::readField(std::string& value)
+{
     if (atEnd()) {
         throw failure::Failure(failure::InputPastEnd, "ファイルの終わりを越えて入力しようとしました。");
     }
@@ -49,7 +56,6 @@ std::string RecordReader::field()
     while (p < end && *p == ' ') {
         ++p;
     }
-    std::string value;
     if (p < end && *p == '"') {
         const char* open = p + 1;
         const char* close = static_cast<const char*>(std::memchr(open, '"', static_cast<std::size_t>(end - open)));
@@ -57,22 +63,26 @@ std::string RecordReader::field()
             close = end;
         }
         value.assign(open, close);
-        p = toSeparator(close < end ? close + 1 : end);
-    } else {
-        const char* stop = toSeparator(p);
-        value = std::string(trim(std::string_view(p, static_cast<std::size_t>(stop - p))));
-        p = stop;
+        p = close < end ? close + 1 : end;
+        // The usual case, a comma right after the closing quote, needs no walk.
+        if (p < end && *p == ',') {
+            m_pos = static_cast<std::size_t>(p + 1 - begin);
+        } else {
+            m_pos = static_cast<std::size_t>(consumeSeparator(toSeparator(p)) - begin);
+        }
+        return;
     }
-    m_pos = static_cast<std::size_t>(consumeSeparator(p) - begin);
-    return value;
+    const char* stop = toSeparator(p);
+    value.assign(trim(std::string_view(p, static_cast<std::size_t>(stop - p))));
+    m_pos = static_cast<std::size_t>(consumeSeparator(stop) - begin);
 }
 
 std::vector<std::string> RecordReader::fields(std::size_t count)
 {
-    std::vector<std::string> out;
-    out.reserve(count);
-    for (std::size_t i = 0; i < count; ++i) {
-        out.push_back(field());
+    // Each field is read straight into its place, with no move of the text.
+    std::vector<std::string> out(count);
+    for (std::string& value : out) {
+        readField(value);
     }
     return out;
 }

@@ -129,9 +129,7 @@ const Tables& tables()
 
 std::string decodeSjisTaking(std::string&& bytes)
 {
-    const bool ascii = std::all_of(bytes.begin(), bytes.end(),
-                                   [](char c) { return static_cast<unsigned char>(c) < 0x80; });
-    return ascii ? std::move(bytes) : decodeSjis(std::string_view(bytes));
+    return isAsciiText(bytes) ? std::move(bytes) : decodeSjis(std::string_view(bytes));
 }
 
 std::string decodeSjis(std::string_view bytes)

@@ -10,6 +10,9 @@ namespace vornhale::text {
 
 std::size_t Len_sjis(std::string_view text)
 {
+    if (isAsciiText(text)) {
+        return text.size();
+    }
     std::size_t bytes = 0;
     for (std::size_t pos = 0; pos < text.size();) {
         if (static_cast<unsigned char>(text[pos]) < 0x80) {
@@ -44,8 +47,7 @@ std::string Mid_sjis(std::string_view text, long start, std::optional<long> leng
     // Log columns are nearly always ASCII: then bytes are characters.
     const std::size_t reach =
         std::min(text.size(), static_cast<std::size_t>(start - 1) + static_cast<std::size_t>(want));
-    if (std::all_of(text.begin(), text.begin() + static_cast<long>(reach),
-                    [](char c) { return static_cast<unsigned char>(c) < 0x80; })) {
+    if (isAsciiText(text.substr(0, reach))) {
         if (static_cast<std::size_t>(start - 1) >= text.size()) {
             return {};
         }

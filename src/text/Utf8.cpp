@@ -1,6 +1,28 @@
 #include "text/Utf8.h"
 
+#include <cstdint>
+#include <cstring>
+
 namespace vornhale::text {
+
+bool isAsciiText(std::string_view s)
+{
+    const char* p = s.data();
+    std::size_t n = s.size();
+    for (; n >= 8; p += 8, n -= 8) {
+        std::uint64_t word;
+        std::memcpy(&word, p, 8);
+        if ((word & 0x8080808080808080ull) != 0) {
+            return false;
+        }
+    }
+    for (; n > 0; ++p, --n) {
+        if (static_cast<unsigned char>(*p) >= 0x80) {
+            return false;
+        }
+    }
+    return true;
+}
 
 char32_t nextCodePoint(std::string_view s, std::size_t& pos)
 {

@@ -13,6 +13,10 @@ char32_t nextCodePoint(std::string_view s, std::size_t& pos);
 /// Appends the UTF-8 form of `cp`.
 void appendCodePoint(std::string& out, char32_t cp);
 
+/// True when every byte of `s` is ASCII (below 0x80), so that bytes and characters agree and
+/// Shift-JIS and UTF-8 forms are the same bytes. Tests eight bytes at a time.
+bool isAsciiText(std::string_view s);
+
 /// Number of code points ("characters") in `s`.
 std::size_t charCount(std::string_view s);
 

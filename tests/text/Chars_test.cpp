@@ -60,3 +60,19 @@ TEST(Chars, CaseBlindReplacementKeepsTheRestAsItIs)
     EXPECT_EQ(replaceAllNoCase("\xE3x.ALL", ".all", "_x"), "\xE3x_x");
     EXPECT_EQ(upper("\xE3" "a"), "\xE3" "A");
 }
+
+TEST(Chars, EqualsNoCaseComparesLettersWithoutRegardToCaseAndNothingElse)
+{
+    EXPECT_TRUE(equalsNoCase("Check06", "CHECK06"));
+    EXPECT_TRUE(equalsNoCase("", ""));
+    EXPECT_FALSE(equalsNoCase("Check06", "Check6"));
+    EXPECT_FALSE(equalsNoCase("Check06", "Check07"));
+    EXPECT_FALSE(equalsNoCase("a", "a "));
+    // Only letters fold: "@" and "`" sit 0x20 below and above the capitals and stay apart.
+    EXPECT_FALSE(equalsNoCase("@", "`"));
+    EXPECT_FALSE(equalsNoCase("[", "{"));
+    // Full-width letters fold too, and text beyond ASCII compares as it stands.
+    EXPECT_TRUE(equalsNoCase("ja1ａ", "JA1Ａ"));
+    EXPECT_FALSE(equalsNoCase("州a", "州b"));
+    EXPECT_FALSE(equalsNoCase("a", "ａ"));
+}

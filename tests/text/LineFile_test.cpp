@@ -1,6 +1,7 @@
 #include "failure/Failure.h"
 #include "support/TestSupport.h"
 #include "text/LineFile.h"
+#include "text/Record.h"
 
 #include <gtest/gtest.h>
 
@@ -44,6 +45,35 @@ TEST(LineFile, AnyLineEndEndsALineAndAFinalOneOpensNoEmptyLine)
     EXPECT_EQ(splitLines("").size(), 0u);
 }
 
+TEST(LineFile, LongLinesEndAtEveryKindOfLineEndWhereverItFalls)
+{
+    // Lines around a few hundred bytes, so that line ends and CR LF pairs fall on every
+    // side of the boundaries of the search.
+    std::string text;
+    std::vector<std::string> expected;
+    const char* ends[] = {"\r\n", "\r", "\n"};
+    int n = 0;
+    // No line is empty, so a lone CR is never followed by the LF of an empty line.
+    for (std::size_t length : {1, 2, 254, 255, 256, 257, 511, 512, 513, 700}) {
+        for (const char* end : ends) {
+            expected.push_back(std::string(length, static_cast<char>('a' + n++ % 26)));
+            text += expected.back() + end;
+        }
+    }
+    text += "last";
+    expected.push_back("last");
+    const std::vector<std::string_view> lines = splitLines(text);
+    ASSERT_EQ(lines.size(), expected.size());
+    test::TempDir dir;
+    test::writeBytes(dir / "in", text);
+    LineReader reader(dir / "in");
+    for (std::size_t i = 0; i < expected.size(); ++i) {
+        EXPECT_EQ(lines[i], expected[i]) << "line " << i;
+        EXPECT_EQ(reader.nextRaw(), expected[i]) << "line " << i;
+    }
+    EXPECT_TRUE(reader.atEnd());
+}
+
 TEST(LineFile, ReaderTestsTheEndAndFailsPastIt)
 {
     test::TempDir dir;
@@ -79,6 +109,29 @@ TEST(LineFile, WriterWritesShiftJisWithCrLf)
     w.write("");
     w.close();
     EXPECT_EQ(test::readBytes(dir / "out"), "\x95\xCF\x8A\xB7 A\r\n\r\n");
+}
+
+TEST(LineFile, WriterWritesARecordAsTheFormattedLineWouldBe)
+{
+    test::TempDir dir;
+    const std::vector<std::string> fields = {"JA1ABC", "", "変換 A", std::string(40, 'x'),
+                                             "\xEF\x9E\x80", "ｱ", "\xE3"};
+    {
+        LineWriter record(dir / "record");
+        record.writeRecord(fields);
+        record.writeRecord({"a", "州"});
+        record.writeRecord(std::vector<std::string>{});
+        record.close();
+    }
+    {
+        LineWriter line(dir / "line");
+        line.write(formatRecord(fields));
+        line.write(formatRecord({"a", "州"}));
+        line.write("");
+        line.close();
+    }
+    EXPECT_EQ(test::readBytes(dir / "record"), test::readBytes(dir / "line"));
+    EXPECT_EQ(test::readBytes(dir / "record").substr(0, 21), "\"JA1ABC\",\"\",\"\x95\xCF\x8A\xB7 A\",");
 }
 
 TEST(LineFile, ReplacingWriterLeavesThePreviousFileUntilClosed)

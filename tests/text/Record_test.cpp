@@ -68,3 +68,12 @@ TEST(Record, AnUnclosedQuoteRunsToTheEndWithoutHanging)
     EXPECT_EQ(r.field(), "abc\r\ndef");
     EXPECT_TRUE(r.atEnd());
 }
+
+TEST(Record, QuotedFieldsEndedByCommaLineEndOrTheTextReadInTurn)
+{
+    auto r = RecordReader::fromText("\"a\",\"b\"\r\n\"c\",\"\",\"d\"");
+    EXPECT_EQ(r.fields(2), (std::vector<std::string>{"a", "b"}));
+    EXPECT_FALSE(r.atEnd());
+    EXPECT_EQ(r.fields(3), (std::vector<std::string>{"c", "", "d"}));
+    EXPECT_TRUE(r.atEnd());
+}
