@@ -32,8 +32,8 @@
 #include "ui/RmksSelDialog.h"
 #include "ui/RtclTextMenus.h"
 #include "ui/RtclV4Dialog.h"
-#include "ui/TextViewDialog.h"
 #include "ui/ToolActions.h"
+#include "ui/ViewerActions.h"
 #include "ui/WidgetLook.h"
 #include "ui/WindowPlace.h"
 
@@ -79,12 +79,6 @@ QString frameCaption(std::string_view name, int member = -1)
 {
     const session::OptionEntry* e = session::OptionCatalog::find(name, member);
     return e != nullptr ? qs(e->frame) : QString();
-}
-
-bool fileThere(const std::string& path)
-{
-    std::error_code ec;
-    return !path.empty() && fs::is_regular_file(path, ec);
 }
 
 QString fileNameOf(const std::string& path)
@@ -309,22 +303,29 @@ void MainWindow::buildMenus()
     disp->setObjectName(QStringLiteral("mnuDisp"));
     menuEntry(disp, "mnuDisp_in", QStringLiteral("入力ﾌｧｲﾙ"),
               [this] { viewFile(m_session.input().in_name, QStringLiteral("入力ﾌｧｲﾙ")); });
-    menuEntry(disp, "mnuDisp_con_n_new", QStringLiteral("hamlog_c ．csv"), [this] {
-        viewFile(m_session.input().names.out_name_con_n, QStringLiteral("hamlog_c ．csv"));
-    });
-    menuEntry(disp, "mnuDisp_ham_n_new", QStringLiteral("hamlog_h ．csv"), [this] {
-        viewFile(m_session.input().names.out_name_ham_n, QStringLiteral("hamlog_h ．csv"));
-    });
+    const auto contestGrid = [this] {
+        openResultGrid(this, m_session, tools::GridForm::contest(), [this] { cmdStop_Click(); });
+    };
+    const auto hamlogGrid = [this] {
+        openResultGrid(this, m_session, tools::GridForm::hamlog(), [this] { cmdStop_Click(); });
+    };
+    menuEntry(disp, "mnuDisp_con_n_new", QStringLiteral("hamlog_c ．csv"), contestGrid);
+    menuEntry(disp, "mnuDisp_ham_n_new", QStringLiteral("hamlog_h ．csv"), hamlogGrid);
     menuEntry(disp, "mnuDisp_Get_Mng_result", QStringLiteral("Get_Mng_result"), [this] {
         viewFile(m_session.input().names.Get_Mng_result_name, QStringLiteral("Get_Mng_result"));
     });
     menuEntry(disp, "mnuDisp_dup", QStringLiteral("          * ．dup"),
               [this] { viewFile(m_session.input().names.dup_name, QStringLiteral("dup")); });
-    menuEntry(disp, "mnuDisp_l2t", QStringLiteral("      *_l2z ．txt"), [this] { notBuilt(); });
-    menuEntry(disp, "mnuDisp_l2a", QStringLiteral("      *_l2z ．all"), [this] { notBuilt(); });
-    menuEntry(disp, "mnuDisp_zt2a", QStringLiteral("    *_zt2a ．all"), [this] { notBuilt(); });
-    menuEntry(disp, "mnuDisp_za2t", QStringLiteral("    *_za2t ．txt"), [this] { notBuilt(); });
-    menuEntry(disp, "mnuDisp_log2a", QStringLiteral("    *_log2a ．all"), [this] { notBuilt(); });
+    menuEntry(disp, "mnuDisp_l2t", QStringLiteral("      *_l2z ．txt"),
+              [this] { viewEntry(this, m_session, "mnuDisp_l2t"); });
+    menuEntry(disp, "mnuDisp_l2a", QStringLiteral("      *_l2z ．all"),
+              [this] { viewEntry(this, m_session, "mnuDisp_l2a"); });
+    menuEntry(disp, "mnuDisp_zt2a", QStringLiteral("    *_zt2a ．all"),
+              [this] { viewEntry(this, m_session, "mnuDisp_zt2a"); });
+    menuEntry(disp, "mnuDisp_za2t", QStringLiteral("    *_za2t ．txt"),
+              [this] { viewEntry(this, m_session, "mnuDisp_za2t"); });
+    menuEntry(disp, "mnuDisp_log2a", QStringLiteral("    *_log2a ．all"),
+              [this] { viewEntry(this, m_session, "mnuDisp_log2a"); });
     menuEntry(disp, "mnuDisp_Vornhale_ini", QStringLiteral("Vornhale ．ini"),
               [this] { viewProgramFile("Vornhale.ini"); });
     menuEntry(disp, "mnuDisp_Vornhale_new_ini", QStringLiteral("Vornhale_new ．ini"),
@@ -335,7 +336,8 @@ void MainWindow::buildMenus()
               [this] { viewProgramFile("Vornhale.rmk1"); });
     menuEntry(disp, "mnuDisp_Vornhale_rmk2", QStringLiteral("Vornhale ．rmk2"),
               [this] { viewProgramFile("Vornhale.rmk2"); });
-    menuEntry(disp, "mnuDisp_QSOBank", QStringLiteral("QSOBank"), [this] { notBuilt(); });
+    menuEntry(disp, "mnuDisp_QSOBank", QStringLiteral("QSOBank"),
+              [this] { viewEntry(this, m_session, "mnuDisp_QSOBank"); });
 
     auto* rmks = bar->addAction(QStringLiteral("Rmks 履歴"));
     rmks->setObjectName(QStringLiteral("mnuEdit_Rmks"));
@@ -419,9 +421,15 @@ void MainWindow::buildToolBar()
         {"z2a表示", "z2aで作成したALL形式ﾌｧｲﾙを表示する。",
          [this] { viewFile(readers::z2aName(m_session.input().in_name), QStringLiteral("z2a")); }},
         {"contest_n", "contest_nの表示",
-         [this] { viewFile(m_session.input().names.out_name_con_n, QStringLiteral("contest_n")); }},
+         [this] {
+             openResultGrid(this, m_session, tools::GridForm::contest(),
+                            [this] { cmdStop_Click(); });
+         }},
         {"hamlog_n", "hamlog_nの表示",
-         [this] { viewFile(m_session.input().names.out_name_ham_n, QStringLiteral("hamlog_n")); }},
+         [this] {
+             openResultGrid(this, m_session, tools::GridForm::hamlog(),
+                            [this] { cmdStop_Click(); });
+         }},
         {"＊．ｄｕｐ", "*.dupの表示",
          [this] { viewFile(m_session.input().names.dup_name, QStringLiteral("dup")); }},
         {"終了", "ﾌﾟﾛｸﾞﾗﾑを終了します", [this] { close(); }},
@@ -571,7 +579,7 @@ QWidget* MainWindow::buildInputTab()
     bottom->addWidget(
         commandButton("cmdCheck_bak_qso_mas", QStringLiteral("bak_qso.mas確認"),
                       QStringLiteral("bak_qso.mas＊　ファイルのサイズ、件数の確認が出来ます。"),
-                      [this] { notBuilt(); }));
+                      [this] { openBakCheck(this, m_session); }));
     bottom->addStretch(1);
     bottom->addWidget(memberButton("Option5", 0));
     v->addLayout(bottom);
@@ -929,11 +937,11 @@ QWidget* MainWindow::buildResultTab()
     auto* buttons = new QVBoxLayout;
     buttons->addWidget(
         commandButton("cmdDisp_con_n_new", QStringLiteral("出力ﾌｧｲﾙ　１"), {}, [this] {
-            viewFile(m_session.input().names.out_name_con_n, QStringLiteral("出力ﾌｧｲﾙ　１"));
+            openResultGrid(this, m_session, tools::GridForm::contest(), [this] { cmdStop_Click(); });
         }));
     buttons->addWidget(
         commandButton("cmdDisp_ham_n_new", QStringLiteral("出力ﾌｧｲﾙ　2"), {}, [this] {
-            viewFile(m_session.input().names.out_name_ham_n, QStringLiteral("出力ﾌｧｲﾙ　2"));
+            openResultGrid(this, m_session, tools::GridForm::hamlog(), [this] { cmdStop_Click(); });
         }));
     buttons->addWidget(commandButton("cmdDisp_in", QStringLiteral("入力ﾌｧｲﾙ"), {}, [this] {
         viewFile(m_session.input().in_name, QStringLiteral("入力ﾌｧｲﾙ"));
@@ -1234,16 +1242,10 @@ void MainWindow::showTab(int group, int index)
 
 // ---- Viewers and dialogs ------------------------------------------------------------------
 
-void MainWindow::viewFile(const std::string& path, const QString& title)
+void MainWindow::viewFile(const std::string& path, const QString& /*title*/)
 {
-    m_session.files().ini_write_old();
-    if (!fileThere(path)) {
-        m_dialogs.message("", utf8(qs(path) + QStringLiteral(" が有りません。")),
-                          base::Dialogs::Icon::Exclamation);
-        return;
-    }
-    TextViewDialog viewer(qs(path), title, this);
-    viewer.exec();
+    // The viewer titles itself with the input and the file shown.
+    viewFileIn(this, m_session, path);
 }
 
 void MainWindow::viewProgramFile(const char* name)
