@@ -2,6 +2,5 @@
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size)
 {
-    return vornhale::fuzz::runKindReader(data, size, "FUZZ.ADI",
-                                           vornhale::readers::InputKind::Adi);
+    return vornhale::fuzz::runKindReader(data, size, "FUZZ.ADI", vornhale::readers::InputKind::Adi);
 }

@@ -12,8 +12,8 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     namespace fs = std::filesystem;
     using vornhale::tools::Archive;
     const fs::path& home = vornhale::fuzz::scratchHome();
-    const fs::path file = vornhale::fuzz::writeInput(home / "input.bin",
-                                                     vornhale::fuzz::bytesOf(data, size));
+    const fs::path file =
+        vornhale::fuzz::writeInput(home / "input.bin", vornhale::fuzz::bytesOf(data, size));
     const fs::path folder = home / "area" / "target";
     std::error_code ec;
     fs::remove_all(home / "area", ec);

@@ -5,6 +5,5 @@
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size)
 {
-    return vornhale::fuzz::runKindReader(data, size, "FUZZ.LG8",
-                                         vornhale::readers::InputKind::Lg8);
+    return vornhale::fuzz::runKindReader(data, size, "FUZZ.LG8", vornhale::readers::InputKind::Lg8);
 }

@@ -22,8 +22,8 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     const readers::RemarkCells layout = readers::RemarkCells::fromOptions(options);
     readers::ExchangeAnalysis analysis;
 
-    const std::filesystem::path path = fuzz::writeInput(
-        fuzz::scratchHome() / ((flags & 16) ? "IARU.TXT" : "FUZZ.ALL"), bytes);
+    const std::filesystem::path path =
+        fuzz::writeInput(fuzz::scratchHome() / ((flags & 16) ? "IARU.TXT" : "FUZZ.ALL"), bytes);
     fuzz::allowingFailure([&] {
         if (flags & 16) {
             analysis.check_rcvd_txt(path, path.string(), flags & 32, layout);

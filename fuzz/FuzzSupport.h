@@ -136,8 +136,7 @@ inline std::uint8_t lastByte(const std::uint8_t* data, std::size_t size)
 
 /// Runs `step`; a failure of the run or the end of the program on purpose are the outcomes
 /// the program allows for bad input, so they end the step quietly.
-template <typename Step>
-void allowingFailure(Step&& step)
+template <typename Step> void allowingFailure(Step&& step)
 {
     try {
         step();
@@ -153,9 +152,8 @@ class FuzzRun
 public:
     explicit FuzzRun(settings::Options options = settings::Options::defaults(),
                      QuietDialogs dialogs = QuietDialogs())
-        : m_dialogs(dialogs),
-          ctx{std::move(options), programFolder(), trace,   observer,
-              m_dialogs,          program,         entities, {}}
+        : m_dialogs(dialogs), ctx{std::move(options), programFolder(), trace,    observer,
+                                  m_dialogs,          program,         entities, {}}
     {
     }
     FuzzRun(const FuzzRun&) = delete;

@@ -6,8 +6,7 @@
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size)
 {
     using namespace vornhale;
-    auto reader = text::RecordReader::fromText(
-        text::decodeSjis(fuzz::bytesOf(data, size)));
+    auto reader = text::RecordReader::fromText(text::decodeSjis(fuzz::bytesOf(data, size)));
     try {
         std::size_t fields = 0;
         while (!reader.atEnd()) {
