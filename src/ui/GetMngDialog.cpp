@@ -93,6 +93,7 @@ GetMngDialog::GetMngDialog(session::Session& session, base::Dialogs& dialogs, Ho
     m_grid->setObjectName(QStringLiteral("MSFlexGrid1"));
     m_grid->setEditTriggers(QAbstractItemView::NoEditTriggers);
     m_grid->verticalHeader()->setVisible(false);
+    m_grid->verticalHeader()->setDefaultSectionSize(fontMetrics().height() + 6);
     v->addWidget(m_grid, 1);
 
     auto* state = new QHBoxLayout;
@@ -194,7 +195,9 @@ QWidget* GetMngDialog::buildSearchPanel()
     auto* text2 = new QLineEdit;
     text2->setObjectName(QStringLiteral("Text2"));
     grid->addWidget(text2, 1, 1);
-    auto* submit = new QPushButton(qs(m_session.options().value("mng_search_url")));
+    // The button carries the service's label, "Dalmuir" until the settings name another.
+    const std::string& service = m_session.options().value("mng_search_url");
+    auto* submit = new QPushButton(service.empty() ? QStringLiteral("Dalmuir") : qs(service));
     submit->setObjectName(QStringLiteral("cmdSubmit"));
     connect(submit, &QPushButton::clicked, this, [this] {
         // The window's own search of the call directory, by hand; it merges nothing.

@@ -8,6 +8,8 @@
 #include "ui/DialogScreenshots.h"
 #include "ui/FileChooser.h"
 #include "ui/MainWindow.h"
+#include "ui/QtDialogs.h"
+#include "ui/ToolWindowScreenshots.h"
 #include "ui/ResultGridDialog.h"
 #include "ui/ViewerDialog.h"
 #include "ui/WidgetLook.h"
@@ -104,6 +106,7 @@ bool takeScreenshots(DesktopProgram& program, const QString& folder, const QStri
     }
     QtFileChooser dialogChooser;
     ok = takeDialogScreenshots(*program.session(), dialogChooser, window, folder) && ok;
+    ok = takeToolWindowScreenshots(*program.session(), program.dialogs(), window, folder) && ok;
     ok = takeToolScreenshots(*program.session(), window, folder) && ok;
     return ok;
 }
