@@ -134,6 +134,8 @@ private Q_SLOTS:
     void openingALogFromTheWindowListsItsCallsAlone();
     void stopEndsTheProgramNotJustTheWalk();
     void theMenuEntryOfTheMainWindowOpensTheWindow();
+    void aLineWithoutACallTakesTheFailurePath();
+    void theSearchButtonAsksTheCallDirectory();
 };
 
 void GetMngDialogTest::initTestCase()
@@ -301,6 +303,38 @@ void GetMngDialogTest::theMenuEntryOfTheMainWindowOpensTheWindow()
     timer->start();
     entry->trigger();
     QCOMPARE(seen, QStringLiteral(" ＭＮＧ取得"));
+}
+
+void GetMngDialogTest::aLineWithoutACallTakesTheFailurePath()
+{
+    Started s;
+    const fs::path log = s.log("SHORT.ALL", {"XX9TST"});
+    s.window().openPath(log.string());
+    // A later line of two words has no third word to take as the call.
+    test::writeSjisLines(log,
+                         {"zLog for Windows Version 2.80e  (c) JA1ZLO",
+                          "2026/11/21 23:19 XX9TST       599         599 13", "2026/11/21 23:20"});
+    auto d = s.dialog();
+    child<QCheckBox>(*d, "Check1")->setChecked(false);
+    QVERIFY(walk(*d));
+    QCOMPARE(s.failures.size(), 1);
+    QVERIFY(s.failures.front().contains(QStringLiteral("2026/11/21 23:20")));
+    QVERIFY(child<QLabel>(*d, "Label1")->text().isEmpty());
+}
+
+void GetMngDialogTest::theSearchButtonAsksTheCallDirectory()
+{
+    Started s;
+    auto d = s.dialog();
+    QTest::keyClicks(child<QLineEdit>(*d, "Text2"), QStringLiteral("xx9tst"));
+    QTest::mouseClick(child<QPushButton>(*d, "cmdSubmit"), Qt::LeftButton);
+    QVERIFY(test::waitUntil([&] { return !d->walking(); }, 10000));
+    QVERIFY(test::waitUntil(
+        [&] { return child<QLabel>(*d, "Label45")->text() == QStringLiteral("取 得 成 功"); },
+        2000));
+    QCOMPARE(child<QLabel>(*d, "Label34")->text(), QStringLiteral("XX9MGR"));
+    QCOMPARE(ui::captionColour(child<QLabel>(*d, "Label45")), base::Colour::Blue);
+    QCOMPARE(s.server.requests(), std::vector<std::string>{"call:XX9TST"});
 }
 
 QTEST_MAIN(GetMngDialogTest)
