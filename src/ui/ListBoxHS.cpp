@@ -21,6 +21,8 @@ ListBoxHS::ListBoxHS(QListWidget& list) : m_list(&list)
     setListBox(list);
 }
 
+ListBoxHS::~ListBoxHS() = default;
+
 void ListBoxHS::setListBox(QListWidget& list)
 {
     m_list = &list;
@@ -35,7 +37,11 @@ void ListBoxHS::setListBox(QListWidget& list)
 
 int ListBoxHS::measure(const QString& text) const
 {
-    return QFontMetrics(m_list->font()).horizontalAdvance(text);
+    if (!m_metrics || m_metricsFont != m_list->font()) {
+        m_metricsFont = m_list->font();
+        m_metrics = std::make_unique<QFontMetrics>(m_metricsFont);
+    }
+    return m_metrics->horizontalAdvance(text);
 }
 
 int ListBoxHS::horizontalExtent() const

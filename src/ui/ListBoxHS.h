@@ -1,7 +1,10 @@
 #pragma once
 
+#include <QFont>
 #include <QString>
+#include <memory>
 
+class QFontMetrics;
 class QListWidget;
 
 namespace vornhale::ui {
@@ -15,6 +18,7 @@ public:
     /// Wraps `list` (which must outlive this object): one line per item, no wrapping, the
     /// horizontal scroll bar shown when a line is wider than the list.
     explicit ListBoxHS(QListWidget& list);
+    ~ListBoxHS();
 
     /// The wrapped list.
     QListWidget& ListBox() const { return *m_list; }
@@ -41,6 +45,9 @@ private:
     void applyExtent();
 
     QListWidget* m_list;
+    // The metrics of the list's font, made again when the font changes.
+    mutable QFont m_metricsFont;
+    mutable std::unique_ptr<QFontMetrics> m_metrics;
     bool m_auto = true;
     int m_widest = 0;
 };

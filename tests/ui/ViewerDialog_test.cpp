@@ -14,6 +14,7 @@
 
 #include <QAction>
 #include <QCheckBox>
+#include <QElapsedTimer>
 #include <QFontMetrics>
 #include <QListWidget>
 #include <QPushButton>
@@ -109,6 +110,7 @@ private Q_SLOTS:
     void anEmptyFileShowsAnEmptyListAndTheTitle();
     void tabsAreExpandedToStopsOfEightColumns();
     void eachViewerHasItsTitleAndKeepsItsPlace();
+    void aLogOfThirtyThousandLinesOpensWithinAMoment();
     void theTextCheckOpensThreeViewersInARow();
     void theDuplicateListEntryShowsTheListTheConversionWrote();
     void theDisplayEntriesShowTheFilesOfTheOpenInput();
@@ -210,6 +212,27 @@ void ViewerDialogTest::eachViewerHasItsTitleAndKeepsItsPlace()
         const std::string posi = test::readBytes(s.positions());
         QVERIFY(posi.find("Position_" + utf8(c.form)) != std::string::npos);
     }
+}
+
+void ViewerDialogTest::aLogOfThirtyThousandLinesOpensWithinAMoment()
+{
+    Started s;
+    std::vector<std::string> lines;
+    for (int i = 0; i < 30000; ++i) {
+        lines.push_back(
+            "2026/11/21 23:19 JA1ZZZ       599         599 13      -     -     14   CW   1 " +
+            std::to_string(i));
+    }
+    test::writeSjisLines(s.dir / "big.ALL", lines);
+    QElapsedTimer timer;
+    timer.start();
+    ui::ViewerDialog viewer(ViewerWindow::frmDisp, s.dir / "big.ALL", "", s.positions());
+    viewer.show();
+    QVERIFY(QTest::qWaitForWindowExposed(&viewer));
+    const qint64 ms = timer.elapsed();
+    qInfo("30000 lines shown in %lld ms", static_cast<long long>(ms));
+    QCOMPARE(viewer.list()->count(), 30000);
+    QVERIFY(ms < 10000);
 }
 
 void ViewerDialogTest::theTextCheckOpensThreeViewersInARow()
