@@ -344,10 +344,8 @@ void MainWindow::buildMenus()
     m_binder->action(rmks, "mnuEdit_Rmks", [this] { openRmksSel(); });
     auto* download = bar->addAction(QStringLiteral("Download"));
     download->setObjectName(QStringLiteral("mnuDownload"));
-    m_binder->action(download, "mnuDownload", [this] {
-        m_session.files().ini_write_old();
-        DownloadDialog(m_session, m_dialogs, this).exec();
-    });
+    m_binder->action(download, "mnuDownload",
+                     [this] { DownloadDialog(m_session, m_dialogs, this).exec(); });
 
     QMenu* help = bar->addMenu(QStringLiteral("Help"));
     help->setObjectName(QStringLiteral("mnuDispHelp"));
