@@ -367,7 +367,10 @@ void MainWindow::buildMenus()
     getMng->setObjectName(QStringLiteral("mnuGet_MNG"));
     m_binder->action(getMng, "mnuGet_MNG", [this] {
         GetMngDialog::Hooks hooks{[this](std::string_view menu) { openBy(menu); },
-                                  [this](int code) { m_ending = true; m_programEnd(code); },
+                                  [this](int code) {
+                                      m_ending = true;
+                                      m_programEnd(code);
+                                  },
                                   [this](const failure::Failure& f) { failAndEnd(f); }};
         GetMngDialog(m_session, m_dialogs, std::move(hooks), this).exec();
     });
@@ -378,9 +381,9 @@ void MainWindow::buildMenus()
     auto* entity = bar->addAction(QStringLiteral("get_Entity"));
     entity->setObjectName(QStringLiteral("mnuGet_Entity"));
     m_binder->action(entity, "mnuGet_Entity", [this] {
-        ToolActions(m_session, m_dialogs, *m_observer,
-                    [this](const failure::Failure& f) { failAndEnd(f); })
-            .mnuGet_Entity_Click();
+        ToolActions(m_session, m_dialogs, *m_observer, [this](const failure::Failure& f) {
+            failAndEnd(f);
+        }).mnuGet_Entity_Click();
     });
     auto* mng = bar->addAction(QStringLiteral("MNG"));
     mng->setObjectName(QStringLiteral("mnuMNG"));

@@ -9,8 +9,8 @@
 #include "ui/FileChooser.h"
 #include "ui/MainWindow.h"
 #include "ui/QtDialogs.h"
-#include "ui/ToolWindowScreenshots.h"
 #include "ui/ResultGridDialog.h"
+#include "ui/ToolWindowScreenshots.h"
 #include "ui/ViewerDialog.h"
 #include "ui/WidgetLook.h"
 
