@@ -8,6 +8,7 @@
 #include "engine/ResultGrid.h"
 #include "base/WorkingFiles.h"
 #include "readers/InputKinds.h"
+#include "text/Chars.h"
 
 #include <iostream>
 #include <memory>
@@ -27,6 +28,26 @@ void removeWorkingFiles(const base::ProgramFolder& folder)
     }
 }
 
+// A failure's dialog names the trace file; the command line gives the whole path.
+void tellTrace(ProgramSession& session)
+{
+    std::cerr << "トレース     ：" << session.trace().path().string() << "\n";
+}
+
+// A .TXT log carries no year: the run takes the contest year of the settings (or `--set
+// txtYYYY`), and says which.
+void tellYearOfTxt(ProgramSession& session, const Overrides& overrides)
+{
+    std::string year = session.stored().value("txtYYYY");
+    for (const auto& [key, value] : overrides) {
+        if (text::equalsNoCase(key, "txtYYYY")) {
+            year = value;
+        }
+    }
+    std::cerr << "a .TXT log carries no year: its contacts are taken as of " << year
+              << " (give --year YYYY for another)\n";
+}
+
 } // namespace
 
 int runConvert(const ConvertRequest& request)
@@ -36,16 +57,19 @@ int runConvert(const ConvertRequest& request)
         return 2;
     }
     session::RunRequest run;
-    for (const std::string& set : request.sets) {
-        const auto eq = set.find('=');
-        if (eq == std::string::npos || eq == 0) {
-            std::cerr << "--set needs KEY=VALUE: " << set << "\n";
-            return 2;
-        }
-        run.overrides.emplace_back(set.substr(0, eq), set.substr(eq + 1));
+    if (!parseSets(request.sets, run.overrides)) {
+        return 2;
     }
     if (!request.year.empty()) {
+        if (const auto refusal = yearRefusal(request.year)) {
+            std::cerr << *refusal << "\n";
+            return 2;
+        }
         run.overrides.emplace_back("txtYYYY", request.year);
+    }
+    // A mistyped name or folder is told plainly before the program starts.
+    if (!checkLogArgument(request.log) || !checkHome(request.home)) {
+        return 2;
     }
     run.provinceMaster = request.provinceMaster;
     run.keepWork = request.keepWork;
@@ -90,6 +114,7 @@ int runConvert(const ConvertRequest& request)
     } catch (const failure::Failure& f) {
         base::error_exit(f, session->trace(), session->dialogs());
         session->reportWriteFailures();
+        tellTrace(*session);
         return 1;
     } catch (const failure::ProgramEnd& end) {
         session->trace().line("終了 : " + end.reason);
@@ -97,6 +122,9 @@ int runConvert(const ConvertRequest& request)
         return 1;
     }
 
+    if (session->core().input().kind == readers::InputKind::Txt && request.year.empty()) {
+        tellYearOfTxt(*session, run.overrides);
+    }
     const session::RunOutcome outcome = session->core().runConversion(observer, run);
     switch (outcome.end) {
     case session::RunOutcome::End::Refused:
@@ -104,6 +132,7 @@ int runConvert(const ConvertRequest& request)
         return 1;
     case session::RunOutcome::End::Failed:
         session->reportWriteFailures();
+        tellTrace(*session);
         return 1;
     case session::RunOutcome::End::ProgramEnded:
         std::cerr << "終了: " << outcome.message << "\n";
@@ -148,7 +177,8 @@ void addConvertCommand(CLI::App& app, ExitStatus& status)
     conv->add_option("--table", request->table,
                      "Table of an N1MM Logger database (--type mdb): DXLOG or CurrentContest")
         ->transform(CLI::IsMember({"DXLOG", "CurrentContest"}, CLI::ignore_case));
-    conv->add_option("--year", request->year, "Year of a log that carries none (txtYYYY)");
+    conv->add_option("--year", request->year,
+                     "Year of a .TXT log, which carries none: four digits (txtYYYY)");
     conv->add_option(
         "--province-master", request->provinceMaster,
         "Province master (*.mas or zLog *.dat) for Check5; default: guessed from the contest");

@@ -22,20 +22,6 @@ void show(const char* key, const std::string& value)
     std::cout << key << "\t" << value << "\n";
 }
 
-// KEY=VALUE pairs; false after telling which one is malformed.
-bool parseSets(const std::vector<std::string>& sets, session::Session::Overrides& overrides)
-{
-    for (const std::string& set : sets) {
-        const auto eq = set.find('=');
-        if (eq == std::string::npos || eq == 0) {
-            std::cerr << "--set needs KEY=VALUE: " << set << "\n";
-            return false;
-        }
-        overrides.emplace_back(set.substr(0, eq), set.substr(eq + 1));
-    }
-    return true;
-}
-
 settings::Options optionsWith(const settings::Options& stored,
                               const session::Session::Overrides& overrides)
 {
@@ -94,6 +80,9 @@ int runMngWalk(const MngRequest& request)
     }
     session::Session::Overrides overrides;
     if (!parseSets(request.sets, overrides)) {
+        return 2;
+    }
+    if (!checkLogArgument(request.walkLog)) {
         return 2;
     }
     const std::unique_ptr<ProgramSession> session =

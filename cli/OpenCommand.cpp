@@ -45,6 +45,9 @@ void show(const char* key, const std::string& value)
 // Starts the program, opens the log and hands the session to `then`.
 int withOpenedLog(const OpenRequest& request, const std::function<int(ProgramSession&)>& then)
 {
+    if (!checkLogArgument(request.log)) {
+        return 2;
+    }
     const std::unique_ptr<ProgramSession> session =
         ProgramSession::beginWithOptions(request.home, false);
     if (!session) {

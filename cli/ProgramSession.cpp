@@ -1,5 +1,6 @@
 #include "ProgramSession.h"
 
+#include "CommandLine.h"
 #include "failure/Failure.h"
 #include "readers/InputKinds.h"
 
@@ -23,8 +24,13 @@ ProgramSession::ProgramSession(const std::optional<std::filesystem::path>& home)
         // as they stand, as if that window were closed with OK, so that the next start finds
         // them.
         std::cerr << "環境設定: 未設定のフォルダ・ファイル "
-                  << m_session->decision().emptyFolderSettings
-                  << " 件 (vornhale-cli settings show で確認できます)\n";
+                  << m_session->decision().emptyFolderSettings << " 件";
+        const char* separator = ": ";
+        for (const std::string& key : m_session->decision().emptyFolderKeys) {
+            std::cerr << separator << key;
+            separator = ", ";
+        }
+        std::cerr << " (vornhale-cli settings set KEY=DIR で設定、settings show で確認できます)\n";
         m_session->acceptEnvironment();
     }
     reportWriteFailures();
@@ -33,6 +39,9 @@ ProgramSession::ProgramSession(const std::optional<std::filesystem::path>& home)
 std::unique_ptr<ProgramSession>
 ProgramSession::begin(const std::optional<std::filesystem::path>& home)
 {
+    if (!checkHome(home)) {
+        return nullptr;
+    }
     try {
         return std::unique_ptr<ProgramSession>(new ProgramSession(home));
     } catch (const failure::Failure& f) {

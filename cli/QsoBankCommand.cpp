@@ -22,6 +22,9 @@ int runQsoBank(const QsoBankRequest& request)
         std::cerr << "unknown --type: " << request.type << " (" << readers::typeWords() << ")\n";
         return 2;
     }
+    if (!checkLogArgument(request.log)) {
+        return 2;
+    }
     const std::unique_ptr<ProgramSession> session =
         ProgramSession::beginWithOptions(request.home, false);
     if (!session) {

@@ -45,6 +45,9 @@ int runRtcl(const RtclRequest& request)
         return 2;
     }
     const bool all = form == "all";
+    if (!checkLogArgument(request.log)) {
+        return 2;
+    }
 
     const std::unique_ptr<ProgramSession> session = ProgramSession::begin(request.home);
     if (!session) {

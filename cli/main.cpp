@@ -7,12 +7,15 @@
 #include "QsoBankCommand.h"
 #include "RtclCommand.h"
 #include "SettingsCommand.h"
+#include "TraceCommand.h"
+#include "base/Version.h"
 
 int main(int argc, char** argv)
 {
     using namespace vornhale::cli;
     CLI::App app{"Vornhale: contest logs into Turbo HAMLOG import files"};
     app.require_subcommand(1);
+    app.set_version_flag("--version", "vornhale-cli " + std::string(vornhale::base::kProgramVersion));
 
     ExitStatus status = 2;
     addConvertCommand(app, status);
@@ -23,6 +26,7 @@ int main(int argc, char** argv)
     addQsoBankCommand(app, status);
     addDownloadCommand(app, status);
     addRtclCommand(app, status);
+    addTraceCommand(app, status);
 
     try {
         app.parse(argc, argv);

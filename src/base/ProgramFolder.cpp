@@ -1,5 +1,6 @@
 #include "base/ProgramFolder.h"
 
+#include "base/UserHome.h"
 #include "failure/Failure.h"
 
 #include <cstdlib>
@@ -41,9 +42,7 @@ ProgramFolder ProgramFolder::resolve(const std::optional<std::filesystem::path>&
     if (const char* xdg = std::getenv("XDG_DATA_HOME"); xdg != nullptr && *xdg != '\0') {
         return at(std::filesystem::path(xdg) / "vornhale");
     }
-    const char* userHome = std::getenv("HOME");
-    return at(std::filesystem::path(userHome != nullptr ? userHome : ".") / ".local" / "share" /
-              "vornhale");
+    return at(userHomeFolder() / ".local" / "share" / "vornhale");
 }
 
 void ProgramFolder::makeFolders() const

@@ -18,7 +18,9 @@ struct ProgramFolder
     static ProgramFolder at(const std::filesystem::path& home);
 
     /// The program folder: `home` when given, else `$VORNHALE_HOME`, else
-    /// `$XDG_DATA_HOME/vornhale/`, else `~/.local/share/vornhale/`.
+    /// `$XDG_DATA_HOME/vornhale/`, else `.local/share/vornhale/` in the user's home folder
+    /// (`userHomeFolder`: `$HOME`, else the user database's, so a run without `HOME` finds
+    /// the same folder).
     static ProgramFolder resolve(const std::optional<std::filesystem::path>& home);
 
     /// Makes the program folder, the working folder and `Temp_Files` if missing.

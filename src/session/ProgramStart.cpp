@@ -182,6 +182,7 @@ StartDecision ProgramStart::startSettings()
     for (const char* key : kFolderSettings) {
         if (o.value(key).empty()) {
             ++d.emptyFolderSettings;
+            d.emptyFolderKeys.emplace_back(key);
         }
     }
 

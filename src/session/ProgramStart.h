@@ -21,6 +21,9 @@ struct StartDecision
     bool environmentFirst = true;
     /// How many of the nine folder and file settings are empty.
     int emptyFolderSettings = 0;
+    /// The keys of those empty settings ("zlo_dir", "hamlog_hdb_dir", …), in the order of
+    /// the environment settings.
+    std::vector<std::string> emptyFolderKeys;
     /// The settings came from a version older than 5.27.
     bool upgradeFromOld = false;
     /// The last version read, its points removed, as a number (5.44 gives 544).

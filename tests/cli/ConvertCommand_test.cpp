@@ -180,10 +180,10 @@ TEST(ConvertCommand, BadUsageExitsTwo)
     EXPECT_EQ(test::runCommand(quote(test::cliPath()), &cli.output), 2);
 }
 
-TEST(ConvertCommand, AMissingLogExitsOneWithAMessage)
+TEST(ConvertCommand, AMissingLogExitsTwoWithAMessage)
 {
     Cli cli;
-    EXPECT_EQ(cli.convert(cli.dir / "nothing.ALL"), 1);
+    EXPECT_EQ(cli.convert(cli.dir / "nothing.ALL"), 2);
     EXPECT_NE(cli.output.find("nothing.ALL"), std::string::npos);
 }
 
