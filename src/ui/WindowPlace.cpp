@@ -31,10 +31,13 @@ protected:
             return false;
         }
         // A dialog ended by accept() only hides; a closed window hides too. One save for
-        // each showing is enough.
-        if (event->type() == QEvent::Show) {
+        // each showing is enough. The hiding that the system does to a minimised window is
+        // no close.
+        const bool closing = (event->type() == QEvent::Hide && !event->spontaneous()) ||
+                             event->type() == QEvent::Close;
+        if (event->type() == QEvent::Show && !event->spontaneous()) {
             m_saved = false;
-        } else if ((event->type() == QEvent::Hide || event->type() == QEvent::Close) && !m_saved) {
+        } else if (closing && !m_saved) {
             savePlace(m_window, m_form, m_file);
             m_saved = true;
         } else if (event->type() == QEvent::Resize) {
