@@ -1,5 +1,6 @@
 #include "readers/OutputNames.h"
 
+#include "base/DupListName.h"
 #include "failure/Failure.h"
 #include "text/Chars.h"
 
@@ -44,13 +45,7 @@ std::string stemWithPoint(std::string_view in_name)
 
 std::string dupListName(std::string_view in_name)
 {
-    // The duplicate list cuts the path at its first point, not at the extension's, so a
-    // point in a folder name cuts the name there.
-    const auto point = in_name.find('.');
-    if (point == std::string_view::npos) {
-        return std::string(in_name) + ".dup";
-    }
-    return std::string(in_name.substr(0, point + 1)) + "dup";
+    return base::dupListName(in_name);
 }
 
 OutputNames OutputNames::of(std::string_view in_name)

@@ -1,5 +1,6 @@
 #include "tools/DuplicateList.h"
 
+#include "base/DupListName.h"
 #include "failure/Failure.h"
 #include "text/ByteKeySort.h"
 #include "text/Chars.h"
@@ -95,11 +96,7 @@ void DuplicateList::failed(int number)
 
 std::string DuplicateList::dupName(std::string_view in_name)
 {
-    const auto point = in_name.find('.');
-    if (point == std::string_view::npos) {
-        return std::string(in_name) + ".dup";
-    }
-    return std::string(in_name.substr(0, point + 1)) + "dup";
+    return base::dupListName(in_name);
 }
 
 void DuplicateList::wpx_dupe_chk()
