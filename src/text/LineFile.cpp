@@ -127,19 +127,20 @@ long Count_lines(const std::filesystem::path& path)
     std::size_t n;
     while ((n = std::fread(buf, 1, sizeof buf, f)) > 0) {
         const char* end = buf + n;
-        ends += std::count(static_cast<const char*>(buf), end, '\n');
-        for (const char* p = buf; (p = static_cast<const char*>(std::memchr(p, '\r', end - p)));
+        for (const char* p = buf; (p = static_cast<const char*>(std::memchr(p, '\n', end - p)));
              ++p) {
             ++ends;
         }
-        if (lastWasCr && buf[0] == '\n') {
-            --ends;
-        }
+        // A CR counts unless an LF follows it in this buffer; an LF at the start of the next
+        // buffer is taken back below.
         for (const char* p = buf; (p = static_cast<const char*>(std::memchr(p, '\r', end - p)));
              ++p) {
-            if (p + 1 < end && p[1] == '\n') {
-                --ends;
+            if (!(p + 1 < end && p[1] == '\n')) {
+                ++ends;
             }
+        }
+        if (lastWasCr && buf[0] == '\n') {
+            --ends;
         }
         lastWasCr = buf[n - 1] == '\r';
     }

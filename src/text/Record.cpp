@@ -23,13 +23,6 @@ RecordReader RecordReader::fromText(std::string text)
 
 std::string RecordReader::field()
 {
-    std::string value;
-    readField(value);
-    return value;
-}
-
-void RecordReader::readField(std::string& value)
-{
     if (atEnd()) {
         throw failure::Failure(failure::InputPastEnd, "ファイルの終わりを越えて入力しようとしました。");
     }
@@ -62,7 +55,7 @@ void RecordReader::readField(std::string& value)
         if (close == nullptr) {
             close = end;
         }
-        value.assign(open, close);
+        std::string value(open, close);
         p = close < end ? close + 1 : end;
         // The usual case, a comma right after the closing quote, needs no walk.
         if (p < end && *p == ',') {
@@ -70,19 +63,20 @@ void RecordReader::readField(std::string& value)
         } else {
             m_pos = static_cast<std::size_t>(consumeSeparator(toSeparator(p)) - begin);
         }
-        return;
+        return value;
     }
     const char* stop = toSeparator(p);
-    value.assign(trim(std::string_view(p, static_cast<std::size_t>(stop - p))));
+    std::string value(trim(std::string_view(p, static_cast<std::size_t>(stop - p))));
     m_pos = static_cast<std::size_t>(consumeSeparator(stop) - begin);
+    return value;
 }
 
 std::vector<std::string> RecordReader::fields(std::size_t count)
 {
-    // Each field is read straight into its place, with no move of the text.
-    std::vector<std::string> out(count);
-    for (std::string& value : out) {
-        readField(value);
+    std::vector<std::string> out;
+    out.reserve(count);
+    for (std::size_t i = 0; i < count; ++i) {
+        out.push_back(field());
     }
     return out;
 }

@@ -57,8 +57,6 @@ public:
 
 private:
     RecordReader() = default;
-    // Reads the next field into `value`, reusing its storage.
-    void readField(std::string& value);
     std::string m_text;
     std::size_t m_pos = 0;
 };

@@ -9,19 +9,32 @@ bool isAsciiText(std::string_view s)
 {
     const char* p = s.data();
     std::size_t n = s.size();
+    auto anyHigh = [](const char* at, std::size_t size) {
+        std::uint64_t word = 0;
+        std::memcpy(&word, at, size);
+        return (word & 0x8080808080808080ull) != 0;
+    };
     for (; n >= 8; p += 8, n -= 8) {
-        std::uint64_t word;
-        std::memcpy(&word, p, 8);
-        if ((word & 0x8080808080808080ull) != 0) {
+        if (anyHigh(p, 8)) {
             return false;
         }
     }
-    for (; n > 0; ++p, --n) {
-        if (static_cast<unsigned char>(*p) >= 0x80) {
+    // The rest in at most three steps of four, two and one bytes: fields are short.
+    if (n >= 4) {
+        if (anyHigh(p, 4)) {
             return false;
         }
+        p += 4;
+        n -= 4;
     }
-    return true;
+    if (n >= 2) {
+        if (anyHigh(p, 2)) {
+            return false;
+        }
+        p += 2;
+        n -= 2;
+    }
+    return n == 0 || static_cast<unsigned char>(*p) < 0x80;
 }
 
 char32_t nextCodePoint(std::string_view s, std::size_t& pos)
