@@ -9,8 +9,8 @@
 #include <algorithm>
 #include <cstdio>
 #include <iconv.h>
-#include <iterator>
 #include <iostream>
+#include <iterator>
 
 namespace vornhale::cli {
 namespace {
@@ -123,10 +123,10 @@ std::optional<std::string> settingRefusal(std::string_view key, std::string_view
         return std::nullopt;
     }
     // An option of the window without a settings key of its own.
-    if ((entry->kind == session::OptionKind::Tick || entry->kind == session::OptionKind::MenuTick) &&
+    if ((entry->kind == session::OptionKind::Tick ||
+         entry->kind == session::OptionKind::MenuTick) &&
         value != "0" && value != "1") {
-        return std::string(key) + " is a tick: it takes 0 or 1, not \"" + std::string(value) +
-               "\"";
+        return std::string(key) + " is a tick: it takes 0 or 1, not \"" + std::string(value) + "\"";
     }
     if (entry->kind == session::OptionKind::Button) {
         return std::string(key) + " is a button and holds no value";
@@ -155,8 +155,9 @@ bool parseSets(const std::vector<std::string>& sets, Overrides& overrides)
 
 std::optional<std::string> yearRefusal(std::string_view year)
 {
-    const bool fourDigits =
-        year.size() == 4 && std::all_of(year.begin(), year.end(), [](char c) { return c >= '0' && c <= '9'; });
+    const bool fourDigits = year.size() == 4 && std::all_of(year.begin(), year.end(), [](char c) {
+                                return c >= '0' && c <= '9';
+                            });
     if (!fourDigits) {
         return "--year takes four digits (2026), not \"" + std::string(year) + "\"";
     }

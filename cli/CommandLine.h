@@ -1,7 +1,6 @@
 #pragma once
 
 #include <CLI/CLI.hpp>
-
 #include <filesystem>
 #include <optional>
 #include <string>

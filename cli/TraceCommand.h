@@ -12,8 +12,8 @@ namespace vornhale::cli {
 struct TraceRequest
 {
     std::optional<std::filesystem::path> home;
-    bool last = false;  ///< print the newest trace
-    std::string file;   ///< print this trace (a name in `Error_Log` or a path)
+    bool last = false; ///< print the newest trace
+    std::string file;  ///< print this trace (a name in `Error_Log` or a path)
 };
 
 /// Lists the traces of the program folder's `Error_Log`, oldest first, or prints one of them

@@ -1,11 +1,9 @@
 #include "base/FileReplace.h"
 #include "base/PairedReplace.h"
-
 #include "support/TestSupport.h"
 
-#include <gtest/gtest.h>
-
 #include <fstream>
+#include <gtest/gtest.h>
 
 using namespace vornhale;
 namespace fs = std::filesystem;

@@ -1,13 +1,11 @@
 #include "base/ProgramFolderLock.h"
 #include "failure/Failure.h"
-
 #include "support/TestSupport.h"
-
-#include <gtest/gtest.h>
 
 #include <atomic>
 #include <chrono>
 #include <csignal>
+#include <gtest/gtest.h>
 #include <sys/wait.h>
 #include <thread>
 #include <unistd.h>

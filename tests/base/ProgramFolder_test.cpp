@@ -1,9 +1,8 @@
 #include "base/ProgramFolder.h"
 #include "base/UserHome.h"
 
-#include <gtest/gtest.h>
-
 #include <cstdlib>
+#include <gtest/gtest.h>
 #include <optional>
 #include <pwd.h>
 #include <string>

@@ -77,8 +77,8 @@ TEST_F(Use, SetRefusesAValueTheProgramWritesItself)
 TEST_F(Use, SetTakesTicksGroupMembersTextsAndOptionsThatLiveInMemory)
 {
     const auto log = sample("SAMPLE2026.ALL", "A.ALL");
-    EXPECT_EQ(convert({"--set", "Check06=1", "--set", "option04=0", "--set", "txtOp_name=",
-                       "--set", "Get_MNG_use_web=0", "--set", "No_QSL_moji=N"},
+    EXPECT_EQ(convert({"--set", "Check06=1", "--set", "option04=0", "--set", "txtOp_name=", "--set",
+                       "Get_MNG_use_web=0", "--set", "No_QSL_moji=N"},
                       log),
               0)
         << output;
@@ -147,7 +147,8 @@ TEST_F(Use, TheEnvironmentNoteNamesTheUnsetFoldersAndFiles)
 {
     const auto log = sample("SAMPLE2026.ALL", "A.ALL");
     ASSERT_EQ(convert({}, log), 0) << output;
-    EXPECT_TRUE(says("未設定のフォルダ・ファイル 2 件: hamlog_hdb_dir, hamlog_hdb_2_dir")) << output;
+    EXPECT_TRUE(says("未設定のフォルダ・ファイル 2 件: hamlog_hdb_dir, hamlog_hdb_2_dir"))
+        << output;
 }
 
 TEST_F(Use, AFailureGivesTheFullPathOfItsTrace)

@@ -7,12 +7,11 @@
 #include "support/RunFixture.h"
 #include "support/TestSupport.h"
 
-#include <gtest/gtest.h>
-
 #include <chrono>
 #include <csignal>
 #include <fcntl.h>
 #include <future>
+#include <gtest/gtest.h>
 #include <map>
 #include <random>
 #include <sys/wait.h>
@@ -25,7 +24,8 @@ using namespace std::chrono_literals;
 
 namespace {
 
-constexpr const char* kWaitingNote = "他の実行がプログラムフォルダを使用中です。終わるのを待っています…";
+constexpr const char* kWaitingNote =
+    "他の実行がプログラムフォルダを使用中です。終わるのを待っています…";
 constexpr const char* kSettingsFiles[] = {"Vornhale_cfg.ini", "Vornhale_new.ini", "Vornhale.ini",
                                           "Vornhale_fdt.ini", "Vornhale_posi.ini"};
 
@@ -69,8 +69,14 @@ int convert(const fs::path& home, const fs::path& log, std::string* output = nul
                         output != nullptr ? output : &ignored);
 }
 
-fs::path hnOf(const fs::path& log) { return log.parent_path() / (log.stem().string() + "_hn.csv"); }
-fs::path cnOf(const fs::path& log) { return log.parent_path() / (log.stem().string() + "_cn.csv"); }
+fs::path hnOf(const fs::path& log)
+{
+    return log.parent_path() / (log.stem().string() + "_hn.csv");
+}
+fs::path cnOf(const fs::path& log)
+{
+    return log.parent_path() / (log.stem().string() + "_cn.csv");
+}
 
 std::string replaceAll(std::string text, const std::string& from, const std::string& to)
 {
@@ -82,7 +88,8 @@ std::string replaceAll(std::string text, const std::string& from, const std::str
 
 // The settings files of a program folder with the folder's own path written as "<home>/"
 // and the clean-up counter taken out (it counts runs, and is compared on its own).
-std::map<std::string, std::string> settingsOf(const fs::path& home, std::map<std::string, long>* exe_rec = nullptr)
+std::map<std::string, std::string> settingsOf(const fs::path& home,
+                                              std::map<std::string, long>* exe_rec = nullptr)
 {
     std::map<std::string, std::string> files;
     for (const char* name : kSettingsFiles) {
@@ -277,13 +284,19 @@ TEST(ProgramFolderRuns, AConversionKilledAtAnyMomentLeavesAWholePairAndWholeSett
         const std::string hnNow = test::readBytes(hn), cnNow = test::readBytes(cn);
         const bool oldPair = hnNow == oldHn && cnNow == oldCn;
         const bool newPair = hnNow == newHn && cnNow == newCn;
-        const bool between = hnNow == newHn && cnNow == oldCn &&
-                             fs::exists(home / "Work" / base::PairedReplace::kNoteName) &&
-                             test::readBytes(home / "Work" / base::PairedReplace::kNoteName)
-                                     .rfind("ready\n", 0) == 0;
-        EXPECT_TRUE(oldPair || newPair || between)
-            << "hn " << (hnNow == newHn ? "new" : hnNow == oldHn ? "old" : "other") << ", cn "
-            << (cnNow == newCn ? "new" : cnNow == oldCn ? "old" : "other");
+        const bool between =
+            hnNow == newHn && cnNow == oldCn &&
+            fs::exists(home / "Work" / base::PairedReplace::kNoteName) &&
+            test::readBytes(home / "Work" / base::PairedReplace::kNoteName).rfind("ready\n", 0) ==
+                0;
+        EXPECT_TRUE(oldPair || newPair || between) << "hn "
+                                                   << (hnNow == newHn   ? "new"
+                                                       : hnNow == oldHn ? "old"
+                                                                        : "other")
+                                                   << ", cn "
+                                                   << (cnNow == newCn   ? "new"
+                                                       : cnNow == oldCn ? "old"
+                                                                        : "other");
         ++seen[oldPair ? "old" : newPair ? "new" : "between"];
         for (const char* name : kSettingsFiles) {
             if (fs::exists(home / name) && fs::exists(reference / name)) {
@@ -296,7 +309,8 @@ TEST(ProgramFolderRuns, AConversionKilledAtAnyMomentLeavesAWholePairAndWholeSett
         ASSERT_EQ(test::runCli({"settings", "--home", home.string(), "init"}, &output), 0)
             << output;
         const std::string hnAfter = test::readBytes(hn), cnAfter = test::readBytes(cn);
-        EXPECT_TRUE((hnAfter == oldHn && cnAfter == oldCn) || (hnAfter == newHn && cnAfter == newCn));
+        EXPECT_TRUE((hnAfter == oldHn && cnAfter == oldCn) ||
+                    (hnAfter == newHn && cnAfter == newCn));
         for (const auto& e : fs::directory_iterator(dir.path())) {
             EXPECT_NE(e.path().extension(), ".writing") << e.path();
         }
