@@ -8,12 +8,41 @@
 #include "failure/Failure.h"
 #include "readers/InputSelection.h"
 #include "reference/ProvinceMaster.h"
+#include "settings/WorkingFolderCleanup.h"
 
 #include <exception>
+#include <fstream>
 
 namespace vornhale::session {
 
 namespace fs = std::filesystem;
+
+namespace {
+
+// A note in the working folder for as long as a conversion runs: found at a start, it tells
+// that the last conversion was killed, and its working files are of no use to anyone.
+constexpr const char* kRunningNote = "conversion_running.note";
+
+class RunningNote
+{
+public:
+    explicit RunningNote(const fs::path& drive_path) : m_path(drive_path / kRunningNote)
+    {
+        std::ofstream touch(m_path, std::ios::binary);
+    }
+    ~RunningNote()
+    {
+        std::error_code ec;
+        fs::remove(m_path, ec);
+    }
+    RunningNote(const RunningNote&) = delete;
+    RunningNote& operator=(const RunningNote&) = delete;
+
+private:
+    fs::path m_path;
+};
+
+} // namespace
 
 class Session::FolderGuard
 {
@@ -67,6 +96,14 @@ Session::Session(const std::optional<fs::path>& home, base::Dialogs& dialogs, Fo
         base::removeLeftTemporaries(folder);
     }
     m_trace = std::make_unique<base::Trace>(m_folder.Error_Log);
+    std::error_code ec;
+    if (fs::exists(m_folder.drive_path / kRunningNote, ec)) {
+        // The working files of a killed conversion go, as a conversion's own clean-up deletes
+        // them; the settings are left to the start.
+        m_trace->line("     前回の変換の作業ファイルを削除");
+        settings::tmp_file_Del(m_folder, *m_trace, nullptr, m_dialogs);
+        fs::remove(m_folder.drive_path / kRunningNote, ec);
+    }
     m_files = std::make_unique<settings::SettingsFiles>(m_folder.strPath, m_stored);
     m_files->setWriteFailureHandler([this](const fs::path& path) {
         m_trace->line("設定ファイルに書き込みできません : " + path.string());
@@ -211,6 +248,7 @@ RunOutcome Session::runConversion(base::RunObserver& observer, const RunRequest&
 {
     // One run at a time writes the working folder and the settings files.
     FolderGuard hold(*this);
+    const RunningNote running(m_folder.drive_path);
     // The run works on the values as they stand now; its own changes reach the store.
     settings::Options options = valuesForRun(request.overrides);
     engine::RunContext ctx{options,   m_folder, *m_trace, observer,

@@ -320,6 +320,12 @@ TEST(ProgramFolderRuns, AConversionKilledAtAnyMomentLeavesAWholePairAndWholeSett
             }
         }
         EXPECT_FALSE(fs::exists(home / "Work" / base::PairedReplace::kNoteName));
+        // A conversion killed before its end leaves no working files past the next start.
+        if (hnAfter == oldHn) {
+            for (const char* name : {"zlog_1.txt", "zlog_2.txt", "temp_s.csv", "semp_s.csv"}) {
+                EXPECT_FALSE(fs::exists(home / "Work" / name)) << name;
+            }
+        }
         for (const char* name : kSettingsFiles) {
             if (fs::exists(home / name) && fs::exists(reference / name)) {
                 EXPECT_EQ(wholeness(home / name, reference / name), "");
