@@ -176,6 +176,8 @@ std::vector<SchemaKey> build()
     for (const char* name : {"txtOp_name", "txtRmks1", "txtRmks2"}) {
         k.push_back(placed(optionKey(name, V::Text), F::None, S::Own));
     }
+    // The web tick of the batch manager window; empty counts as on.
+    k.push_back(placed(optionKey("Get_MNG_use_web", V::Tick), F::None, S::Own));
     return k;
 }
 
