@@ -21,14 +21,20 @@ RecordReader RecordReader::fromText(std::string text)
     return r;
 }
 
-std::string RecordReader::field()
+namespace {
+
+[[noreturn]] void inputPastEnd()
 {
-    if (atEnd()) {
-        throw failure::Failure(failure::InputPastEnd, "ファイルの終わりを越えて入力しようとしました。");
-    }
-    const char* const begin = m_text.data();
-    const char* const end = begin + m_text.size();
-    const char* p = begin + m_pos;
+    throw failure::Failure(failure::InputPastEnd, "ファイルの終わりを越えて入力しようとしました。");
+}
+
+// The next field of `text` from `pos`, which must be before the end; `pos` moves past its
+// separator. The field is a view into `text`, so the caller builds its string in place.
+std::string_view nextField(const std::string& text, std::size_t& pos)
+{
+    const char* const begin = text.data();
+    const char* const end = begin + text.size();
+    const char* p = begin + pos;
     auto toSeparator = [end](const char* q) {
         while (q < end && *q != ',' && *q != '\r' && *q != '\n') {
             ++q;
@@ -55,20 +61,28 @@ std::string RecordReader::field()
         if (close == nullptr) {
             close = end;
         }
-        std::string value(open, close);
         p = close < end ? close + 1 : end;
         // The usual case, a comma right after the closing quote, needs no walk.
         if (p < end && *p == ',') {
-            m_pos = static_cast<std::size_t>(p + 1 - begin);
+            pos = static_cast<std::size_t>(p + 1 - begin);
         } else {
-            m_pos = static_cast<std::size_t>(consumeSeparator(toSeparator(p)) - begin);
+            pos = static_cast<std::size_t>(consumeSeparator(toSeparator(p)) - begin);
         }
-        return value;
+        return {open, static_cast<std::size_t>(close - open)};
     }
     const char* stop = toSeparator(p);
-    std::string value(trim(std::string_view(p, static_cast<std::size_t>(stop - p))));
-    m_pos = static_cast<std::size_t>(consumeSeparator(stop) - begin);
-    return value;
+    pos = static_cast<std::size_t>(consumeSeparator(stop) - begin);
+    return trim(std::string_view(p, static_cast<std::size_t>(stop - p)));
+}
+
+} // namespace
+
+std::string RecordReader::field()
+{
+    if (atEnd()) {
+        inputPastEnd();
+    }
+    return std::string(nextField(m_text, m_pos));
 }
 
 std::vector<std::string> RecordReader::fields(std::size_t count)
@@ -76,7 +90,10 @@ std::vector<std::string> RecordReader::fields(std::size_t count)
     std::vector<std::string> out;
     out.reserve(count);
     for (std::size_t i = 0; i < count; ++i) {
-        out.push_back(field());
+        if (atEnd()) {
+            inputPastEnd();
+        }
+        out.emplace_back(nextField(m_text, m_pos));
     }
     return out;
 }
