@@ -54,17 +54,17 @@ std::string twoDigits(long v)
 
 struct Band
 {
-    const char* mhz;   // the band as zLog names it
-    const char* khz;   // a frequency in the band
-    std::uint8_t zlo;  // zLog's band code
-    const char* rtcl;  // the band as RTCL names it
-    std::uint8_t lg8;  // CTESTWIN's band code
+    const char* mhz;  // the band as zLog names it
+    const char* khz;  // a frequency in the band
+    std::uint8_t zlo; // zLog's band code
+    const char* rtcl; // the band as RTCL names it
+    std::uint8_t lg8; // CTESTWIN's band code
 };
 
-const Band kBands[] = {{"1.9", "1910", 0, "1.9", 0},      {"3.5", "3525", 1, "3.5", 1},
-                       {"7", "7025", 2, "7", 2},          {"14", "14025", 4, "14", 4},
-                       {"21", "21025", 6, "21", 6},       {"28", "28025", 8, "28", 8},
-                       {"50", "50100", 9, "50", 9},       {"144", "144100", 10, "144", 10}};
+const Band kBands[] = {{"1.9", "1910", 0, "1.9", 0}, {"3.5", "3525", 1, "3.5", 1},
+                       {"7", "7025", 2, "7", 2},     {"14", "14025", 4, "14", 4},
+                       {"21", "21025", 6, "21", 6},  {"28", "28025", 8, "28", 8},
+                       {"50", "50100", 9, "50", 9},  {"144", "144100", 10, "144", 10}};
 
 struct Mode
 {
@@ -74,8 +74,10 @@ struct Mode
     bool phone;
 };
 
-const Mode kModes[] = {
-    {"CW", 0, "CW", false}, {"SSB", 1, "SSB", true}, {"FM", 2, "FM", true}, {"RTY", 4, "RTTY", false}};
+const Mode kModes[] = {{"CW", 0, "CW", false},
+                       {"SSB", 1, "SSB", true},
+                       {"FM", 2, "FM", true},
+                       {"RTY", 4, "RTTY", false}};
 
 const char* const kOps[] = {"JA1ZZZ", "JH1ZZZ", "JR1ZZZ"};
 
@@ -88,8 +90,8 @@ struct Contact
     long minutes; // since 2026/11/22 00:00, the contest's start
     long serial;
     long rcvd;
-    std::string op;   // empty or an operator
-    bool freqMemo;    // the memo carries the frequency
+    std::string op; // empty or an operator
+    bool freqMemo;  // the memo carries the frequency
 };
 
 class Contacts
@@ -144,14 +146,29 @@ private:
     long m_serial = 0;
 };
 
-long day(const Contact& c) { return 22 + c.minutes / 1440; }
-long hour(const Contact& c) { return (c.minutes / 60) % 24; }
-long minute(const Contact& c) { return c.minutes % 60; }
+long day(const Contact& c)
+{
+    return 22 + c.minutes / 1440;
+}
+long hour(const Contact& c)
+{
+    return (c.minutes / 60) % 24;
+}
+long minute(const Contact& c)
+{
+    return c.minutes % 60;
+}
 
 // Days since 1899-12-30 of the contact's time: 2026/11/22 is day 46348.
-double oleDate(const Contact& c) { return 46348.0 + static_cast<double>(c.minutes) / 1440.0; }
+double oleDate(const Contact& c)
+{
+    return 46348.0 + static_cast<double>(c.minutes) / 1440.0;
+}
 
-std::string rst(const Contact& c) { return c.mode->phone ? "59" : "599"; }
+std::string rst(const Contact& c)
+{
+    return c.mode->phone ? "59" : "599";
+}
 
 std::string zlogMemo(const Contact& c)
 {
@@ -232,8 +249,7 @@ std::string rtclOldLine(const Contact& c)
 std::string rtclNewLine(const Contact& c)
 {
     RtclNewSpec s;
-    s.when = "2026-11-" + twoDigits(day(c)) + " " + twoDigits(hour(c)) + ":" +
-             twoDigits(minute(c));
+    s.when = "2026-11-" + twoDigits(day(c)) + " " + twoDigits(hour(c)) + ":" + twoDigits(minute(c));
     s.call = c.call;
     s.sent = rst(c) + "-" + serial3(c.serial);
     s.rcvd = rst(c) + "-" + serial3(c.rcvd);
@@ -292,7 +308,8 @@ int main(int argc, char** argv)
         std::cerr << "no calls in " << argv[4] << "\n";
         return 1;
     }
-    Contacts contacts(count, calls, argc > 5 ? static_cast<unsigned>(std::stoul(argv[5])) : 20261123u);
+    Contacts contacts(count, calls,
+                      argc > 5 ? static_cast<unsigned>(std::stoul(argv[5])) : 20261123u);
     std::ofstream out(outPath, std::ios::binary);
 
     if (form == "txt") {

@@ -1,7 +1,6 @@
 #include "text/Utf8.h"
 
 #include <gtest/gtest.h>
-
 #include <string>
 
 using namespace vornhale::text;
