@@ -66,6 +66,12 @@ int runSettings(const SettingsRequest& request)
             std::cerr << "no settings file holds the key: " << key << "\n";
             return 2;
         }
+        // A stored value the option cannot hold would greet every later start.
+        if (const auto refusal = settingRefusal(key, value);
+            refusal && request.action == "set") {
+            std::cerr << "set " << request.argument << ": " << *refusal << "\n";
+            return 2;
+        }
     } else if (request.action != "show" && request.action != "init") {
         std::cerr << "unknown action: " << request.action << "\n";
         return 2;

@@ -212,3 +212,14 @@ TEST_F(Use, AProgramFolderShiftJisCannotHoldIsRefusedAtTheStart)
     EXPECT_TRUE(says("U+00E9")) << output;
     EXPECT_FALSE(fs::exists(odd));
 }
+
+TEST_F(Use, SettingsSetRefusesAValueItsOptionCannotHold)
+{
+    EXPECT_EQ(cli({"settings", "--home", home.string(), "set", "Check06=2"}), 2);
+    EXPECT_TRUE(says("Check06 is a tick: it takes 0 or 1")) << output;
+    EXPECT_EQ(cli({"settings", "--home", home.string(), "set", "Option05=4"}), 2);
+    EXPECT_TRUE(says("Option05 is a group of 4: it takes 0 to 3")) << output;
+    EXPECT_EQ(cli({"settings", "--home", home.string(), "set", "Option05=3"}), 0) << output;
+    EXPECT_EQ(cli({"settings", "--home", home.string(), "get", "Option05"}), 0);
+    EXPECT_TRUE(says("3")) << output;
+}

@@ -165,7 +165,7 @@ TEST(ProgramFolderRuns, TwoConversionsAtOnceInOneProgramFolderBothComeOutRight)
     ASSERT_EQ(convert(home, a), 0);
     std::map<std::string, long> before;
     settingsOf(home, &before);
-    for (int round = 1; round <= 5; ++round) {
+    for (int round = 1; round <= 8; ++round) {
         for (const fs::path& f : {hnOf(a), cnOf(a), hnOf(b), cnOf(b)}) {
             fs::remove(f);
         }
