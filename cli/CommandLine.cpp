@@ -6,11 +6,9 @@
 #include "text/Chars.h"
 #include "text/Utf8.h"
 
-#include <algorithm>
 #include <cstdio>
 #include <iconv.h>
 #include <iostream>
-#include <iterator>
 
 namespace vornhale::cli {
 namespace {
@@ -49,16 +47,6 @@ std::string firstUnencodable(std::string_view text, char32_t& codePoint)
     return {};
 }
 
-// Values the program keeps in memory for a dialog, outside the settings files and the main
-// window, that a run still reads: the batch walk's web search.
-constexpr const char* kDialogTicks[] = {"Get_MNG_use_web"};
-
-bool isDialogTick(std::string_view key)
-{
-    return std::any_of(std::begin(kDialogTicks), std::end(kDialogTicks),
-                       [key](const char* name) { return text::equalsNoCase(name, key); });
-}
-
 } // namespace
 
 void HomeOption::addTo(CLI::App* command)
@@ -81,13 +69,6 @@ std::optional<std::string> settingRefusal(std::string_view key, std::string_view
     const session::OptionEntry* entry = session::OptionCatalog::find(key);
     if (schema == nullptr && entry != nullptr) {
         schema = session::OptionCatalog::schemaKey(*entry);
-    }
-    if (schema == nullptr && entry == nullptr && isDialogTick(key)) {
-        if (value != "0" && value != "1") {
-            return std::string(key) + " is a tick: it takes 0 or 1, not \"" + std::string(value) +
-                   "\"";
-        }
-        return std::nullopt;
     }
     if (schema == nullptr && entry == nullptr) {
         return "unknown key: " + std::string(key) +
