@@ -5,6 +5,7 @@
 #include "failure/Failure.h"
 #include "text/Chars.h"
 #include "text/Record.h"
+#include "text/SjisCodec.h"
 #include "text/SjisText.h"
 
 #include <algorithm>
@@ -45,15 +46,20 @@ failure::Failure atLine(const failure::Failure& f, long number, std::string_view
                                             " 行目: " + std::string(line) + ")");
 }
 
-const std::string& token(const std::vector<std::string>& tokens, std::size_t i)
+// The next line as UTF-8: its own bytes when they are all ASCII, which decodes to itself;
+// otherwise decoded into `decoded`. The view lives until the next call.
+std::string_view nextUtf8(text::LineReader& in, std::string& decoded)
 {
-    if (i >= tokens.size()) {
-        subscriptOutOfRange();
+    const std::string_view raw = in.nextRaw();
+    if (std::all_of(raw.begin(), raw.end(),
+                    [](char c) { return static_cast<unsigned char>(c) < 0x80; })) {
+        return raw;
     }
-    return tokens[i];
+    decoded = text::decodeSjis(raw);
+    return decoded;
 }
 
-std::string cabrilloMode(const std::string& mode)
+std::string_view cabrilloMode(std::string_view mode)
 {
     if (mode == "PH") {
         return "SSB";
@@ -109,23 +115,68 @@ std::string normaliseCabrilloBlanks(std::string_view line, int passes)
     return out;
 }
 
+void cabrilloTokenViews(std::string_view line, int passes, std::vector<std::string_view>& tokens)
+{
+    tokens.clear();
+    if (line.empty()) {
+        return;
+    }
+    if (passes <= 0) {
+        for (std::size_t start = 0;;) {
+            const std::size_t blank = line.find(' ', start);
+            if (blank == std::string_view::npos) {
+                tokens.push_back(line.substr(start));
+                return;
+            }
+            tokens.push_back(line.substr(start, blank - start));
+            start = blank + 1;
+        }
+    }
+    // The normalisation copies every other character as it stands and turns each run of
+    // blank-like characters into one blank or more, so the tokens are the stretches between
+    // the runs, with one empty token more for each blank beyond the first of a run.
+    const std::size_t divisor = std::size_t{1} << std::min(passes - 1, 40);
+    std::size_t i = 0;
+    for (;;) {
+        const std::size_t start = i;
+        while (i < line.size() && line[i] != ' ' && line[i] != '\t' &&
+               line.substr(i, kIdeographicBlank.size()) != kIdeographicBlank) {
+            ++i;
+        }
+        tokens.push_back(line.substr(start, i - start));
+        if (i == line.size()) {
+            return;
+        }
+        std::size_t run = 0; // blanks after the first pass
+        while (i < line.size()) {
+            if (line[i] == ' ') {
+                std::size_t blanks = 0;
+                for (; i < line.size() && line[i] == ' '; ++i) {
+                    ++blanks;
+                }
+                run += (blanks + 1) / 2;
+            } else if (line[i] == '\t') {
+                ++run;
+                ++i;
+            } else if (line.substr(i, kIdeographicBlank.size()) == kIdeographicBlank) {
+                ++run;
+                i += kIdeographicBlank.size();
+            } else {
+                break;
+            }
+        }
+        for (std::size_t extra = (run + divisor - 1) / divisor; extra > 1; --extra) {
+            tokens.emplace_back();
+        }
+    }
+}
+
 std::vector<std::string> cabrilloTokens(std::string_view line, int passes)
 {
-    const std::string s = normaliseCabrilloBlanks(line, passes);
-    std::vector<std::string> tokens;
-    if (s.empty()) {
-        return tokens;
-    }
-    tokens.reserve(16);
-    for (std::size_t start = 0;;) {
-        const std::size_t blank = s.find(' ', start);
-        if (blank == std::string::npos) {
-            tokens.emplace_back(s, start);
-            return tokens;
-        }
-        tokens.emplace_back(s, start, blank - start);
-        start = blank + 1;
-    }
+    std::vector<std::string_view> views;
+    views.reserve(16);
+    cabrilloTokenViews(line, passes, views);
+    return std::vector<std::string>(views.begin(), views.end());
 }
 
 std::string cabrilloBandOfKhz(std::string_view token)
@@ -165,12 +216,15 @@ bool FileOpen_cbr(InputState& run, const std::filesystem::path& path)
 
 bool check_cbr_iota(text::LineReader& in)
 {
+    std::string decoded;
+    std::vector<std::string_view> t;
+    t.reserve(16);
     while (!in.atEnd()) {
-        const std::string line = in.next();
+        const std::string_view line = nextUtf8(in, decoded);
         if (!text::contains(line, "QSO:")) {
             continue;
         }
-        const std::vector<std::string> t = cabrilloTokens(line, 10);
+        cabrilloTokenViews(line, 10, t);
         if (t.size() < 9) {
             continue;
         }
@@ -192,8 +246,9 @@ long count_in_name_cbr(const ReaderContext& ctx)
     }
     long count = 0;
     text::LineReader in(run.in_name);
+    std::string decoded;
     while (!in.atEnd()) {
-        if (text::contains(in.next(), "QSO:")) {
+        if (text::contains(nextUtf8(in, decoded), "QSO:")) {
             ++count;
         }
     }
@@ -221,38 +276,52 @@ void henkan_cbr_2_t(const ReaderContext& ctx)
     base::QsoLine q;
     long done = 0;
     long number = 1;
+    std::string decoded;
+    std::vector<std::string_view> t;
+    t.reserve(16);
     while (!in.atEnd()) {
-        const std::string line = in.next();
+        const std::string_view line = nextUtf8(in, decoded);
         ++number;
         q.q_memo.clear();
         q.q_freq.clear();
         if (!text::contains(line, "QSO:")) {
             continue; // header lines and the closing line
         }
-        const std::vector<std::string> t = cabrilloTokens(line, 6);
-        std::vector<std::string> date;
+        cabrilloTokenViews(line, 6, t);
+        // The date's first three pieces between "-"; fewer than three is out of range.
+        std::size_t firstDash = std::string_view::npos;
+        std::size_t secondDash = std::string_view::npos;
         try {
             if (t.size() < 11) {
                 subscriptOutOfRange();
             }
-            date = text::split(t[3], "-");
-            token(date, 2);
+            firstDash = t[3].find('-');
+            if (firstDash != std::string_view::npos) {
+                secondDash = t[3].find('-', firstDash + 1);
+            }
+            if (secondDash == std::string_view::npos) {
+                subscriptOutOfRange();
+            }
         } catch (const failure::Failure& f) {
             throw atLine(f, number, line);
         }
-        q.q_year = date[0];
-        q.q_month = date[1];
-        q.q_day = date[2];
-        q.q_time = t[4];
+        const std::string_view date = t[3];
+        const std::size_t thirdDash = date.find('-', secondDash + 1);
+        q.q_year.assign(date.substr(0, firstDash));
+        q.q_month.assign(date.substr(firstDash + 1, secondDash - firstDash - 1));
+        q.q_day.assign(date.substr(secondDash + 1, thirdDash == std::string_view::npos
+                                                       ? std::string_view::npos
+                                                       : thirdDash - secondDash - 1));
+        q.q_time.assign(t[4]);
         if (frequencies) {
             q.q_band = cabrilloFrequencyMhz(t[1]);
         } else if (std::string band = cabrilloBandOfKhz(t[1]); !band.empty()) {
             q.q_band = std::move(band);
         }
-        q.q_mode = cabrilloMode(t[2]);
-        q.q_rst_sent = t[6];
-        q.q_call = t[8];
-        q.q_rst_rcvd = t[9];
+        q.q_mode.assign(cabrilloMode(t[2]));
+        q.q_rst_sent.assign(t[6]);
+        q.q_call.assign(t[8]);
+        q.q_rst_rcvd.assign(t[9]);
         // The operator rule would look at a line buffer this reader never fills.
         q.q_op.clear();
 

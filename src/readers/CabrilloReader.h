@@ -23,6 +23,11 @@ std::string normaliseCabrilloBlanks(std::string_view line, int passes);
 /// An empty text has no token at all.
 std::vector<std::string> cabrilloTokens(std::string_view line, int passes);
 
+/// The same tokens as `cabrilloTokens`, as views into `line` (the empty tokens of long blank
+/// runs are empty views), replacing the contents of `tokens`. The views live as long as
+/// `line`'s characters.
+void cabrilloTokenViews(std::string_view line, int passes, std::vector<std::string_view>& tokens);
+
 /// The band of a frequency in kHz (`token`, read as BASIC's Val reads it), both ends of each
 /// range included: 14025 gives "14". Empty for a value between the ranges or below them (a
 /// band written in Cabrillo's own letters, such as 50).
