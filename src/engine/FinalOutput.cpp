@@ -22,35 +22,40 @@ namespace {
 namespace fs = std::filesystem;
 using text::trim;
 
-/// The sixteen fields of a result after `count_No_QSL_MNG`.
-struct ReducedRecord
+/// The positions of the sixteen fields of a result after `count_No_QSL_MNG`.
+namespace reduced {
+constexpr std::size_t kFields = 16;
+constexpr std::size_t call_key = 0, call_ext = 1, date8 = 2, time6 = 3, q_rst_sent = 4,
+                      q_rst_rcvd = 5, band_or_freq = 6, mode = 7, dx_code = 8, q_gl = 9, qsl3 = 10,
+                      q_name = 11, dx_name = 12, rmks1 = 13, rmks2 = 14, q_call = 15;
+} // namespace reduced
+
+// `s` with every `from` replaced by `to`. The new text is built in `scratch` only when `from`
+// occurs, so the usual record passes through without a copy.
+std::string_view replacedIn(std::string_view s, std::string_view from, std::string_view to,
+                            std::string& scratch)
 {
-    std::string call_key, call_ext, date8, time6, q_rst_sent, q_rst_rcvd, band_or_freq, mode,
-        dx_code, q_gl, qsl3, q_name, dx_name, rmks1, rmks2, q_call;
-
-    static constexpr std::size_t kFields = 16;
-
-    static ReducedRecord from(std::vector<std::string> f)
-    {
-        f.resize(kFields);
-        return {f[0], f[1], f[2],  f[3],  f[4],  f[5],  f[6],  f[7],
-                f[8], f[9], f[10], f[11], f[12], f[13], f[14], f[15]};
+    if (from.empty() || s.find(from) == std::string_view::npos) {
+        return s;
     }
-    std::array<std::string_view, kFields> fields() const
-    {
-        return {call_key, call_ext, date8, time6,  q_rst_sent, q_rst_rcvd, band_or_freq, mode,
-                dx_code,  q_gl,     qsl3,  q_name, dx_name,    rmks1,      rmks2,        q_call};
-    }
-};
+    scratch = text::replaceAll(s, from, to);
+    return scratch;
+}
 
-// A remark as the final files want it: no leading blanks, no "@ " marks.
-std::string cleanRemark(std::string r)
+// A remark as the final files want it: no leading blanks, no "@ " marks. A changed remark is
+// built in `scratch`.
+std::string_view cleanRemark(std::string_view r, std::string& scratch)
 {
     if (text::startsWith(r, " ")) {
-        r = std::string(text::trimLeft(r));
+        r = text::trimLeft(r);
     }
     if (text::contains(r, "@")) {
-        r = text::replaceAll(r + " ", "@ ", "");
+        std::string spaced;
+        spaced.reserve(r.size() + 1);
+        spaced.append(r);
+        spaced.push_back(' ');
+        scratch = text::replaceAll(spaced, "@ ", "");
+        return scratch;
     }
     return r;
 }
@@ -61,19 +66,20 @@ void reduceFile(const fs::path& path, bool managerForNoCard, bool anyWidth)
     {
         text::RecordReader in(path);
         text::LineWriter out(copy);
+        std::vector<std::string_view> f;
+        std::string scratch1, scratch2;
         while (!in.atEnd()) {
-            ResultRecord r = ResultRecord::from(in.fields(ResultRecord::kFields));
-            const bool noCard = text::startsWith(r.qsl3, "N") && !managerForNoCard;
-            std::string rmks1 = cleanRemark(noCard ? r.rmks1_nomng : r.rmks1_c);
-            std::string rmks2 = cleanRemark(noCard ? r.rmks2_nomng : r.rmks2_c);
+            // The fields in the order of a result record.
+            in.fieldViews(ResultRecord::kFields, f);
+            const bool noCard = text::startsWith(f[10], "N") && !managerForNoCard;
+            std::string_view rmks1 = cleanRemark(noCard ? f[17] : f[15], scratch1);
+            std::string_view rmks2 = cleanRemark(noCard ? f[18] : f[16], scratch2);
             if (!anyWidth) {
-                rmks1 = std::string(trim(rmks1));
-                rmks2 = std::string(trim(rmks2));
+                rmks1 = trim(rmks1);
+                rmks2 = trim(rmks2);
             }
-            ReducedRecord o{r.call_key, r.call_ext, r.date8,  r.time6,   r.q_rst_sent, r.q_rst_rcvd,
-                            r.band_or_freq, r.mode,  r.dx_code, r.q_gl, r.qsl3,       r.q_name,
-                            r.dx_name,  rmks1,      rmks2,     r.q_call};
-            out.write(text::formatRecord(o.fields()));
+            out.writeRecord({f[0], f[1], f[2], f[3], f[4], f[5], f[6], f[7], f[8], f[9], f[10],
+                             f[11], f[12], rmks1, rmks2, f[19]});
         }
         out.close();
     }
@@ -85,7 +91,7 @@ void reduceFile(const fs::path& path, bool managerForNoCard, bool anyWidth)
     }
 }
 
-std::string modeOfCardPass(const std::string& mode)
+std::string_view modeOfCardPass(std::string_view mode)
 {
     if (mode == "RTY" || mode == "TTY") {
         return "RTTY";
@@ -104,7 +110,7 @@ std::string modeOfCardPass(const std::string& mode)
 
 // In the log-order pass the test looks at the mode the last stage left behind, not at the
 // record's own, so one value rewrites every record of the pass.
-std::string modeOfLogPass(const std::string& recordMode, const std::string& lastMode)
+std::string_view modeOfLogPass(std::string_view recordMode, const std::string& lastMode)
 {
     if (lastMode == "RTY" || lastMode == "TTY" || lastMode == "RTT") {
         return "RTTY";
@@ -227,15 +233,16 @@ std::string count_No_QSL_MNG_2(RunContext& ctx)
     ctx.run.counters.m_kazu = 0;
     std::string lastMode;
     text::RecordReader in(ctx.run.names.out_name_ham0);
+    std::vector<std::string_view> f;
     while (!in.atEnd()) {
-        ReducedRecord r = ReducedRecord::from(in.fields(ReducedRecord::kFields));
-        if (text::startsWith(r.qsl3, "N")) {
+        in.fieldViews(reduced::kFields, f);
+        if (text::startsWith(f[reduced::qsl3], "N")) {
             ++ctx.run.counters.no_qsl_kazu;
         }
-        if (text::startsWith(r.qsl3, "M")) {
+        if (text::startsWith(f[reduced::qsl3], "M")) {
             ++ctx.run.counters.m_kazu;
         }
-        lastMode = r.mode;
+        lastMode.assign(f[reduced::mode]);
     }
     return lastMode;
 }
@@ -275,44 +282,57 @@ void makeFinalFiles(RunContext& ctx, const RemarkLayout& layout, const std::stri
     // previous pair, one right after the other: never a new `_hn.csv` beside an old `_cn.csv`.
     base::PairedReplace pair(ctx.folder.drive_path, {passes[0].final, passes[1].final});
     const std::vector<fs::path> temporaries = pair.temporaries();
+    const std::string qslFrom = No_QSL_moji + run.QSL_S;
+    const std::string qslTo = No_QSL_moji + " ";
     for (std::size_t p = 0; p < std::size(passes); ++p) {
         const Pass& pass = passes[p];
         text::RecordReader in(pass.source);
         text::LineWriter oldOut(pass.oldForm);
         text::LineWriter finalOut(temporaries[p]);
+        std::vector<std::string_view> f;
+        std::string qslText, rmks1Text, rmks2Text, callMark;
         while (!in.atEnd()) {
-            ReducedRecord r = ReducedRecord::from(in.fields(ReducedRecord::kFields));
-            r.mode = pass.cardOrder ? modeOfCardPass(r.mode) : modeOfLogPass(r.mode, lastMode);
-            const std::string time_flag = text::contains(r.time6, "U") ? "8" : "0";
-            if (pass.cardOrder && !trim(r.q_name).empty()) {
+            using namespace reduced;
+            in.fieldViews(kFields, f);
+            const std::string_view mode = pass.cardOrder
+                                              ? modeOfCardPass(f[reduced::mode])
+                                              : modeOfLogPass(f[reduced::mode], lastMode);
+            const std::string_view time_flag = text::contains(f[time6], "U") ? "8" : "0";
+            if (pass.cardOrder && !trim(f[q_name]).empty()) {
                 ++run.counters.name_kazu;
             }
-            r.qsl3 = text::replaceAll(r.qsl3, No_QSL_moji + run.QSL_S, No_QSL_moji + " ");
+            std::string_view qsl = replacedIn(f[qsl3], qslFrom, qslTo, qslText);
+            std::string_view remark1 = f[rmks1];
+            std::string_view remark2 = f[rmks2];
             if (bureauByCode) {
-                const std::string flag = ctx.entities.dxcc_buro_by_code(r.dx_code);
-                if (!text::startsWith(r.qsl3, "M") && (flag == "-" || flag == "X")) {
-                    r.qsl3 = buro_QSL_moji;
-                    r.rmks1 += "no_Buro";
+                const std::string flag = ctx.entities.dxcc_buro_by_code(f[dx_code]);
+                if (!text::startsWith(qsl, "M") && (flag == "-" || flag == "X")) {
+                    qsl = buro_QSL_moji;
+                    rmks1Text.assign(remark1);
+                    rmks1Text += "no_Buro";
+                    remark1 = rmks1Text;
                 }
             }
-            if (oneEightForOneNine && trim(r.band_or_freq) == "1.9") {
-                r.band_or_freq = "1.8";
+            std::string_view band = f[band_or_freq];
+            if (oneEightForOneNine && trim(band) == "1.9") {
+                band = "1.8";
             }
-            oldOut.write(text::formatRecord({r.call_key, r.call_ext, r.date8, r.time6, r.q_rst_sent,
-                                             r.q_rst_rcvd, r.band_or_freq, r.mode, r.dx_code,
-                                             r.q_gl, r.qsl3, r.q_name, r.dx_name, r.rmks1,
-                                             r.rmks2}));
+            oldOut.writeRecord({f[call_key], f[call_ext], f[date8], f[time6], f[q_rst_sent],
+                                f[q_rst_rcvd], band, mode, f[dx_code], f[q_gl], qsl, f[q_name],
+                                f[dx_name], remark1, remark2});
+            callMark.assign("@");
+            callMark.append(f[q_call]);
+            callMark.push_back(' ');
             if (callsInRemark1 == 0) {
-                r.rmks1 = text::replaceAll(r.rmks1, "@" + r.q_call + " ", " ");
+                remark1 = replacedIn(remark1, callMark, " ", rmks1Text);
             }
             if (callsInRemark2 == 0) {
-                r.rmks2 = text::replaceAll(r.rmks2, "@" + r.q_call + " ", " ");
+                remark2 = replacedIn(remark2, callMark, " ", rmks2Text);
             }
-            r.rmks1 = text::replaceAll(r.rmks1, "$DX", "");
-            finalOut.write(text::formatRecord({r.q_call, r.date8, r.time6, r.q_rst_sent,
-                                               r.q_rst_rcvd, r.band_or_freq, r.mode, r.dx_code,
-                                               r.q_gl, r.qsl3, r.q_name, r.dx_name, r.rmks1,
-                                               r.rmks2, time_flag}));
+            remark1 = replacedIn(remark1, "$DX", "", rmks1Text);
+            finalOut.writeRecord({f[q_call], f[date8], f[time6], f[q_rst_sent], f[q_rst_rcvd], band,
+                                  mode, f[dx_code], f[q_gl], qsl, f[q_name], f[dx_name], remark1,
+                                  remark2, time_flag});
         }
         oldOut.close();
         finalOut.close();

@@ -98,4 +98,16 @@ std::vector<std::string> RecordReader::fields(std::size_t count)
     return out;
 }
 
+void RecordReader::fieldViews(std::size_t count, std::vector<std::string_view>& out)
+{
+    out.clear();
+    out.reserve(count);
+    for (std::size_t i = 0; i < count; ++i) {
+        if (atEnd()) {
+            inputPastEnd();
+        }
+        out.push_back(nextField(m_text, m_pos));
+    }
+}
+
 } // namespace vornhale::text

@@ -54,6 +54,9 @@ public:
     std::string field();
     /// The next `count` fields.
     std::vector<std::string> fields(std::size_t count);
+    /// The next `count` fields into `out` (cleared first), as views into the reader's text:
+    /// they stay valid as long as the reader lives. Throws Failure 62 as `fields` does.
+    void fieldViews(std::size_t count, std::vector<std::string_view>& out);
 
 private:
     RecordReader() = default;

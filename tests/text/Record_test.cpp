@@ -77,3 +77,23 @@ TEST(Record, QuotedFieldsEndedByCommaLineEndOrTheTextReadInTurn)
     EXPECT_EQ(r.fields(3), (std::vector<std::string>{"c", "", "d"}));
     EXPECT_TRUE(r.atEnd());
 }
+
+TEST(Record, FieldViewsReadTheSameFieldsAsCopiesAndEndLikeThem)
+{
+    const std::string text = "\"a\" , b ,\"c, d\"x,  e\r\n\"f\",\"\",\"g\"\r\n";
+    auto copies = RecordReader::fromText(text);
+    auto views = RecordReader::fromText(text);
+    std::vector<std::string_view> got = {"left over"};
+    views.fieldViews(4, got);
+    EXPECT_EQ(std::vector<std::string_view>({"a", "b", "c, d", "e"}), got);
+    const std::vector<std::string> expected = copies.fields(4);
+    EXPECT_EQ(std::vector<std::string_view>(expected.begin(), expected.end()), got);
+    views.fieldViews(2, got);
+    EXPECT_EQ(std::vector<std::string_view>({"f", ""}), got);
+    try {
+        views.fieldViews(2, got);
+        FAIL() << "reading past the end must fail";
+    } catch (const vornhale::failure::Failure& f) {
+        EXPECT_EQ(62, f.number());
+    }
+}
