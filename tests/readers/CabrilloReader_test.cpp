@@ -246,6 +246,56 @@ TEST(CabrilloReader, OneWalkFoldsBlanksAsTheReplacementPassesWould)
     }
 }
 
+TEST(CabrilloReader, TokenViewsAreTheTokensOfTheFoldedLineSplitAtEveryBlank)
+{
+    const char* pieces[] = {" ", " ", " ", "\t", "　", "A", "1", "ア", "QSO:"};
+    unsigned seed = 54321;
+    std::vector<std::string_view> views;
+    for (int trial = 0; trial < 3000; ++trial) {
+        std::string s;
+        seed = seed * 1103515245u + 12345u;
+        const int length = static_cast<int>(seed >> 16) % 90;
+        for (int k = 0; k < length; ++k) {
+            seed = seed * 1103515245u + 12345u;
+            s += pieces[(seed >> 16) % std::size(pieces)];
+        }
+        // A run long enough to stay several blanks after every pass now and then.
+        if (trial % 50 == 0) {
+            s.insert(s.size() / 2, std::string(2100, ' '));
+        }
+        for (int n : {0, 1, 2, 6, 10}) {
+            const std::string folded = readers::normaliseCabrilloBlanks(s, n);
+            const std::vector<std::string> expected =
+                folded.empty() ? std::vector<std::string>{} : text::split(folded, " ");
+            readers::cabrilloTokenViews(s, n, views);
+            ASSERT_EQ(std::vector<std::string>(views.begin(), views.end()), expected)
+                << s << " " << n;
+            ASSERT_EQ(readers::cabrilloTokens(s, n), expected) << s << " " << n;
+        }
+    }
+}
+
+TEST(CabrilloReader, TheDateIsTheFirstThreePiecesBetweenDashes)
+{
+    CabrilloRun r;
+    const auto recs = r.run({kStart, qso("14025", "CW", "2026-11-22-7"), qso("7025", "CW", "--")});
+    ASSERT_EQ(recs.size(), 2u);
+    EXPECT_EQ(recs[0][Year], "2026");
+    EXPECT_EQ(recs[0][Month], "11");
+    EXPECT_EQ(recs[0][Day], "22");
+    EXPECT_EQ(recs[1][Year], "");
+    EXPECT_EQ(recs[1][Month], "");
+    EXPECT_EQ(recs[1][Day], "");
+}
+
+TEST(CabrilloReader, ALineWithKanjiIsDecodedBeforeItIsRead)
+{
+    CabrilloRun r;
+    const auto recs = r.run({kStart, qso("14025", "CW", "2026-11-22", "0905", "JA1アイ")});
+    ASSERT_EQ(recs.size(), 1u);
+    EXPECT_EQ(recs[0][Call], "JA1アイ");
+}
+
 TEST(CabrilloReader, AHeaderBlockBeforeTheFirstQsoIsSkippedWithoutAnyOtherTest)
 {
     CabrilloRun r;
