@@ -35,14 +35,6 @@ std::array<std::string_view, SortRecord::kFields> keyedFields(const SortRecord& 
     return f;
 }
 
-SortRecord fromKeyed(std::vector<std::string> f)
-{
-    f.resize(SortRecord::kFields);
-    f.erase(f.begin());
-    f.insert(f.begin() + 17, std::string());
-    return SortRecord::from(std::move(f));
-}
-
 // Keys the records of `in` (read at least once: the sentinel is always there) into `out`.
 void keyFile(RunContext& ctx, const fs::path& in, text::LineWriter& out)
 {
@@ -61,21 +53,33 @@ void writeResults(RunContext& ctx, const fs::path& in, bool singles, text::LineW
 {
     const std::string& QSL_Q = ctx.run.QSL_Q;
     text::RecordReader reader(in);
+    // A keyed record holds the sort record's fields one place later, up to the manager field
+    // that it leaves out; `at` finds a sort record field among them.
+    std::vector<std::string_view> k;
+    auto at = [&k](std::size_t sortField) { return k[sortField < 17 ? sortField + 1 : sortField]; };
+    std::string date6, time5, qsl3;
     do {
-        const SortRecord r = fromKeyed(reader.fields(SortRecord::kFields));
-        if (r.call_key == "AAAAAA") {
+        reader.fieldViews(SortRecord::kFields, k);
+        if (at(0) == "AAAAAA") {
             continue;
         }
-        std::string route = r.route;
+        std::string_view route = at(7);
         if (route == QSL_Q || route == "J") {
-            route = QSL_Q.empty() ? " " : QSL_Q;
+            route = QSL_Q.empty() ? std::string_view(" ") : std::string_view(QSL_Q);
         }
-        std::string qsl3 = route + "  ";
+        qsl3.assign(route);
+        qsl3.append("  ");
         if (singles && text::startsWith(qsl3, "J")) {
             qsl3 = QSL_Q + qsl3.substr(1);
         }
-        out.writeRecord(
-            resultOf(r, date8Of(r.q_date6), time6Of(r.q_time5), std::move(qsl3)).fields());
+        date6.assign(at(10));
+        time5.assign(at(11));
+        const std::string date8 = date8Of(date6);
+        const std::string time6 = time6Of(time5);
+        // The fields in the order of a result record.
+        out.writeRecord({at(0),  at(1),  date8,  time6,  at(12), at(13), at(4),
+                         at(5),  at(2),  at(8),  qsl3,   at(6),  at(14), at(15),
+                         at(16), at(18), at(19), at(20), at(21), at(22)});
     } while (!reader.atEnd());
 }
 
