@@ -5,6 +5,7 @@
 #include "text/Chars.h"
 #include "text/LineFile.h"
 #include "text/Record.h"
+#include "text/SjisCodec.h"
 #include "text/Utf8.h"
 
 #include <algorithm>
@@ -45,11 +46,9 @@ public:
             if (colon - lt > kLongestName) {
                 continue;
             }
-            const std::string_view name(m_bytes.data() + lt + 1, colon - lt - 1);
-            if (std::none_of(m_openings.begin(), m_openings.end(),
-                             [&](const auto& o) { return o.first == name; })) {
-                m_openings.emplace_back(name, lt + 1);
-            }
+            // In the order of the text, so that a look-up meets the first of a name first.
+            m_openings.emplace_back(std::string_view(m_bytes.data() + lt + 1, colon - lt - 1),
+                                    lt + 1);
         }
     }
 
@@ -120,6 +119,31 @@ std::string upperLine(std::string line)
         }
     }
     return ascii ? line : text::upper(line);
+}
+
+bool isAscii(std::string_view bytes)
+{
+    return std::all_of(bytes.begin(), bytes.end(),
+                       [](char c) { return static_cast<unsigned char>(c) < 0x80; });
+}
+
+// Appends the next line of `in`, decoded and in upper case, to `record`; true when the line
+// holds "<EOR>". An ASCII line decodes to itself, so it is taken as it stands.
+bool appendUpperLine(text::LineReader& in, std::string& record)
+{
+    const std::string_view raw = in.nextRaw();
+    const std::size_t from = record.size();
+    if (isAscii(raw)) {
+        record.append(raw);
+        for (std::size_t i = from; i < record.size(); ++i) {
+            if (record[i] >= 'a' && record[i] <= 'z') {
+                record[i] = static_cast<char>(record[i] - 0x20);
+            }
+        }
+    } else {
+        record += upperLine(text::decodeSjis(raw));
+    }
+    return std::string_view(record).substr(from).find("<EOR>") != std::string_view::npos;
 }
 
 // A length as BASIC's Val reads the digits; a negative one is an invalid call of the
@@ -383,8 +407,14 @@ long count_in_name_adi(const ReaderContext& ctx)
     }
     long count = 0;
     text::LineReader in(run.in_name);
+    std::string decoded;
     while (!in.atEnd()) {
-        const std::string line = in.next();
+        const std::string_view raw = in.nextRaw();
+        std::string_view line = raw;
+        if (!isAscii(raw)) {
+            decoded = text::decodeSjis(raw);
+            line = decoded;
+        }
         count += text::contains(line, "<CALL:") ? 1 : 0;
         count += text::contains(line, "<call:") ? 1 : 0;
     }
@@ -416,9 +446,7 @@ void henkan_adi_2_t(const ReaderContext& ctx)
         // The lines of a record are joined in upper case.
         record.clear();
         for (int i = 0; i < kMaxRecordLines && !in.atEnd(); ++i) {
-            const std::string line = upperLine(in.next());
-            record += line;
-            if (line.find("<EOR>") != std::string::npos) {
+            if (appendUpperLine(in, record)) {
                 break;
             }
         }

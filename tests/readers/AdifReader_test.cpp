@@ -324,6 +324,18 @@ TEST(AdifReader, LowerCaseTagsReadTheSameAndEveryValueStandsInUpperCase)
     EXPECT_EQ(v.comment, "GOOD SIGS");
 }
 
+TEST(AdifReader, ALineWithKanjiIsDecodedAndUpperCasedAndTheFirstOfATwiceWrittenTagWins)
+{
+    AdifRun r;
+    const auto recs = r.run({"<EOH>", "<call:6>ja1abc <qso_date:8>20261122 <comment:2>大阪",
+                             "<time_on:4>0905 <mode:2>cw <rst_sent:3>599 <mode:3>ssb <eor>"});
+    ASSERT_EQ(recs.size(), 1u);
+    EXPECT_EQ(recs[0][Call], "JA1ABC");
+    EXPECT_EQ(recs[0][Time], "0905");
+    EXPECT_EQ(recs[0][Mode], "CW");
+    EXPECT_EQ(recs[0][Sent], "599");
+}
+
 TEST(AdifReader, ARecordMayRunAcrossLines)
 {
     AdifRun r;
