@@ -136,11 +136,15 @@ void cabrilloTokenViews(std::string_view line, int passes, std::vector<std::stri
     // blank-like characters into one blank or more, so the tokens are the stretches between
     // the runs, with one empty token more for each blank beyond the first of a run.
     const std::size_t divisor = std::size_t{1} << std::min(passes - 1, 40);
+    // The first byte decides for all but the lead byte of the ideographic blank.
+    const auto ideographicAt = [line](std::size_t i) {
+        return line[i] == kIdeographicBlank[0] &&
+               line.substr(i, kIdeographicBlank.size()) == kIdeographicBlank;
+    };
     std::size_t i = 0;
     for (;;) {
         const std::size_t start = i;
-        while (i < line.size() && line[i] != ' ' && line[i] != '\t' &&
-               line.substr(i, kIdeographicBlank.size()) != kIdeographicBlank) {
+        while (i < line.size() && line[i] != ' ' && line[i] != '\t' && !ideographicAt(i)) {
             ++i;
         }
         tokens.push_back(line.substr(start, i - start));
@@ -158,7 +162,7 @@ void cabrilloTokenViews(std::string_view line, int passes, std::vector<std::stri
             } else if (line[i] == '\t') {
                 ++run;
                 ++i;
-            } else if (line.substr(i, kIdeographicBlank.size()) == kIdeographicBlank) {
+            } else if (ideographicAt(i)) {
                 ++run;
                 i += kIdeographicBlank.size();
             } else {
