@@ -240,7 +240,7 @@ void read_zlo(const ReaderContext& ctx)
         q.q_op = op;
         q.q_memo = memo;
         q.q_freq = freq;
-        out.write(text::formatRecord(q.fields()));
+        out.writeRecord(q.fields());
         ++run.written_count;
     }
     out.close();

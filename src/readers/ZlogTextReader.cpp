@@ -194,7 +194,7 @@ void readZlogText(const ReaderContext& ctx, Form form)
         const bool dropped =
             operatorFilter && !run.op_filter_name.empty() && q.q_op != run.op_filter_name;
         if (!dropped) {
-            out.write(text::formatRecord(q.fields()));
+            out.writeRecord(q.fields());
             if (form == Form::All) {
                 ++run.written_count;
             }

@@ -201,7 +201,7 @@ void LineWriter::writeRaw(std::string_view bytes)
 
 void LineWriter::endLine()
 {
-    m_buffer.append("\r\n");
+    m_buffer.append("\r\n", 2);
     if (m_buffer.size() >= (1 << 16)) {
         flush();
     }

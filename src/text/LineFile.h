@@ -69,7 +69,7 @@ public:
     {
         bool first = true;
         for (const auto& f : fields) {
-            m_buffer.append(first ? "\"" : ",\"");
+            m_buffer.append(",\"" + (first ? 1 : 0), first ? 1 : 2);
             appendEncoded(std::string_view(f));
             m_buffer.push_back('"');
             first = false;
