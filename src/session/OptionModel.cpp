@@ -381,6 +381,7 @@ bool OptionModel::clickButton(std::string_view name)
     static constexpr Action actions[] = {
         {"cmdNG", &OptionModel::cmdNG_},
         {"cmdNow", &OptionModel::cmdNow_Click},
+        {"cmdCount", &OptionModel::cmdCount_Click},
         {"cmdDisp", &OptionModel::cmdDisp_Click},
         {"cmdDel", &OptionModel::cmdDel_Click},
         {"cmdZone_moji_save", &OptionModel::cmdZone_moji_save_Click},

@@ -159,6 +159,9 @@ public:
     // The procedures behind the actions, under their own names.
     void cmdNG_();
     void cmdNow_Click();
+    /// The count of the name master: its line number of the end less the two heading lines,
+    /// as "<n>　件" on the status line; a file that cannot be read is said so in red.
+    void cmdCount_Click();
     void cmdDisp_Click();
     void cmdDel_Click();
     void cmdZone_moji_save_Click();

@@ -7,6 +7,7 @@
 #include "settings/PeriodModel.h"
 #include "settings/SettingsFiles.h"
 #include "text/Chars.h"
+#include "text/LineFile.h"
 #include "text/Utf8.h"
 
 #include <system_error>
@@ -414,6 +415,19 @@ void OptionModel::cmdNow_Click()
 {
     setText("txtYYYY", todayText().substr(0, 4));
     textRule("txtYYYY");
+}
+
+void OptionModel::cmdCount_Click()
+{
+    setStatus("name_mas．txt の件数をカウント中 !!");
+    const std::filesystem::path file =
+        std::filesystem::path(m_options.value("name_mas_dir")) / "name_mas.txt";
+    const long lines = fileExists(file) ? text::Count_lines(file) : 0;
+    if (lines == 0) {
+        setStatus(file.string() + " が有りません。", base::Colour::Red);
+        return;
+    }
+    setStatus(std::to_string(lines - 2) + "　件");
 }
 
 void OptionModel::cmdDisp_Click()

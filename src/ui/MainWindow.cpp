@@ -646,7 +646,8 @@ QWidget* MainWindow::buildMemoTab()
     QGroupBox* names = frame("Frame10", frameCaption("Check15"));
     auto* nl = new QHBoxLayout(names);
     nl->addWidget(tickBox("Check15"));
-    nl->addWidget(commandButton("cmdCount", QStringLiteral("件数"), {}, [this] { notBuilt(); }));
+    nl->addWidget(commandButton("cmdCount", QStringLiteral("件数"), {},
+                                [this] { m_model.clickButton("cmdCount"); }));
     row->addWidget(names, 1);
     QGroupBox* manager = frame("Frame3", frameCaption("Option1", 0));
     auto* ml = new QHBoxLayout(manager);

@@ -1014,3 +1014,22 @@ TEST_F(OptionModelTest, ATickWithoutAKeyChangedInTheStoreIsShownAtOnce)
     EXPECT_EQ(model->colour("Check13"), Colour::Blue);
     EXPECT_NE(std::find(told.begin(), told.end(), "Check13"), told.end());
 }
+
+TEST_F(OptionModelTest, TheCountButtonShowsTheNameMasterLinesLessTheHeadingLines)
+{
+    // Two heading lines and three names; the last line ends in CR LF.
+    test::writeBytes(dir / "name_mas.txt",
+                     "CALL  NAME\r\n----------\r\nJA1AAA TARO\r\nJA1BBB JIRO\r\nJA1CCC SABU\r\n");
+    auto& m = load();
+    ASSERT_TRUE(m.enabled("cmdCount"));
+    m.clickButton("cmdCount");
+    // The line number of the end counts one beyond the last line end.
+    EXPECT_EQ(m.caption("lblShori"), "4　件");
+}
+
+TEST_F(OptionModelTest, TheCountButtonSaysSoWhenTheNameMasterIsMissing)
+{
+    auto& m = load();
+    m.clickButton("cmdCount");
+    EXPECT_NE(m.caption("lblShori").find("name_mas.txt が有りません。"), std::string::npos);
+}
