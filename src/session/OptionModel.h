@@ -162,6 +162,17 @@ public:
     /// The count of the name master: its line number of the end less the two heading lines,
     /// as "<n>　件" on the status line; a file that cannot be read is said so in red.
     void cmdCount_Click();
+
+    /// The file dialog of `cmdSetMas_mas` or `cmdSetMas_dat`: the folder of the `.mas` files
+    /// (`Prov\` below the program folder) or of the `.dat` files (`Prov_mas_dat_dir`); one
+    /// dialog for both kinds when the two folders are the same.
+    struct MasterDialog
+    {
+        std::string title, folder, filter;
+    };
+    MasterDialog provinceMasterDialog(std::string_view button) const;
+    /// A province master picked by hand (empty: the dialog was cancelled, "マスターは未選択です。").
+    void provinceMasterChosen(const std::string& path);
     void cmdDisp_Click();
     void cmdDel_Click();
     void cmdZone_moji_save_Click();

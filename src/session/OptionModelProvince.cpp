@@ -175,6 +175,42 @@ void OptionModel::Check5_Click()
     chk_go();
 }
 
+OptionModel::MasterDialog OptionModel::provinceMasterDialog(std::string_view button) const
+{
+    const std::string masFolder = (m_facts.strPath / "Prov" / "").string();
+    const std::string datFolder = m_options.value("Prov_mas_dat_dir");
+    const bool merged = std::filesystem::path(masFolder) == std::filesystem::path(datFolder);
+    MasterDialog d;
+    if (merged) {
+        d.folder = masFolder;
+        d.title = masFolder + "の マスターファイルを  開く ....";
+        d.filter = "　Provinces_マスターファイル ( *.mas , *.dat )|*.mas;*.dat|";
+    } else if (button == "cmdSetMas_dat") {
+        d.folder = datFolder;
+        d.title = datFolder + "の ＊．ｄａｔ ファイルを  開く ....";
+        d.filter = "　Provinces_マスターファイル ( *.dat )|*.dat|";
+    } else {
+        d.folder = masFolder;
+        d.title = masFolder + "の ＊．ｍａｓ ファイルを  開く ....";
+        d.filter = "　Provinces_マスターファイル ( *.mas )|*.mas|";
+    }
+    return d;
+}
+
+void OptionModel::provinceMasterChosen(const std::string& path)
+{
+    if (path.empty()) {
+        setStatus("マスターは未選択です。");
+        return;
+    }
+    m_facts.mas_dat_name = path;
+    setCaption("lblMas_dat", std::filesystem::path(path).filename().string());
+    setLabel("lblMas_dat_zlo", "", Colour::Black);
+    setEnabled("cmdDisp_mas_dat", fileExists(path));
+    setStatus("");
+    chk_go();
+}
+
 void OptionModel::chk_go()
 {
     bool go = hasInput();

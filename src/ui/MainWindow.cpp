@@ -697,9 +697,9 @@ QWidget* MainWindow::buildProvinceTab()
     auto* masters = new QHBoxLayout;
     masters->addWidget(commandButton("cmdSetMas_mas", QStringLiteral("Master ＊．ｍａｓ の指定"),
                                      QStringLiteral("Master ファイル *.mas の指定をします。"),
-                                     [this] { notBuilt(); }));
+                                     [this] { chooseProvinceMaster("cmdSetMas_mas"); }));
     masters->addWidget(commandButton("cmdSetMas_dat", QStringLiteral("Master ＊．ｄａｔ の指定"),
-                                     {}, [this] { notBuilt(); }));
+                                     {}, [this] { chooseProvinceMaster("cmdSetMas_dat"); }));
     masters->addWidget(commandButton("cmdDisp_mas_dat", QStringLiteral("Master 表示"), {}, [this] {
         viewFile(m_model.facts().mas_dat_name, QStringLiteral("Master"));
     }));
@@ -1037,6 +1037,8 @@ void MainWindow::openPath(const std::string& path, std::string_view typeWord)
     if (running()) {
         return;
     }
+    // A master picked by hand belongs to the log it was picked for.
+    m_handProvinceMaster.clear();
     try {
         const readers::OpenResult result = m_session.open(path, typeWord, *m_observer);
         if (result == readers::OpenResult::ProgramEnds) {
@@ -1134,7 +1136,9 @@ bool MainWindow::startConversion()
         m_grid->item(row, 1)->setText(QString());
     }
     setRunning(true);
-    m_runner->start();
+    session::RunRequest request;
+    request.provinceMaster = m_handProvinceMaster;
+    m_runner->start(std::move(request));
     return true;
 }
 
@@ -1253,6 +1257,16 @@ void MainWindow::viewFile(const std::string& path, const QString& /*title*/)
 void MainWindow::viewProgramFile(const char* name)
 {
     viewFile((m_session.folder().strPath / name).string(), QString::fromUtf8(name));
+}
+
+void MainWindow::chooseProvinceMaster(std::string_view button)
+{
+    const session::OptionModel::MasterDialog d = m_model.provinceMasterDialog(button);
+    const QString path = m_chooser.chooseFile(this, qs(d.title), qs(d.folder), qs(d.filter));
+    if (!path.isEmpty()) {
+        m_handProvinceMaster = utf8(path);
+    }
+    m_model.provinceMasterChosen(utf8(path));
 }
 
 void MainWindow::notBuilt()

@@ -147,6 +147,8 @@ private:
     void viewFile(const std::string& path, const QString& title);
     void viewProgramFile(const char* name);
     void notBuilt();
+    /// `cmdSetMas_mas` and `cmdSetMas_dat`: a province master picked by hand.
+    void chooseProvinceMaster(std::string_view button);
     void openConfig();
     void openRmksSel();
     void openRirekiSel();
@@ -163,6 +165,7 @@ private:
     void failAndEnd(const failure::Failure& f);
 
     session::Session& m_session;
+    std::string m_handProvinceMaster; ///< the province master picked with `cmdSetMas_mas`
     session::OptionModel& m_model;
     settings::LayoutModel& m_layout;
     FileChooser& m_chooser;

@@ -1033,3 +1033,40 @@ TEST_F(OptionModelTest, TheCountButtonSaysSoWhenTheNameMasterIsMissing)
     m.clickButton("cmdCount");
     EXPECT_NE(m.caption("lblShori").find("name_mas.txt が有りません。"), std::string::npos);
 }
+
+TEST_F(OptionModelTest, TheMasterDialogsOpenInTheirFoldersAndMergeWhenTheFoldersAreOne)
+{
+    options.set("Prov_mas_dat_dir", (dir.path() / "zLog" / "").string());
+    auto& m = load();
+    const std::string prov = (dir.path() / "Prov" / "").string();
+    const auto mas = m.provinceMasterDialog("cmdSetMas_mas");
+    EXPECT_EQ(mas.folder, prov);
+    EXPECT_EQ(mas.title, prov + "の ＊．ｍａｓ ファイルを  開く ....");
+    EXPECT_EQ(mas.filter, "　Provinces_マスターファイル ( *.mas )|*.mas|");
+    const auto dat = m.provinceMasterDialog("cmdSetMas_dat");
+    EXPECT_EQ(dat.folder, (dir.path() / "zLog" / "").string());
+    EXPECT_EQ(dat.filter, "　Provinces_マスターファイル ( *.dat )|*.dat|");
+
+    options.set("Prov_mas_dat_dir", prov);
+    const auto merged = m.provinceMasterDialog("cmdSetMas_dat");
+    EXPECT_EQ(merged.folder, prov);
+    EXPECT_EQ(merged.title, prov + "の マスターファイルを  開く ....");
+    EXPECT_EQ(merged.filter, "　Provinces_マスターファイル ( *.mas , *.dat )|*.mas;*.dat|");
+}
+
+TEST_F(OptionModelTest, AMasterPickedByHandLetsTheProvinceRunStart)
+{
+    withInput("contest.ALL", "all");
+    auto& m = load({{"Check5", "1"}});
+    EXPECT_FALSE(m.enabled("cmdStart"));
+    m.provinceMasterChosen("");
+    EXPECT_EQ(m.caption("lblShori"), "マスターは未選択です。");
+    EXPECT_FALSE(m.enabled("cmdStart"));
+
+    test::writeBytes(dir / "Prov" / "EA_prov.mas", "x\r\n");
+    m.provinceMasterChosen((dir / "Prov" / "EA_prov.mas").string());
+    EXPECT_EQ(m.caption("lblMas_dat"), "EA_prov.mas");
+    EXPECT_EQ(m.facts().mas_dat_name, (dir / "Prov" / "EA_prov.mas").string());
+    EXPECT_TRUE(m.enabled("cmdDisp_mas_dat"));
+    EXPECT_TRUE(m.enabled("cmdStart"));
+}
