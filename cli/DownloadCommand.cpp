@@ -17,20 +17,20 @@ namespace {
 using tools::DownloadRow;
 
 void printRow(std::ostream& out, const tools::DataDownloads& window,
-              const tools::DownloadRowSpec& spec)
+              const tools::DownloadRowEntry& entry)
 {
-    const tools::DownloadRowState& s = window.row(spec.row);
-    out << spec.word << "\t" << s.label << "\t" << s.source << "\t" << s.target.string();
+    const tools::DownloadRowState& s = window.row(entry.row);
+    out << entry.word << "\t" << s.label << "\t" << s.source << "\t" << s.target.string();
     if (!s.detail.empty()) {
         out << "\t" << s.detail;
     }
     out << "\n";
 }
 
-void printUnpack(std::ostream& out, const tools::DownloadRowSpec& spec,
+void printUnpack(std::ostream& out, const tools::DownloadRowEntry& entry,
                  const tools::UnpackOutcome& outcome)
 {
-    out << spec.word << "\t"
+    out << entry.word << "\t"
         << (outcome.applies ? (outcome.ok ? "解凍 完了" : "解凍 失敗") : "解凍 対象外") << "\t"
         << text::replaceAll(outcome.text, "\n", " ");
     if (!outcome.detail.empty()) {
@@ -43,15 +43,15 @@ void printUnpack(std::ostream& out, const tools::DownloadRowSpec& spec,
 
 bool runStartDownloads(tools::DataDownloads& window)
 {
-    std::vector<const tools::DownloadRowSpec*> ticked;
-    for (const tools::DownloadRowSpec& spec : tools::downloadRows()) {
-        if (window.row(spec.row).tick) {
-            ticked.push_back(&spec);
+    std::vector<const tools::DownloadRowEntry*> ticked;
+    for (const tools::DownloadRowEntry& entry : tools::downloadRows()) {
+        if (window.row(entry.row).tick) {
+            ticked.push_back(&entry);
         }
     }
     const bool allCame = window.cmdStart();
-    for (const tools::DownloadRowSpec* spec : ticked) {
-        printRow(std::cerr, window, *spec);
+    for (const tools::DownloadRowEntry* entry : ticked) {
+        printRow(std::cerr, window, *entry);
     }
     // The window's operator would press the cty unpack next; the list is of no use packed.
     if (window.row(DownloadRow::Cty).label == "完 了") {
@@ -62,21 +62,21 @@ bool runStartDownloads(tools::DataDownloads& window)
 
 int runDownload(const DownloadRequest& request)
 {
-    std::vector<const tools::DownloadRowSpec*> chosen;
+    std::vector<const tools::DownloadRowEntry*> chosen;
     if (request.all) {
-        for (const tools::DownloadRowSpec& spec : tools::downloadRows()) {
-            chosen.push_back(&spec);
+        for (const tools::DownloadRowEntry& entry : tools::downloadRows()) {
+            chosen.push_back(&entry);
         }
     }
     for (const std::string& word : request.rows) {
-        const tools::DownloadRowSpec* spec = tools::downloadRowOf(word);
-        if (spec == nullptr) {
+        const tools::DownloadRowEntry* entry = tools::downloadRowOf(word);
+        if (entry == nullptr) {
             std::cerr << "unknown row: " << word
                       << " (th505api, unzip32, unlha32, cty, ardx, arrl10)\n";
             return 2;
         }
-        if (std::find(chosen.begin(), chosen.end(), spec) == chosen.end()) {
-            chosen.push_back(spec);
+        if (std::find(chosen.begin(), chosen.end(), entry) == chosen.end()) {
+            chosen.push_back(entry);
         }
     }
     // The rows run, and are told, in the window's order.
@@ -103,26 +103,26 @@ int runDownload(const DownloadRequest& request)
     tools::DataDownloads window(strPath, options, net::WebConfig::load(strPath), session->trace(),
                                 session->dialogs());
     bool ok = true;
-    for (const tools::DownloadRowSpec* spec : chosen) {
+    for (const tools::DownloadRowEntry* entry : chosen) {
         // The two rows whose file name is found on a page read that page first.
-        if (spec->row == DownloadRow::Unlha32) {
+        if (entry->row == DownloadRow::Unlha32) {
             window.get_unlha_name();
-        } else if (spec->row == DownloadRow::Cty) {
+        } else if (entry->row == DownloadRow::Cty) {
             window.get_cty_dat_name();
         }
-        window.setTick(spec->row, true);
+        window.setTick(entry->row, true);
     }
     ok = window.cmdStart();
-    for (const tools::DownloadRowSpec* spec : chosen) {
-        printRow(std::cout, window, *spec);
+    for (const tools::DownloadRowEntry* entry : chosen) {
+        printRow(std::cout, window, *entry);
     }
     if (request.unpack) {
-        for (const tools::DownloadRowSpec* spec : chosen) {
-            if (spec->button.empty()) {
+        for (const tools::DownloadRowEntry* entry : chosen) {
+            if (entry->button.empty()) {
                 continue;
             }
-            const tools::UnpackOutcome outcome = window.unpack(spec->row);
-            printUnpack(std::cout, *spec, outcome);
+            const tools::UnpackOutcome outcome = window.unpack(entry->row);
+            printUnpack(std::cout, *entry, outcome);
             ok = ok && (outcome.ok || !outcome.applies);
         }
     }

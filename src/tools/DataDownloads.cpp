@@ -24,7 +24,7 @@ constexpr std::string_view kTitle = "Vornhale";
 
 // The state lists are saved under the names the program reads them by, as zLog names them;
 // the operator's system, which compares names without regard to case, knew no difference.
-const std::array<DownloadRowSpec, 6> kRows{{
+const std::array<DownloadRowEntry, 6> kRows{{
     {DownloadRow::Th505api, "th505api", "Check1", "THDLL2VB ．DLL　のダウンロード", "Label1",
      "hamlog_home", "/prog/Th505api.lzh", "TH505API.LZH", "Command1",
      "TH505API ．LZH の解凍・DLL のコピー"},
@@ -41,7 +41,7 @@ const std::array<DownloadRowSpec, 6> kRows{{
      "zlog_data_home", "/zlog/dx/arrl10.dat", "ARRL10.DAT", "", ""},
 }};
 
-const DownloadRowSpec& specOf(DownloadRow row)
+const DownloadRowEntry& specOf(DownloadRow row)
 {
     return kRows[static_cast<std::size_t>(row)];
 }
@@ -135,16 +135,16 @@ std::string hex(int code)
 
 } // namespace
 
-const std::array<DownloadRowSpec, 6>& downloadRows()
+const std::array<DownloadRowEntry, 6>& downloadRows()
 {
     return kRows;
 }
 
-const DownloadRowSpec* downloadRowOf(std::string_view word)
+const DownloadRowEntry* downloadRowOf(std::string_view word)
 {
-    for (const DownloadRowSpec& spec : kRows) {
-        if (text::equalsNoCase(spec.word, word)) {
-            return &spec;
+    for (const DownloadRowEntry& entry : kRows) {
+        if (text::equalsNoCase(entry.word, word)) {
+            return &entry;
         }
     }
     return nullptr;
@@ -197,18 +197,18 @@ fs::path DataDownloads::inFolder(std::string_view name) const
 
 void DataDownloads::formRow(DownloadRow row)
 {
-    const DownloadRowSpec& spec = specOf(row);
+    const DownloadRowEntry& entry = specOf(row);
     DownloadRowState& s = state(row);
-    std::string name(spec.target);
+    std::string name(entry.target);
     if (row == DownloadRow::Unlha32) {
         name = m_unlhaName;
     } else if (row == DownloadRow::Cty) {
         name = m_ctyName;
     }
-    const std::string home = m_web.endpoint(spec.homeKey);
-    const bool nameInPath = spec.target.empty();
+    const std::string home = m_web.endpoint(entry.homeKey);
+    const bool nameInPath = entry.target.empty();
     s.source =
-        home.empty() ? std::string() : home + std::string(spec.path) + (nameInPath ? name : "");
+        home.empty() ? std::string() : home + std::string(entry.path) + (nameInPath ? name : "");
     s.target = name.empty() ? m_strPath : inFolder(name);
 }
 
@@ -306,10 +306,10 @@ void DataDownloads::Form_Load(bool fromStartCheck)
     if (!online()) {
         return;
     }
-    for (const DownloadRowSpec& spec : kRows) {
-        if (!spec.target.empty()) {
-            formRow(spec.row);
-            state(spec.row).exists = !base::findFileNoCase(m_strPath, spec.target).empty();
+    for (const DownloadRowEntry& entry : kRows) {
+        if (!entry.target.empty()) {
+            formRow(entry.row);
+            state(entry.row).exists = !base::findFileNoCase(m_strPath, entry.target).empty();
         }
     }
     setLabel("Label3", row(DownloadRow::Th505api).source);
@@ -338,24 +338,24 @@ void DataDownloads::Form_Load(bool fromStartCheck)
 bool DataDownloads::cmdStart()
 {
     m_trace.line("Private Sub cmdStart_Click()  frmDownLoad");
-    for (const DownloadRowSpec& spec : kRows) {
-        setLabel(spec.label, "");
-        state(spec.row).detail.clear();
+    for (const DownloadRowEntry& entry : kRows) {
+        setLabel(entry.label, "");
+        state(entry.row).detail.clear();
     }
     setLabel("Label5", std::string(kDownloading));
 
     bool allCame = true;
     bool needsUnpacking = false;
-    for (const DownloadRowSpec& spec : kRows) {
-        DownloadRowState& s = state(spec.row);
+    for (const DownloadRowEntry& entry : kRows) {
+        DownloadRowState& s = state(entry.row);
         if (!s.tick) {
             continue;
         }
-        formRow(spec.row);
-        const bool named = !(spec.target.empty() && s.target == m_strPath);
+        formRow(entry.row);
+        const bool named = !(entry.target.empty() && s.target == m_strPath);
         if (s.source.empty()) {
             s.detail =
-                std::string(spec.homeKey) + " が Vornhale_web.ini の [web] に設定されていません";
+                std::string(entry.homeKey) + " が Vornhale_web.ini の [web] に設定されていません";
         } else if (!named) {
             s.detail = "ダウンロードするファイル名がページに見つかりません: " + s.source;
         } else {
@@ -365,13 +365,13 @@ bool DataDownloads::cmdStart()
                     got.httpStatus != 0 ? "HTTP " + std::to_string(got.httpStatus) : got.error;
             }
         }
-        m_trace.line("     " + std::string(spec.word) + " : " + s.source + " -> " +
+        m_trace.line("     " + std::string(entry.word) + " : " + s.source + " -> " +
                      s.target.string() + (s.detail.empty() ? "" : " : " + s.detail));
         const bool came = s.detail.empty();
         s.label = std::string(came ? kDone : kFailed);
-        setLabel(spec.label, s.label);
+        setLabel(entry.label, s.label);
         allCame = allCame && came;
-        if (came && spec.row <= DownloadRow::Cty) {
+        if (came && entry.row <= DownloadRow::Cty) {
             needsUnpacking = true;
             setLabel("Label5", std::string(kNeedsUnpacking));
         }

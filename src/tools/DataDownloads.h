@@ -18,7 +18,7 @@ namespace vornhale::tools {
 enum class DownloadRow { Th505api, Unzip32, Unlha32, Cty, Ardx, Arrl10 };
 
 /// What never changes about a row.
-struct DownloadRowSpec
+struct DownloadRowEntry
 {
     DownloadRow row;
     std::string_view word;    ///< the command line's name of the row ("cty")
@@ -33,9 +33,9 @@ struct DownloadRowSpec
 };
 
 /// The six rows, in the order of the window.
-const std::array<DownloadRowSpec, 6>& downloadRows();
+const std::array<DownloadRowEntry, 6>& downloadRows();
 /// The row named `word` (case-blind); null when there is none.
-const DownloadRowSpec* downloadRowOf(std::string_view word);
+const DownloadRowEntry* downloadRowOf(std::string_view word);
 
 /// What a row holds while the window is open.
 struct DownloadRowState

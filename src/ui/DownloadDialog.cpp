@@ -92,23 +92,23 @@ void DownloadDialog::build(const std::filesystem::path& strPath)
     auto* grid = new QGridLayout;
     grid->setColumnStretch(1, 1);
     int line = 0;
-    for (const tools::DownloadRowSpec& spec : tools::downloadRows()) {
-        auto* tick = new QCheckBox(qs(spec.caption));
-        tick->setObjectName(qs(spec.tick));
+    for (const tools::DownloadRowEntry& entry : tools::downloadRows()) {
+        auto* tick = new QCheckBox(qs(entry.caption));
+        tick->setObjectName(qs(entry.tick));
         grid->addWidget(tick, line, 0);
         auto* status = new QLabel;
-        status->setObjectName(qs(spec.label));
+        status->setObjectName(qs(entry.label));
         status->setMinimumWidth(60);
         grid->addWidget(status, line, 1);
-        if (!spec.button.empty()) {
-            auto* button = new QPushButton(qs(spec.buttonCaption));
-            button->setObjectName(qs(spec.button));
-            const int row = static_cast<int>(spec.row);
+        if (!entry.button.empty()) {
+            auto* button = new QPushButton(qs(entry.buttonCaption));
+            button->setObjectName(qs(entry.button));
+            const int row = static_cast<int>(entry.row);
             connect(button, &QPushButton::clicked, this, [this, row] { unpack(row); });
             grid->addWidget(button, line, 2);
         }
         ++line;
-        if (const char* address = addressLabelOf(spec.row)) {
+        if (const char* address = addressLabelOf(entry.row)) {
             auto* label = new QLabel;
             label->setObjectName(QString::fromLatin1(address));
             label->setTextInteractionFlags(Qt::TextSelectableByMouse);
@@ -168,9 +168,9 @@ void DownloadDialog::workEnded()
 
 void DownloadDialog::showCore()
 {
-    for (const tools::DownloadRowSpec& spec : tools::downloadRows()) {
-        const tools::DownloadRowState& s = m_core->row(spec.row);
-        auto* tick = findChild<QCheckBox*>(qs(spec.tick));
+    for (const tools::DownloadRowEntry& entry : tools::downloadRows()) {
+        const tools::DownloadRowState& s = m_core->row(entry.row);
+        auto* tick = findChild<QCheckBox*>(qs(entry.tick));
         tick->setChecked(s.tick);
         // A file that is already in the program folder is marked on its row.
         QFont font = tick->font();
@@ -178,7 +178,7 @@ void DownloadDialog::showCore()
         tick->setFont(font);
         tick->setProperty("exists", s.exists);
         tick->setToolTip(s.exists ? qs(s.target.string()) : QString());
-        findChild<QLabel*>(qs(spec.label))->setText(qs(m_core->label(spec.label)));
+        findChild<QLabel*>(qs(entry.label))->setText(qs(m_core->label(entry.label)));
     }
     for (const char* name : kAddressLabels) {
         findChild<QLabel*>(QString::fromLatin1(name))->setText(qs(m_core->label(name)));
@@ -201,8 +201,8 @@ void DownloadDialog::cmdStart_Click()
     if (m_busy) {
         return;
     }
-    for (const tools::DownloadRowSpec& spec : tools::downloadRows()) {
-        m_core->setTick(spec.row, findChild<QCheckBox*>(qs(spec.tick))->isChecked());
+    for (const tools::DownloadRowEntry& entry : tools::downloadRows()) {
+        m_core->setTick(entry.row, findChild<QCheckBox*>(qs(entry.tick))->isChecked());
     }
     runOnWorker([core = m_core] { core->cmdStart(); });
 }

@@ -214,11 +214,11 @@ TEST(Lg8Exchange, TheReportIsTwoDigitsInVoiceModesAndThreeInOthers)
 
 TEST(Lg8AllLine, PutsEachFieldInItsZlogColumnInJapanTime)
 {
-    Lg8QsoSpec spec;
-    spec.utcSeconds = 1496534400 + 15 * 3600 + 5 * 60 + 59; // 15:05:59 UTC
-    spec.op = "JA1OPX";
-    spec.remarks = "GL";
-    const readers::Lg8Qso q = readers::Lg8File::fromBytes(test::lg8Bytes({spec})).qsos()[0];
+    Lg8QsoSpec qso;
+    qso.utcSeconds = 1496534400 + 15 * 3600 + 5 * 60 + 59; // 15:05:59 UTC
+    qso.op = "JA1OPX";
+    qso.remarks = "GL";
+    const readers::Lg8Qso q = readers::Lg8File::fromBytes(test::lg8Bytes({qso})).qsos()[0];
     EXPECT_EQ(readers::zlogAllLine(q), std::string("2017/06/05 00:05 ") + "JA1ABC       " + "599 " +
                                            "100110  " + "599 " + "25      " + "-     -     " +
                                            "14   " + "CW   " + "   " + "%%JA1OPX%%         " +
@@ -227,11 +227,11 @@ TEST(Lg8AllLine, PutsEachFieldInItsZlogColumnInJapanTime)
 
 TEST(Lg8AllLine, WithoutAnOperatorTheRemarksFollowThePointsColumn)
 {
-    Lg8QsoSpec spec;
-    spec.remarks = "TNX";
-    spec.mode = 2;
-    spec.rcvd = "5913";
-    const readers::Lg8Qso q = readers::Lg8File::fromBytes(test::lg8Bytes({spec})).qsos()[0];
+    Lg8QsoSpec qso;
+    qso.remarks = "TNX";
+    qso.mode = 2;
+    qso.rcvd = "5913";
+    const readers::Lg8Qso q = readers::Lg8File::fromBytes(test::lg8Bytes({qso})).qsos()[0];
     const std::string line = readers::zlogAllLine(q);
     EXPECT_EQ(line.substr(42, 12), "59  13      ");
     EXPECT_EQ(line.substr(71, 5), "SSB  ");
@@ -240,9 +240,9 @@ TEST(Lg8AllLine, WithoutAnOperatorTheRemarksFollowThePointsColumn)
 
 TEST(Lg8AllLine, ATimeOutsideTheCalendarIsAFailure)
 {
-    Lg8QsoSpec spec;
-    spec.utcSeconds = std::numeric_limits<std::int64_t>::max();
-    const readers::Lg8Qso q = readers::Lg8File::fromBytes(test::lg8Bytes({spec})).qsos()[0];
+    Lg8QsoSpec qso;
+    qso.utcSeconds = std::numeric_limits<std::int64_t>::max();
+    const readers::Lg8Qso q = readers::Lg8File::fromBytes(test::lg8Bytes({qso})).qsos()[0];
     try {
         readers::zlogAllLine(q);
         FAIL();

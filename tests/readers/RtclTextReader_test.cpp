@@ -50,19 +50,19 @@ struct RtclText : ::testing::Test, test::RunFixture
     }
 };
 
-std::vector<std::string> oldLines(std::initializer_list<RtclOldSpec> specs)
+std::vector<std::string> oldLines(std::initializer_list<RtclOldSpec> given)
 {
     std::vector<std::string> out;
-    for (const auto& s : specs) {
+    for (const auto& s : given) {
         out.push_back(s.line());
     }
     return out;
 }
 
-std::vector<std::string> newLines(std::initializer_list<RtclNewSpec> specs)
+std::vector<std::string> newLines(std::initializer_list<RtclNewSpec> given)
 {
     std::vector<std::string> out;
-    for (const auto& s : specs) {
+    for (const auto& s : given) {
         out.push_back(s.line());
     }
     return out;

@@ -39,19 +39,19 @@ struct RtclMaker : ::testing::Test, test::RunFixture
     }
 };
 
-std::vector<std::string> linesOf(std::initializer_list<RtclOldSpec> specs)
+std::vector<std::string> linesOf(std::initializer_list<RtclOldSpec> given)
 {
     std::vector<std::string> out;
-    for (const auto& s : specs) {
+    for (const auto& s : given) {
         out.push_back(s.line());
     }
     return out;
 }
 
-std::vector<std::string> linesOf(std::initializer_list<RtclNewSpec> specs)
+std::vector<std::string> linesOf(std::initializer_list<RtclNewSpec> given)
 {
     std::vector<std::string> out;
-    for (const auto& s : specs) {
+    for (const auto& s : given) {
         out.push_back(s.line());
     }
     return out;
