@@ -23,21 +23,8 @@ namespace fs = std::filesystem;
 
 namespace {
 
-struct Started
+struct Started : test::StartedProgram
 {
-    test::TempDir dir;
-    test::ScriptedChooser chooser;
-    std::unique_ptr<ui::DesktopProgram> program;
-    int endedWith = -1;
-
-    Started()
-    {
-        test::prepareHome(dir / "home");
-        program = std::make_unique<ui::DesktopProgram>(dir / "home", chooser);
-        program->setProgramEnd([this](int code) { endedWith = code; });
-        program->start();
-    }
-    session::Session& session() { return *program->session(); }
     fs::path temp() { return session().folder().Temp_Files; }
 };
 

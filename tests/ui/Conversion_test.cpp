@@ -35,22 +35,8 @@ namespace fs = std::filesystem;
 
 namespace {
 
-struct Started
+struct Started : test::StartedProgram
 {
-    test::TempDir dir;
-    test::ScriptedChooser chooser;
-    std::unique_ptr<ui::DesktopProgram> program;
-    int endedWith = -1;
-
-    Started()
-    {
-        test::prepareHome(dir / "home");
-        program = std::make_unique<ui::DesktopProgram>(dir / "home", chooser);
-        program->setProgramEnd([this](int code) { endedWith = code; });
-        program->start();
-    }
-    ui::MainWindow& window() { return *program->mainWindow(); }
-    template <class W> W* find(const QString& name) { return window().findChild<W*>(name); }
     void click(const QString& name)
     {
         QWidget* w = find<QWidget>(name);

@@ -30,24 +30,9 @@ namespace fs = std::filesystem;
 
 namespace {
 
-struct Started
+struct Started : test::StartedProgram
 {
-    test::TempDir dir;
-    test::ScriptedChooser chooser;
-    std::unique_ptr<ui::DesktopProgram> program;
-    int endedWith = -1;
-
-    explicit Started(const std::function<void(const fs::path&)>& edit = {})
-    {
-        test::prepareHome(dir / "home");
-        if (edit) {
-            edit(dir / "home");
-        }
-        program = std::make_unique<ui::DesktopProgram>(dir / "home", chooser);
-        program->setProgramEnd([this](int code) { endedWith = code; });
-        program->start();
-    }
-    ui::MainWindow& window() { return *program->mainWindow(); }
+    using StartedProgram::StartedProgram;
     ui::LayoutRow& row() { return *window().layoutRow(); }
     settings::LayoutModel& layout() { return *program->session()->layoutModel(); }
     QLabel* cell(int r, int c) { return row().cellLabel(r, c); }

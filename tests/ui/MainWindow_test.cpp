@@ -35,26 +35,9 @@ namespace fs = std::filesystem;
 namespace {
 
 /// A program folder prepared to start straight into the main window, and the window.
-struct Started
+struct Started : test::StartedProgram
 {
-    test::TempDir dir;
-    test::ScriptedChooser chooser;
-    std::unique_ptr<ui::DesktopProgram> program;
-    int endedWith = -1;
-
-    /// `edit` may change the option file before the start.
-    explicit Started(const std::function<void(const fs::path&)>& edit = {})
-    {
-        test::prepareHome(dir / "home");
-        if (edit) {
-            edit(dir / "home");
-        }
-        program = std::make_unique<ui::DesktopProgram>(dir / "home", chooser);
-        program->setProgramEnd([this](int code) { endedWith = code; });
-        program->start();
-    }
-    ui::MainWindow& window() { return *program->mainWindow(); }
-    template <class W> W* find(const QString& name) { return window().findChild<W*>(name); }
+    using StartedProgram::StartedProgram;
     /// Clicks a control as an operator does: its tab is shown first.
     void click(const QString& name)
     {

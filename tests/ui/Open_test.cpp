@@ -23,21 +23,8 @@ namespace fs = std::filesystem;
 
 namespace {
 
-struct Started
+struct Started : test::StartedProgram
 {
-    test::TempDir dir;
-    test::ScriptedChooser chooser;
-    std::unique_ptr<ui::DesktopProgram> program;
-
-    Started()
-    {
-        test::prepareHome(dir / "home");
-        program = std::make_unique<ui::DesktopProgram>(dir / "home", chooser);
-        program->setProgramEnd([](int) {});
-        program->start();
-    }
-    ui::MainWindow& window() { return *program->mainWindow(); }
-    template <class W> W* find(const QString& name) { return window().findChild<W*>(name); }
     void open(const fs::path& log, const char* menu)
     {
         chooser.answers << qs(log.string());

@@ -14,6 +14,17 @@
 #include <QTimer>
 
 namespace vornhale::test {
+
+StartedProgram::StartedProgram(const std::function<void(const std::filesystem::path& home)>& edit)
+{
+    prepareHome(dir / "home");
+    if (edit) {
+        edit(dir / "home");
+    }
+    program = std::make_unique<ui::DesktopProgram>(dir / "home", chooser);
+    program->setProgramEnd([this](int code) { endedWith = code; });
+    program->start();
+}
 namespace {
 
 class SilentDialogs : public base::Dialogs

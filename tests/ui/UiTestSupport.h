@@ -1,11 +1,15 @@
 #pragma once
 
+#include "support/TestSupport.h"
+#include "ui/DesktopProgram.h"
 #include "ui/FileChooser.h"
+#include "ui/MainWindow.h"
 
 #include <QString>
 #include <QStringList>
 #include <filesystem>
 #include <functional>
+#include <memory>
 
 class QTimer;
 class QWidget;
@@ -27,6 +31,24 @@ public:
 /// A program folder that starts straight into the main window: a first start has run, the
 /// environment was saved with every row valid (a stand-in HAMLOG file in the folder).
 void prepareHome(const std::filesystem::path& home);
+
+/// The window program started on a prepared program folder (`dir`/home), as most window
+/// tests begin; `endedWith` is the exit status the program asked for (-1 while it runs).
+struct StartedProgram
+{
+    /// `edit` may change the prepared program folder before the start.
+    explicit StartedProgram(
+        const std::function<void(const std::filesystem::path& home)>& edit = {});
+
+    TempDir dir;
+    ScriptedChooser chooser;
+    std::unique_ptr<ui::DesktopProgram> program;
+    int endedWith = -1;
+
+    session::Session& session() { return *program->session(); }
+    ui::MainWindow& window() { return *program->mainWindow(); }
+    template <class W> W* find(const QString& name) { return window().findChild<W*>(name); }
+};
 
 /// Shows the tab of every tab group that holds `widget`, as an operator would before using it.
 void showTabOf(QWidget* widget);

@@ -31,22 +31,8 @@ namespace fs = std::filesystem;
 
 namespace {
 
-struct Started
+struct Started : test::StartedProgram
 {
-    test::TempDir dir;
-    test::ScriptedChooser chooser;
-    std::unique_ptr<ui::DesktopProgram> program;
-    int endedWith = -1;
-
-    Started()
-    {
-        test::prepareHome(dir / "home");
-        program = std::make_unique<ui::DesktopProgram>(dir / "home", chooser);
-        program->setProgramEnd([this](int code) { endedWith = code; });
-        program->start();
-    }
-    session::Session& session() { return *program->session(); }
-    ui::MainWindow& window() { return *program->mainWindow(); }
     fs::path positions() { return session().folder().strPath / "Vornhale_posi.ini"; }
     fs::path openSample(const fs::path& folder)
     {
