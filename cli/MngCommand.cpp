@@ -82,58 +82,36 @@ int runMngWalk(const MngRequest& request)
     if (!parseSets(request.sets, overrides)) {
         return 2;
     }
-    if (!checkLogArgument(request.walkLog)) {
-        return 2;
-    }
-    const std::unique_ptr<ProgramSession> session =
-        ProgramSession::beginWithOptions(request.home, false);
-    if (!session) {
-        return 1;
-    }
-    ConsoleObserver observer;
-    try {
-        std::error_code ec;
-        const fs::path log = fs::absolute(request.walkLog, ec);
-        if (!fs::is_regular_file(log, ec)) {
-            std::cerr << "ファイルが見つかりません。 " << log.string() << "\n";
-            return 1;
-        }
-        if (!session->open(log, request.type, observer, overrides)) {
-            return 1;
-        }
-        session::Session& core = session->core();
-        engine::RunContext ctx{optionsWith(session->stored(), overrides),
-                               session->folder(),
-                               session->trace(),
-                               observer,
-                               session->dialogs(),
-                               core.programState(),
-                               core.reference().entities(),
-                               {}};
-        static_cast<readers::InputState&>(ctx.run) = core.input();
-        ctx.lookups = &core.reference();
-        const engine::ManagerWalkResult grid = engine::mnuGet_MNG_Click(ctx, core.reference());
+    return ProgramSession::withOpenedLog(
+        {request.home, request.walkLog, request.type, {}, overrides},
+        [&overrides](ProgramSession& session, base::RunObserver& observer) {
+            session::Session& core = session.core();
+            engine::RunContext ctx{optionsWith(session.stored(), overrides),
+                                   session.folder(),
+                                   session.trace(),
+                                   observer,
+                                   session.dialogs(),
+                                   core.programState(),
+                                   core.reference().entities(),
+                                   {}};
+            static_cast<readers::InputState&>(ctx.run) = core.input();
+            ctx.lookups = &core.reference();
+            const engine::ManagerWalkResult grid = engine::mnuGet_MNG_Click(ctx, core.reference());
 
-        std::string heads;
-        for (const manager::WalkColumn& c : manager::BatchManagerWalk::columns()) {
-            heads += (heads.empty() ? "" : "\t") + std::string(c.head);
-        }
-        std::cout << heads << "\n";
-        for (const manager::WalkRow& row : grid.rows) {
-            std::string line;
-            for (const std::string& cell : row.cells()) {
-                line += (line.empty() ? "" : "\t") + cell;
+            std::string heads;
+            for (const manager::WalkColumn& c : manager::BatchManagerWalk::columns()) {
+                heads += (heads.empty() ? "" : "\t") + std::string(c.head);
             }
-            std::cout << line << "\n";
-        }
-        return 0;
-    } catch (const failure::Failure& f) {
-        base::error_exit(f, session->trace(), session->dialogs());
-        return 1;
-    } catch (const failure::ProgramEnd& end) {
-        std::cerr << "終了: " << end.reason << "\n";
-        return 1;
-    }
+            std::cout << heads << "\n";
+            for (const manager::WalkRow& row : grid.rows) {
+                std::string line;
+                for (const std::string& cell : row.cells()) {
+                    line += (line.empty() ? "" : "\t") + cell;
+                }
+                std::cout << line << "\n";
+            }
+            return 0;
+        });
 }
 
 void addMngCommand(CLI::App& app, ExitStatus& status)

@@ -1,7 +1,6 @@
 #include "OpenCommand.h"
 
 #include "ProgramSession.h"
-#include "base/FailurePath.h"
 #include "engine/ReferenceData.h"
 #include "engine/RunContext.h"
 #include "readers/InputKinds.h"
@@ -45,36 +44,9 @@ void show(const char* key, const std::string& value)
 // Starts the program, opens the log and hands the session to `then`.
 int withOpenedLog(const OpenRequest& request, const std::function<int(ProgramSession&)>& then)
 {
-    if (!checkLogArgument(request.log)) {
-        return 2;
-    }
-    const std::unique_ptr<ProgramSession> session =
-        ProgramSession::beginWithOptions(request.home, false);
-    if (!session) {
-        return 1;
-    }
-    ConsoleObserver observer;
-    try {
-        std::error_code ec;
-        const fs::path log = fs::absolute(request.log, ec);
-        if (!fs::is_regular_file(log, ec)) {
-            std::cerr << "ファイルが見つかりません。 " << log.string() << "\n";
-            return 1;
-        }
-        if (!request.table.empty()) {
-            session->core().chooseMdbTable(request.table);
-        }
-        if (!session->open(log, request.type, observer)) {
-            return 1;
-        }
-        return then(*session);
-    } catch (const failure::Failure& f) {
-        base::error_exit(f, session->trace(), session->dialogs());
-        return 1;
-    } catch (const failure::ProgramEnd& end) {
-        std::cerr << "終了: " << end.reason << "\n";
-        return 1;
-    }
+    return ProgramSession::withOpenedLog(
+        {request.home, request.log, request.type, request.table, {}},
+        [&then](ProgramSession& session, base::RunObserver&) { return then(session); });
 }
 
 } // namespace
@@ -146,17 +118,15 @@ int runZ2a(const OpenRequest& request)
     // zLog's extended log gives the text of the .ZLO that zLog would have written for it.
     const readers::InputKindRow* row = readers::rowOfFileName(request.log);
     const bool byName = row != nullptr && row->kind == readers::InputKind::Zlox;
-    const bool zlox =
-        text::equalsNoCase(request.type, "zlox") || (request.type.empty() && byName);
+    const bool zlox = text::equalsNoCase(request.type, "zlox") || (request.type.empty() && byName);
     zlo.type = zlox ? "zlox" : "zlo";
     return withOpenedLog(zlo, [](ProgramSession& session) {
         ConsoleObserver observer;
         session::Session& core = session.core();
         readers::InputState input = core.input();
         settings::Options& options = core.options();
-        const readers::ReaderContext ctx{options,          core.trace(),
-                                         observer,         core.dialogs(),
-                                         core.folder().drive_path, input};
+        const readers::ReaderContext ctx{
+            options, core.trace(), observer, core.dialogs(), core.folder().drive_path, input};
         const readers::Z2aResult result = readers::mnuMake_z2a_Click(ctx);
         std::cout << result.path << "\n";
         return 0;

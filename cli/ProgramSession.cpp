@@ -1,6 +1,7 @@
 #include "ProgramSession.h"
 
 #include "CommandLine.h"
+#include "base/FailurePath.h"
 #include "failure/Failure.h"
 #include "readers/InputKinds.h"
 
@@ -90,6 +91,40 @@ bool ProgramSession::open(const std::filesystem::path& log, const std::string& t
         return false;
     }
     return true;
+}
+
+int ProgramSession::withOpenedLog(const LogToOpen& what, const WithLog& then)
+{
+    if (!checkLogArgument(what.log)) {
+        return 2;
+    }
+    const std::unique_ptr<ProgramSession> session = beginWithOptions(what.home, false);
+    if (!session) {
+        return 1;
+    }
+    ConsoleObserver observer;
+    try {
+        std::error_code ec;
+        const std::filesystem::path log = std::filesystem::absolute(what.log, ec);
+        if (!std::filesystem::is_regular_file(log, ec)) {
+            std::cerr << "ファイルが見つかりません。 " << log.string() << "\n";
+            return 1;
+        }
+        if (!what.table.empty()) {
+            session->core().chooseMdbTable(what.table);
+        }
+        if (!session->open(log, what.type, observer, what.overrides)) {
+            return 1;
+        }
+        return then(*session, observer);
+    } catch (const failure::Failure& f) {
+        base::error_exit(f, session->trace(), session->dialogs());
+        return 1;
+    } catch (const failure::ProgramEnd& end) {
+        session->trace().line("終了 : " + end.reason);
+        std::cerr << "終了: " << end.reason << "\n";
+        return 1;
+    }
 }
 
 } // namespace vornhale::cli

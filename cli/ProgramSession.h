@@ -4,6 +4,7 @@
 #include "session/Session.h"
 
 #include <filesystem>
+#include <functional>
 #include <memory>
 #include <optional>
 #include <string>
@@ -44,6 +45,22 @@ public:
     /// the file was rejected or the operator's answer ended the program.
     bool open(const std::filesystem::path& log, const std::string& type,
               base::RunObserver& observer, const session::Session::Overrides& overrides = {});
+
+    /// What a command that works on one opened log names.
+    struct LogToOpen
+    {
+        std::optional<std::filesystem::path> home;
+        std::filesystem::path log;
+        std::string type;  ///< as `convert --type`
+        std::string table; ///< the table of an N1MM Logger database, if any
+        session::Session::Overrides overrides;
+    };
+    using WithLog = std::function<int(ProgramSession&, base::RunObserver&)>;
+    /// Starts the program, opens the log and hands the session and the console observer to
+    /// `then`, whose result it returns. 2 for a log argument that cannot be a log; 1 when the
+    /// program could not start, the file is missing or rejected, or a failure or the program's
+    /// end came on the way (the failure takes the program's error ending).
+    static int withOpenedLog(const LogToOpen& what, const WithLog& then);
 
     /// The orderly end of the program; see `ProgramStart::End_Shori`.
     void end(bool deleteWorkingFiles) { m_session->end(deleteWorkingFiles); }
