@@ -1,5 +1,6 @@
 #pragma once
 
+#include "session/Session.h"
 #include "support/TestSupport.h"
 #include "ui/DesktopProgram.h"
 #include "ui/FileChooser.h"
@@ -45,6 +46,7 @@ struct StartedProgram
     std::unique_ptr<ui::DesktopProgram> program;
     int endedWith = -1;
 
+    std::filesystem::path home() const { return dir / "home"; }
     session::Session& session() { return *program->session(); }
     ui::MainWindow& window() { return *program->mainWindow(); }
     template <class W> W* find(const QString& name) { return window().findChild<W*>(name); }
