@@ -111,6 +111,16 @@ Session::Session(const std::optional<fs::path>& home, base::Dialogs& dialogs, Fo
             m_writeFailure(path);
         }
     });
+    // A settings write of the window between its runs waits for a run in another process
+    // too; a hold that cannot be taken leaves the write to fail and be recorded as before.
+    m_files->setWriteHold(
+        [this] {
+            try {
+                holdFolder();
+            } catch (const failure::Failure&) {
+            }
+        },
+        [this] { releaseFolder(); });
     m_runChange = [this](std::string_view name, const std::string& value) {
         m_stored.set(name, value);
     };

@@ -82,6 +82,29 @@ void SettingsFiles::selectFile(std::string_view name)
     m_currentFile = std::string(name);
 }
 
+// The hold of `setWriteHold` for the life of one write.
+class SettingsFiles::WriteHold
+{
+public:
+    explicit WriteHold(SettingsFiles& files) : m_files(files)
+    {
+        if (m_files.m_takeHold) {
+            m_files.m_takeHold();
+        }
+    }
+    ~WriteHold()
+    {
+        if (m_files.m_takeHold && m_files.m_releaseHold) {
+            m_files.m_releaseHold();
+        }
+    }
+    WriteHold(const WriteHold&) = delete;
+    WriteHold& operator=(const WriteHold&) = delete;
+
+private:
+    SettingsFiles& m_files;
+};
+
 void SettingsFiles::saveProfile(ProfileFile& profile)
 {
     if (!profile.save()) {
@@ -241,6 +264,7 @@ void SettingsFiles::writeOptionKeys()
             m_options.set(key->key, normaliseWidths(m_options.value(key->key)));
         }
     }
+    const WriteHold hold(*this);
     ProfileFile profile(file(m_currentFile));
     auto put = [&](std::string_view section, std::string_view key, std::string_view value) {
         profile.write(section, key, text::trim(value));
@@ -307,6 +331,7 @@ void SettingsFiles::ini_write_cfg()
 {
     selectFile(kCfgIni);
     m_environmentSection = std::string(kCfgIni);
+    const WriteHold hold(*this);
     ProfileFile profile(file(kCfgIni));
     for (const SchemaKey* key : keysOf(SettingsFileId::Environment)) {
         const std::string_view name = key->key;
@@ -335,6 +360,7 @@ void SettingsFiles::ini_read_fdt()
 void SettingsFiles::ini_write_fdt()
 {
     selectFile(kFdtIni);
+    const WriteHold hold(*this);
     ProfileFile profile(file(kFdtIni));
     for (const SchemaKey* key : keysOf(SettingsFileId::FileDates)) {
         if (key->kind == ValueKind::Stamp) {
@@ -358,6 +384,7 @@ void SettingsFiles::ini_write_zone_moji()
 {
     selectFile(kZoneMojiIni);
     m_environmentSection = std::string(kZoneMojiIni);
+    const WriteHold hold(*this);
     ProfileFile profile(file(kZoneMojiIni));
     profile.write("Zone_moji", "Zone_moji_save", text::trim(m_options.value("Zone_moji_save")));
     saveProfile(profile);

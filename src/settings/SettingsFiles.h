@@ -108,6 +108,14 @@ public:
     }
     /// Records a failed write of a settings file made outside these writers (a migration).
     void noteWriteFailure(std::filesystem::path file);
+    /// Brackets every write of a settings file, from the read of the file being updated to
+    /// its save: `take` before, `release` after. The owner of the program folder takes its
+    /// hold there, so that a run in another process never writes the same file in between.
+    void setWriteHold(std::function<void()> take, std::function<void()> release)
+    {
+        m_takeHold = std::move(take);
+        m_releaseHold = std::move(release);
+    }
 
     /// Which file holds a key, by its bare name ("Vornhale_new.ini", "Vornhale_cfg.ini",
     /// "Vornhale_fdt.ini", "Vornhale_Zone_moji.ini"); empty for a name that no settings file
@@ -125,6 +133,7 @@ public:
 private:
     void selectFile(std::string_view name);
     void saveProfile(class ProfileFile& file);
+    class WriteHold;
 
     std::filesystem::path m_strPath;
     Options& m_options;
@@ -139,6 +148,7 @@ private:
     std::filesystem::path m_dxccPath;
     std::vector<std::filesystem::path> m_writeFailures;
     std::function<void(const std::filesystem::path&)> m_onWriteFailure;
+    std::function<void()> m_takeHold, m_releaseHold;
     std::string m_today;
     std::filesystem::path m_driveRoot;
 };

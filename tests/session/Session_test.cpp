@@ -1,6 +1,7 @@
 // The session shared by the window and the command line: one start, one open, one
 // conversion with its one catch, and one path by which every change of an option is told.
 
+#include "base/ProgramFolderLock.h"
 #include "session/Session.h"
 #include "support/RecordingFrontEnd.h"
 #include "support/TestSupport.h"
@@ -8,8 +9,11 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <atomic>
+#include <chrono>
 #include <filesystem>
 #include <string>
+#include <thread>
 #include <vector>
 
 using namespace vornhale;
@@ -154,4 +158,34 @@ TEST(Session, AnInputOfNoKnownKindIsRefusedBeforeAnythingRuns)
     const session::RunOutcome outcome = s.session->runConversion(observer);
     EXPECT_EQ(outcome.end, session::RunOutcome::End::Refused);
     EXPECT_NE(outcome.message.find("--type"), std::string::npos);
+}
+
+TEST(Session, ASettingsWriteBetweenRunsWaitsWhileAnotherRunHoldsTheFolder)
+{
+    ::unsetenv("VORNHALE_CTY_DAT");
+    test::TempDir home;
+    test::RecordingDialogs dialogs;
+    std::atomic<bool> waited{false};
+    // As the window starts it: the folder is held only for the start, each run and the end.
+    session::Session session(home.path() / "home", dialogs, session::Session::FolderHold::EachWrite,
+                             [&] { waited = true; });
+    const fs::path file = session.folder().strPath / "Vornhale.ini";
+    session.files().ini_write_old();
+    const std::string before = test::readBytes(file);
+    session.options().set("Check17", session.options().value("Check17") == "1" ? "0" : "1");
+
+    std::thread writer;
+    {
+        // A conversion of another process holds the folder (a lock on another descriptor
+        // stands for it: the hold is per open file).
+        const base::ProgramFolderLock other(session.folder().strPath);
+        writer = std::thread([&] { session.files().ini_write_old(); });
+        for (int i = 0; i < 1000 && !waited; ++i) {
+            std::this_thread::sleep_for(std::chrono::milliseconds(10));
+        }
+        ASSERT_TRUE(waited) << "the write did not wait for the hold";
+        EXPECT_EQ(test::readBytes(file), before);
+    }
+    writer.join();
+    EXPECT_NE(test::readBytes(file), before);
 }
