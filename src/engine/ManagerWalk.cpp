@@ -58,7 +58,8 @@ manager::WalkOptions walkOptionsOf(const settings::Options& options)
 }
 
 ManagerWalkResult mnuGet_MNG_Click(RunContext& ctx, ReferenceData& data,
-                                   std::function<bool()> stopRequested)
+                                   std::function<bool()> stopRequested,
+                                   manager::BatchManagerWalk::RowWalked rowWalked)
 {
     ctx.observer.label("Label1", "");
     if (!data.managers().loaded()) {
@@ -70,6 +71,7 @@ ManagerWalkResult mnuGet_MNG_Click(RunContext& ctx, ReferenceData& data,
     manager::BatchManagerWalk walk(data.managers(), &web, data.sharedManagers(),
                                    walkOptionsOf(ctx.options), ctx.observer);
     walk.setStopRequest(std::move(stopRequested));
+    walk.setRowWalked(std::move(rowWalked));
 
     const std::string& kind = ctx.run.f_type;
     if (kind == "all" || kind == "txt") {

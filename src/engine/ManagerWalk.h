@@ -26,9 +26,10 @@ struct ManagerWalkResult
 /// call-directory search of `Vornhale_web.ini`, made without pauses. Afterwards the page files of
 /// that search with "_?" behind their name are deleted and `Label1` shows "ＭＮＧ取得終了".
 /// `stopRequested` is asked where the walk yields: true ends the program
-/// (failure::ProgramEnd). Throws failure::Failure when the input cannot be read, and 5 for a
-/// kind the walk does not read.
+/// (failure::ProgramEnd). `rowWalked` is told each row as it joins the grid. Throws
+/// failure::Failure when the input cannot be read, and 5 for a kind the walk does not read.
 ManagerWalkResult mnuGet_MNG_Click(RunContext& ctx, ReferenceData& data,
-                                   std::function<bool()> stopRequested = {});
+                                   std::function<bool()> stopRequested = {},
+                                   manager::BatchManagerWalk::RowWalked rowWalked = {});
 
 } // namespace vornhale::engine

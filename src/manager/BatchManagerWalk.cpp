@@ -84,6 +84,9 @@ void BatchManagerWalk::walkCall(std::string_view call)
     row.mng_web = " " + m_shared.mng_web;
     row.transfer = " " + transferManager(fileAnswer);
     m_rows.push_back(std::move(row));
+    if (m_rowWalked) {
+        m_rowWalked(m_rows.back(), m_number, m_gridRows);
+    }
     m_observer.label("Label2", counterText(m_number, m_total));
 }
 

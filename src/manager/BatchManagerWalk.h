@@ -72,6 +72,14 @@ public:
         m_stopRequested = std::move(stopRequested);
     }
 
+    /// Told each row as it joins the grid, with its grid row (`number`, 1 for the first) and
+    /// the rows the grid then has, so that a window fills its grid while the walk goes on.
+    using RowWalked = std::function<void(const WalkRow& row, long number, long gridRows)>;
+    void setRowWalked(RowWalked rowWalked)
+    {
+        m_rowWalked = std::move(rowWalked);
+    }
+
     /// The body each walker runs for one call: the file's lookup, the web search when
     /// `Check1` is on, the row and the counter `Label2`.
     void walkCall(std::string_view call);
@@ -109,6 +117,7 @@ private:
     long m_gridRows = kInitialGridRows;
     std::string m_call;
     std::function<bool()> m_stopRequested;
+    RowWalked m_rowWalked;
 };
 
 } // namespace vornhale::manager

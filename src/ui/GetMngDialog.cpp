@@ -257,6 +257,19 @@ void GetMngDialog::resetGrid()
     m_grid->setRowCount(static_cast<int>(manager::BatchManagerWalk::kInitialGridRows - 1));
 }
 
+void GetMngDialog::showRow(const manager::WalkRow& row, int gridRow, int tableRows)
+{
+    if (m_grid->rowCount() < tableRows) {
+        m_grid->setRowCount(tableRows);
+    }
+    int c = 0;
+    for (const std::string& cell : row.cells()) {
+        m_grid->setItem(gridRow, c++, new QTableWidgetItem(qs(cell)));
+    }
+    m_grid->scrollToItem(m_grid->item(gridRow, 0));
+    Q_EMIT rowShown(gridRow);
+}
+
 void GetMngDialog::showCaption()
 {
     const std::string& in_name = m_session.input().in_name;
@@ -344,9 +357,18 @@ void GetMngDialog::mnuGet_MNG_Click()
                                m_session.reference().entities(),
                                {}};
         static_cast<readers::InputState&>(ctx.run) = run;
+        // Each row goes to the grid as it is walked, as the window of old filled it.
+        auto rowWalked = [this](const manager::WalkRow& row, long number, long gridRows) {
+            QMetaObject::invokeMethod(
+                this,
+                [this, row, number, gridRows] {
+                    showRow(row, static_cast<int>(number - 1), static_cast<int>(gridRows - 1));
+                },
+                Qt::QueuedConnection);
+        };
         try {
             outcome->grid = engine::mnuGet_MNG_Click(ctx, m_session.reference(),
-                                                     [this] { return m_stop.load(); });
+                                                     [this] { return m_stop.load(); }, rowWalked);
         } catch (const failure::Failure& f) {
             outcome->failure = f;
         } catch (const failure::ProgramEnd&) {
@@ -366,18 +388,8 @@ void GetMngDialog::mnuGet_MNG_Click()
                 if (outcome->ended) {
                     return;
                 }
+                // The rows are in the grid already; the walk's own grid settles its size.
                 m_grid->setRowCount(static_cast<int>(outcome->grid.gridRows - 1));
-                int r = 0;
-                for (const manager::WalkRow& row : outcome->grid.rows) {
-                    int c = 0;
-                    for (const std::string& cell : row.cells()) {
-                        m_grid->setItem(r, c++, new QTableWidgetItem(qs(cell)));
-                    }
-                    ++r;
-                }
-                if (r > 0) {
-                    m_grid->scrollToItem(m_grid->item(r - 1, 0));
-                }
                 setCaptionColour(findChild<QLabel*>(QStringLiteral("Label1")), base::Colour::Blue);
                 Q_EMIT walkFinished();
             },

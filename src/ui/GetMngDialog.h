@@ -1,5 +1,7 @@
 #pragma once
 
+#include "manager/BatchManagerWalk.h"
+
 #include <QDialog>
 #include <atomic>
 #include <functional>
@@ -61,6 +63,8 @@ public:
     void reject() override;
 
 Q_SIGNALS:
+    /// A row of the running walk is in the grid (`row` from 0).
+    void rowShown(int row);
     /// A walk has ended and the grid shows it.
     void walkFinished();
 
@@ -71,6 +75,7 @@ private:
     void buildMenus();
     QWidget* buildSearchPanel();
     void resetGrid();
+    void showRow(const manager::WalkRow& row, int gridRow, int tableRows);
     void showCaption();
     void loadCalls();
     void openBy(std::string_view mainMenu);

@@ -137,6 +137,31 @@ TEST_F(ManagerWalk, GrowsTheGridRowByRowPastTwentyNineCalls)
     EXPECT_EQ(w.rows()[30].No, "    31");
 }
 
+TEST_F(ManagerWalk, TellsEachRowAsItJoinsTheGridBeforeTheNextCallIsLookedUp)
+{
+    auto w = walk({true, false, 0});
+    struct Told
+    {
+        std::array<std::string, 6> cells;
+        long number, gridRows;
+        std::size_t requestsSoFar;
+    };
+    std::vector<Told> told;
+    w.setRowWalked([&](const manager::WalkRow& row, long number, long gridRows) {
+        told.push_back({row.cells(), number, gridRows, m_server.requests().size()});
+    });
+    w.read_zlog_all(allLog({"XX9TST", "XX9ABC"}), "all");
+    ASSERT_EQ(told.size(), 2U);
+    EXPECT_EQ(told[0].cells, w.rows()[0].cells());
+    EXPECT_EQ(told[1].cells, w.rows()[1].cells());
+    EXPECT_EQ(told[0].number, 1);
+    EXPECT_EQ(told[1].number, 2);
+    EXPECT_EQ(told[1].gridRows, 30);
+    // The first row was told before the second call went to the web.
+    EXPECT_EQ(told[0].requestsSoFar, 1U);
+    EXPECT_EQ(told[1].requestsSoFar, 2U);
+}
+
 TEST_F(ManagerWalk, SqueezesBlanksElevenTimesAndTakesTheThirdWordOfAnAllLine)
 {
     test::writeSjisLines(m_work / "W.ALL",

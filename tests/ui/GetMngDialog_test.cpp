@@ -131,6 +131,7 @@ private Q_SLOTS:
     void theWalkShowsTheFilesTheWebsAndTheTransferredManager();
     void withTheWebTickOffNoRequestIsMadeAndTheWebColumnStaysBlank();
     void aLogOfMoreThanTwentyNineCallsGrowsTheGrid();
+    void theGridFillsRowByRowWhileTheWalkGoesOn();
     void openingALogFromTheWindowListsItsCallsAlone();
     void stopEndsTheProgramNotJustTheWalk();
     void theMenuEntryOfTheMainWindowOpensTheWindow();
@@ -237,6 +238,34 @@ void GetMngDialogTest::aLogOfMoreThanTwentyNineCallsGrowsTheGrid()
     QCOMPARE(child<QTableWidget>(*d, "MSFlexGrid1")->rowCount(), 35);
     QCOMPARE(cell(*d, 34, 0), QStringLiteral("    35"));
     QCOMPARE(child<QLabel>(*d, "Label2")->text(), QStringLiteral("  35 /   35"));
+}
+
+void GetMngDialogTest::theGridFillsRowByRowWhileTheWalkGoesOn()
+{
+    Started s;
+    s.window().openPath(s.log("LONG.ALL", manyCalls(31)).string());
+    auto d = s.dialog();
+    child<QCheckBox>(*d, "Check1")->setChecked(false);
+    std::vector<int> shown;
+    std::vector<QString> calls;
+    bool finished = false, shownAfterEnd = false;
+    QObject::connect(d.get(), &ui::GetMngDialog::rowShown, [&](int row) {
+        shown.push_back(row);
+        calls.push_back(cell(*d, row, 1));
+        shownAfterEnd = shownAfterEnd || finished;
+    });
+    QObject::connect(d.get(), &ui::GetMngDialog::walkFinished, [&] { finished = true; });
+    QVERIFY(walk(*d));
+    QVERIFY(test::waitUntil([&] { return finished; }, 5000));
+    QCOMPARE(static_cast<int>(shown.size()), 31);
+    for (int i = 0; i < 31; ++i) {
+        QCOMPARE(shown[static_cast<std::size_t>(i)], i);
+    }
+    // Each row was in the grid when it was told, and all of them before the walk's end.
+    QCOMPARE(calls.front(), QStringLiteral(" JA1AAA"));
+    QCOMPARE(calls.back(), cell(*d, 30, 1));
+    QVERIFY(!shownAfterEnd);
+    QCOMPARE(child<QTableWidget>(*d, "MSFlexGrid1")->rowCount(), 31);
 }
 
 void GetMngDialogTest::openingALogFromTheWindowListsItsCallsAlone()
