@@ -6,8 +6,11 @@
 #include "readers/ZlogTranslators.h"
 #include "text/Chars.h"
 #include "text/LineFile.h"
+#include "text/SjisCodec.h"
 #include "text/SjisText.h"
+#include "text/Utf8.h"
 
+#include <algorithm>
 #include <vector>
 
 namespace vornhale::readers {
@@ -15,83 +18,156 @@ namespace {
 
 constexpr int kPasses = 10;
 
-const std::string& token(const std::vector<std::string>& tokens, std::size_t i)
+[[noreturn]] void outOfRange()
+{
+    throw failure::Failure(failure::SubscriptOutOfRange, "インデックスが有効範囲にありません。");
+}
+
+std::string_view token(const std::vector<std::string_view>& tokens, std::size_t i)
 {
     if (i >= tokens.size()) {
-        throw failure::Failure(failure::SubscriptOutOfRange,
-                               "インデックスが有効範囲にありません。");
+        outOfRange();
     }
     return tokens[i];
 }
 
 // Blanks in front up to `width` bytes; a longer text is not cut.
-std::string rightAligned(std::string_view s, std::size_t width)
+void appendRightAligned(std::string& out, std::string_view s, std::size_t width)
 {
     const std::size_t bytes = text::Len_sjis(s);
-    return bytes < width ? std::string(width - bytes, ' ') + std::string(s) : std::string(s);
+    if (bytes < width) {
+        out.append(width - bytes, ' ');
+    }
+    out.append(s);
 }
 
 // Blanks behind up to `width` bytes; a longer text is not cut.
-std::string padded(std::string_view s, std::size_t width)
+void appendPadded(std::string& out, std::string_view s, std::size_t width)
 {
     const std::size_t bytes = text::Len_sjis(s);
-    return bytes < width ? std::string(s) + std::string(width - bytes, ' ') : std::string(s);
+    out.append(s);
+    if (bytes < width) {
+        out.append(width - bytes, ' ');
+    }
+}
+
+// `s` cut or padded to `width` bytes. ASCII text has a byte for each character, so it is cut
+// where it stands; other text goes by its Shift-JIS widths, never splitting a character.
+void appendColumn(std::string& out, std::string_view s, std::size_t width)
+{
+    if (!text::isAsciiText(s)) {
+        out += text::sjisColumn(s, static_cast<long>(width));
+        return;
+    }
+    const std::size_t taken = std::min(s.size(), width);
+    out.append(s.substr(0, taken));
+    out.append(width - taken, ' ');
+}
+
+// The band text of `khz` into `band`, which is reused from line to line.
+void txtBandInto(std::string_view khz, std::string& band)
+{
+    band.clear();
+    if (text::isAsciiText(khz)) {
+        const std::size_t n = khz.size();
+        const std::string_view last3 = n > 3 ? khz.substr(n - 3) : khz;
+        if (n > 3) {
+            band.append(khz.substr(0, n - 3));
+        }
+        if (last3 != "000") {
+            band.push_back('.');
+            band.append(last3.substr(0, 1));
+        }
+    } else {
+        const std::size_t n = text::charCount(khz);
+        const std::string last3 = text::right(khz, 3);
+        if (n > 3) {
+            band = text::left(khz, n - 3);
+        }
+        if (last3 != "000") {
+            band += "." + text::left(last3, 1);
+        }
+    }
+    if (text::contains(band, "1.")) {
+        band = "1.9";
+    } else if (text::contains(band, "3.")) {
+        band = "3.5";
+    } else if (const std::size_t point = band.find('.'); point != std::string::npos) {
+        band.resize(point); // the characters before the point are the bytes before it
+    }
 }
 
 } // namespace
 
 std::string cabrilloTxtBand(std::string_view khz)
 {
-    const std::size_t n = text::charCount(khz);
-    const std::string last3 = text::right(khz, 3);
-    std::string band = n > 3 ? text::left(khz, n - 3) : std::string();
-    if (last3 != "000") {
-        band += "." + text::left(last3, 1);
-    }
-    if (text::contains(band, "1.")) {
-        return "1.9";
-    }
-    if (text::contains(band, "3.")) {
-        return "3.5";
-    }
-    if (const std::size_t point = text::instr(band, "."); point != 0) {
-        return text::left(band, point - 1);
-    }
+    std::string band;
+    txtBandInto(khz, band);
     return band;
 }
 
 std::string CabrilloTxtForm::line(std::string_view qsoLine)
 {
-    const std::vector<std::string> first = cabrilloTokens(text::left(qsoLine, 30), kPasses);
-    const std::vector<std::string> second = cabrilloTokens(text::mid(qsoLine, 31, 25), kPasses);
-    const std::vector<std::string> third = cabrilloTokens(text::mid(qsoLine, 56), kPasses);
+    std::string out;
+    appendLine(qsoLine, out);
+    return out;
+}
 
-    const std::vector<std::string> date = text::split(token(first, 3), "-");
-    const std::string& month = token(date, 1);
-    const std::string& day = token(date, 2);
-    const std::string& time = token(first, 4);
-    const std::string& khz = token(first, 1);
-    std::string mode = token(first, 2);
+void CabrilloTxtForm::appendLine(std::string_view qsoLine, std::string& out)
+{
+    // Characters 1 to 30, 31 to 55 and 56 to the end; in ASCII text a byte is a character.
+    std::string_view first, second, third;
+    if (text::isAsciiText(qsoLine)) {
+        first = qsoLine.substr(0, 30);
+        second = qsoLine.size() > 30 ? qsoLine.substr(30, 25) : std::string_view();
+        third = qsoLine.size() > 55 ? qsoLine.substr(55) : std::string_view();
+    } else {
+        const std::size_t at31 = text::byteOffsetOfChar(qsoLine, 30);
+        const std::size_t at56 = at31 + text::byteOffsetOfChar(qsoLine.substr(at31), 25);
+        first = qsoLine.substr(0, at31);
+        second = qsoLine.substr(at31, at56 - at31);
+        third = qsoLine.substr(at56);
+    }
+    cabrilloTokenViews(first, kPasses, m_first);
+    cabrilloTokenViews(second, kPasses, m_second);
+    cabrilloTokenViews(third, kPasses, m_third);
 
-    const std::string& sentRst = token(second, 1);
+    // The date's second and third pieces between "-"; fewer than three is out of range.
+    const std::string_view date = token(m_first, 3);
+    const std::size_t firstDash = date.find('-');
+    const std::size_t secondDash =
+        firstDash == std::string_view::npos ? firstDash : date.find('-', firstDash + 1);
+    if (secondDash == std::string_view::npos) {
+        outOfRange();
+    }
+    const std::size_t thirdDash = date.find('-', secondDash + 1);
+    const std::string_view month = date.substr(firstDash + 1, secondDash - firstDash - 1);
+    const std::string_view day = date.substr(secondDash + 1, thirdDash == std::string_view::npos
+                                                                 ? std::string_view::npos
+                                                                 : thirdDash - secondDash - 1);
+    const std::string_view time = token(m_first, 4);
+    const std::string_view khz = token(m_first, 1);
+    std::string_view mode = token(m_first, 2);
+
+    const std::string_view sentRst = token(m_second, 1);
     // With a highest index of 4 the sent exchange is taken from index 2 once more: the same.
-    const std::string& sentExchange = token(second, 2);
+    const std::string_view sentExchange = token(m_second, 2);
 
-    const std::string& call = token(third, 0);
-    const std::string& rcvdRst = token(third, 1);
-    const std::string& rcvdExchange = token(third, 2);
-    switch (third.size()) {
+    const std::string_view call = token(m_third, 0);
+    const std::string_view rcvdRst = token(m_third, 1);
+    const std::string_view rcvdExchange = token(m_third, 2);
+    switch (m_third.size()) {
     case 4:
         m_extra1.clear();
         m_extra2.clear();
         break;
     case 5:
-        m_extra1 = third[2];
+        m_extra1.assign(m_third[2]);
         m_extra2.clear();
         break;
     case 6:
-        m_extra1 = third[3];
-        m_extra2 = third[4];
+        m_extra1.assign(m_third[3]);
+        m_extra2.assign(m_third[4]);
         break;
     default:
         break; // the extra columns keep what the line before left
@@ -103,17 +179,25 @@ std::string CabrilloTxtForm::line(std::string_view qsoLine)
         mode = "RTY";
     }
 
-    std::string out = " " + month + "  " + day + " " + time + " ";
-    out += text::sjisColumn(call, 11);
-    out += rightAligned(sentRst, 3);
-    out += text::sjisColumn(sentExchange, 10);
-    out += rightAligned(rcvdRst, 3);
-    out += rightAligned(rcvdExchange, 8);
-    out += m_extra1 + m_extra2;
-    out += "  " + rightAligned(cabrilloTxtBand(khz), 6);
-    out += padded(mode, 4);
-    out += padded("", 4); // points: none in a Cabrillo log
-    return out;           // and no memo
+    out.push_back(' ');
+    out.append(month);
+    out.append("  ");
+    out.append(day);
+    out.push_back(' ');
+    out.append(time);
+    out.push_back(' ');
+    appendColumn(out, call, 11);
+    appendRightAligned(out, sentRst, 3);
+    appendColumn(out, sentExchange, 10);
+    appendRightAligned(out, rcvdRst, 3);
+    appendRightAligned(out, rcvdExchange, 8);
+    out.append(m_extra1);
+    out.append(m_extra2);
+    out.append("  ");
+    txtBandInto(khz, m_band);
+    appendRightAligned(out, m_band, 6);
+    appendPadded(out, mode, 4);
+    out.append(4, ' '); // points: none in a Cabrillo log, and no memo
 }
 
 std::string cabrillo_2_zlog_txt(const ReaderContext& ctx)
@@ -126,19 +210,29 @@ std::string cabrillo_2_zlog_txt(const ReaderContext& ctx)
     out.write(kZa2tTitle);
     CabrilloTxtForm form;
     long number = 0;
+    std::string decoded;
+    std::string formed;
     while (!in.atEnd()) {
-        const std::string line = in.next();
+        // An ASCII line decodes to itself, so it is read as it stands.
+        const std::string_view raw = in.nextRaw();
+        std::string_view line = raw;
+        if (!text::isAsciiText(raw)) {
+            decoded = text::decodeSjis(raw);
+            line = decoded;
+        }
         ++number;
-        if (!text::contains(line, "QSO:")) {
+        if (line.find("QSO:") == std::string_view::npos) {
             continue;
         }
+        formed.clear();
         try {
-            out.write(form.line(line));
+            form.appendLine(line, formed);
         } catch (const failure::Failure& f) {
             // Where it stands, so that the trace shows the line that does not fit the ranges.
             throw failure::Failure(f.number(), f.description() + " (" + std::to_string(number) +
-                                                   " 行目: " + line + ")");
+                                                   " 行目: " + std::string(line) + ")");
         }
+        out.write(formed);
     }
     out.close();
     return path;

@@ -4,6 +4,7 @@
 
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace vornhale::readers {
 
@@ -31,8 +32,15 @@ public:
     /// Failure 9 when a range lacks a token that is read, or the date has no two "-".
     std::string line(std::string_view qsoLine);
 
+    /// The same line as `line`, appended to `out` (which keeps what it held before). Throws
+    /// as `line` does; `out` may then hold part of the line.
+    void appendLine(std::string_view qsoLine, std::string& out);
+
 private:
     std::string m_extra1, m_extra2;
+    // Reused from line to line, so that a line allocates nothing once they have grown.
+    std::vector<std::string_view> m_first, m_second, m_third;
+    std::string m_band;
 };
 
 /// `cabrillo_2_zlog_txt`: writes the column title and the `.TXT` form of every line of
