@@ -542,12 +542,16 @@ TEST(CabrilloTxtForm, KanjiAndHalfWidthKanaAreCutAndPaddedByShiftJisBytes)
     const std::string head = "QSO: 14025 CW 2026-11-22 0905 ZZ9ZZZ        599 25     ";
     // The ranges count characters, the columns Shift-JIS bytes: a kanji takes two of them,
     // so a call of six kanji is cut before the sixth, which would cross the eleventh byte.
-    EXPECT_EQ(form.line(head + "山田太郎花子 579 13 0"), " 11  22 0905 山田太郎花 59925        579      13      14CW      ");
+    EXPECT_EQ(form.line(head + "山田太郎花子 579 13 0"),
+              " 11  22 0905 山田太郎花 59925        579      13      14CW      ");
     // Half-width katakana take one byte each.
-    EXPECT_EQ(form.line(head + "ｱｲｳｴｵｶｷｸｹｺｻｼ 579 13 0"), " 11  22 0905 ｱｲｳｴｵｶｷｸｹｺｻ59925        579      13      14CW      ");
+    EXPECT_EQ(form.line(head + "ｱｲｳｴｵｶｷｸｹｺｻｼ 579 13 0"),
+              " 11  22 0905 ｱｲｳｴｵｶｷｸｹｺｻ59925        579      13      14CW      ");
     // A full-width exchange right-aligned by its bytes, and one longer than its column.
-    EXPECT_EQ(form.line(head + "JA1ABC 579 東京都 0"), " 11  22 0905 JA1ABC     59925        579  東京都      14CW      ");
-    EXPECT_EQ(form.line(head + "JA1ABC 579 東京都千代田区 0"), " 11  22 0905 JA1ABC     59925        579東京都千代田区      14CW      ");
+    EXPECT_EQ(form.line(head + "JA1ABC 579 東京都 0"),
+              " 11  22 0905 JA1ABC     59925        579  東京都      14CW      ");
+    EXPECT_EQ(form.line(head + "JA1ABC 579 東京都千代田区 0"),
+              " 11  22 0905 JA1ABC     59925        579東京都千代田区      14CW      ");
 }
 
 TEST(CabrilloTxtForm, KanjiInTheFirstRangesMoveTheRangesByCharacters)
@@ -569,7 +573,8 @@ TEST(CabrilloTxtForm, AsciiTextLongerThanItsColumnsIsCutOrStandsWhole)
     // The first range ends inside the time, and the long fields push the call sign into the
     // second range.
     const std::string head = "QSO: 1296100 PH 2026-11-22 0905 ZZ9ZZZ    59 1234567890123 ";
-    EXPECT_EQ(form.line(head + "JA1ABCDEFGHIJ/P 5999 123456789 X Y 0"), " 11  22 090 123        ZZ9ZZZ59        JA1ABCDEFGHIJ/P    5999    1296SSB     ");
+    EXPECT_EQ(form.line(head + "JA1ABCDEFGHIJ/P 5999 123456789 X Y 0"),
+              " 11  22 090 123        ZZ9ZZZ59        JA1ABCDEFGHIJ/P    5999    1296SSB     ");
     // Columns off the template's places are read where the three ranges cut them.
     EXPECT_EQ(form.line("QSO: 7025 PH 2026-1-2 0905 ZZ9ZZZ                   59 1      "
                         "JA1ABC  59  2   0"),
