@@ -10,7 +10,6 @@
 namespace vornhale::settings {
 namespace {
 
-constexpr std::size_t npos = static_cast<std::size_t>(-1);
 constexpr std::size_t kValueBytes = 127;
 
 // The section name of a header line, or nothing when the line is no header.
@@ -52,82 +51,110 @@ ProfileFile::ProfileFile(std::filesystem::path path) : m_path(std::move(path))
     }
 }
 
-std::size_t ProfileFile::findSection(std::string_view section) const
+const ProfileFile::Layout& ProfileFile::layout() const
 {
+    if (m_layout) {
+        return *m_layout;
+    }
+    Layout layout;
+    Section* current = nullptr;
     std::string name;
     for (std::size_t i = 0; i < m_lines.size(); ++i) {
-        if (headerName(m_lines[i], name) && text::equalsNoCase(name, text::trim(section))) {
-            return i;
+        if (headerName(m_lines[i], name)) {
+            if (current != nullptr) {
+                current->end = i;
+            }
+            // A later section of the same name is never looked at.
+            const auto [at, added] = layout.try_emplace(text::upper(name));
+            current = added ? &at->second : nullptr;
+            if (current != nullptr) {
+                current->header = current->lastFilled = i;
+            }
+            continue;
+        }
+        if (current == nullptr) {
+            continue;
+        }
+        std::string_view k, v;
+        if (keyOf(m_lines[i], k, v)) {
+            current->keys.try_emplace(text::upper(k), i);
+        }
+        if (!text::trim(m_lines[i]).empty()) {
+            current->lastFilled = i;
         }
     }
-    return npos;
+    if (current != nullptr) {
+        current->end = m_lines.size();
+    }
+    m_layout = std::move(layout);
+    return *m_layout;
 }
 
-std::size_t ProfileFile::sectionEnd(std::size_t header) const
+const ProfileFile::Section* ProfileFile::findSection(std::string_view section) const
 {
-    std::string name;
-    std::size_t i = header + 1;
-    while (i < m_lines.size() && !headerName(m_lines[i], name)) {
-        ++i;
-    }
-    return i;
+    const Layout& l = layout();
+    const auto it = l.find(text::upper(text::trim(section)));
+    return it == l.end() ? nullptr : &it->second;
 }
 
 std::string ProfileFile::read(std::string_view section, std::string_view key) const
 {
-    const std::size_t header = findSection(section);
-    if (header == npos) {
+    const Section* s = findSection(section);
+    if (s == nullptr) {
         return {};
     }
-    const std::size_t end = sectionEnd(header);
-    for (std::size_t i = header + 1; i < end; ++i) {
-        std::string_view k, v;
-        if (keyOf(m_lines[i], k, v) && text::equalsNoCase(k, text::trim(key))) {
-            if (v.size() >= 2 && (v.front() == '"' || v.front() == '\'') && v.back() == v.front()) {
-                v = v.substr(1, v.size() - 2);
-            }
-            // The value buffer holds 127 bytes of Shift-JIS and its terminating zero.
-            const std::string bytes = text::encodeSjis(v);
-            return bytes.size() <= kValueBytes ? std::string(v)
-                                               : text::decodeSjis(bytes.substr(0, kValueBytes));
-        }
+    const auto it = s->keys.find(text::upper(text::trim(key)));
+    if (it == s->keys.end()) {
+        return {};
     }
-    return {};
+    std::string_view k, v;
+    keyOf(m_lines[it->second], k, v);
+    if (v.size() >= 2 && (v.front() == '"' || v.front() == '\'') && v.back() == v.front()) {
+        v = v.substr(1, v.size() - 2);
+    }
+    // The value buffer holds 127 bytes of Shift-JIS and its terminating zero.
+    const std::string bytes = text::encodeSjis(v);
+    return bytes.size() <= kValueBytes ? std::string(v)
+                                       : text::decodeSjis(bytes.substr(0, kValueBytes));
 }
 
 void ProfileFile::write(std::string_view section, std::string_view key, std::string_view value)
 {
-    const std::string line = std::string(key) + "=" + std::string(value);
-    const std::size_t header = findSection(section);
-    if (header == npos) {
+    std::string line = std::string(key) + "=" + std::string(value);
+    const Section* s = findSection(section);
+    if (s == nullptr) {
         m_lines.push_back("[" + std::string(section) + "]");
-        m_lines.push_back(line);
+        m_lines.push_back(std::move(line));
+        m_layout.reset();
         return;
     }
-    const std::size_t end = sectionEnd(header);
-    std::size_t last = header;
-    for (std::size_t i = header + 1; i < end; ++i) {
+    const std::string wanted = text::upper(text::trim(key));
+    if (const auto it = s->keys.find(wanted); it != s->keys.end()) {
+        m_lines[it->second] = std::move(line);
+        // A key that holds "=" or blanks of its own reads back as another key.
         std::string_view k, v;
-        if (keyOf(m_lines[i], k, v) && text::equalsNoCase(k, text::trim(key))) {
-            m_lines[i] = line;
-            return;
+        if (!keyOf(m_lines[it->second], k, v) || text::upper(k) != wanted) {
+            m_layout.reset();
         }
-        if (!text::trim(m_lines[i]).empty()) {
-            last = i;
-        }
+        return;
     }
-    m_lines.insert(m_lines.begin() + static_cast<long>(last + 1), line);
+    m_lines.insert(m_lines.begin() + static_cast<long>(s->lastFilled + 1), std::move(line));
+    m_layout.reset();
 }
 
 void ProfileFile::writeSection(std::string_view section,
                                const std::vector<std::pair<std::string, std::string>>& entries)
 {
-    std::size_t header = findSection(section);
-    if (header == npos) {
+    std::size_t header = 0, end = 0;
+    if (const Section* s = findSection(section)) {
+        header = s->header;
+        end = s->end;
+    } else {
         m_lines.push_back("[" + std::string(section) + "]");
         header = m_lines.size() - 1;
+        end = m_lines.size();
     }
-    const std::size_t end = sectionEnd(header);
+    m_layout.reset();
     m_lines.erase(m_lines.begin() + static_cast<long>(header + 1), m_lines.begin() + static_cast<long>(end));
     std::vector<std::string> content;
     for (const auto& [k, v] : entries) {
@@ -151,12 +178,11 @@ std::vector<std::string> ProfileFile::sectionNames() const
 std::vector<std::pair<std::string, std::string>> ProfileFile::entries(std::string_view section) const
 {
     std::vector<std::pair<std::string, std::string>> out;
-    const std::size_t header = findSection(section);
-    if (header == npos) {
+    const Section* s = findSection(section);
+    if (s == nullptr) {
         return out;
     }
-    const std::size_t end = sectionEnd(header);
-    for (std::size_t i = header + 1; i < end; ++i) {
+    for (std::size_t i = s->header + 1; i < s->end; ++i) {
         std::string_view k, v;
         if (keyOf(m_lines[i], k, v) && !k.empty()) {
             out.emplace_back(std::string(k), std::string(v));

@@ -1,7 +1,9 @@
 #pragma once
 
 #include <filesystem>
+#include <optional>
 #include <string>
+#include <unordered_map>
 #include <string_view>
 #include <utility>
 #include <vector>
@@ -44,13 +46,26 @@ public:
     const std::filesystem::path& path() const { return m_path; }
 
 private:
-    /// Index of the section header line, or npos.
-    std::size_t findSection(std::string_view section) const;
-    /// One past the last line of the section whose header is at `header`.
-    std::size_t sectionEnd(std::size_t header) const;
+    /// Where a section stands: its header line, one past its last line, its last line that is
+    /// not blank (the header when none), and the first line of each key, by the key in upper
+    /// case.
+    struct Section
+    {
+        std::size_t header = 0, end = 0, lastFilled = 0;
+        std::unordered_map<std::string, std::size_t> keys;
+    };
+    /// The first section of each name (in upper case), so that a read or a write finds its
+    /// line without walking the file. Built on first use; dropped when a line is inserted
+    /// or removed.
+    using Layout = std::unordered_map<std::string, Section>;
+
+    const Layout& layout() const;
+    /// The first section named `section`, or null.
+    const Section* findSection(std::string_view section) const;
 
     std::filesystem::path m_path;
     std::vector<std::string> m_lines;
+    mutable std::optional<Layout> m_layout;
 };
 
 } // namespace vornhale::settings

@@ -107,3 +107,49 @@ TEST(ProfileFile, ACutThroughADoubleByteCharacterKeepsItsFirstByte)
     const std::string value = f.read("S", "k");
     EXPECT_EQ(text::encodeSjis(value), std::string(126, 'M') + "\x8F");
 }
+
+TEST(ProfileFile, OnlyTheFirstSectionOfANameAndTheFirstLineOfAKeyCount)
+{
+    test::TempDir dir;
+    test::writeBytes(dir / "a.ini", "[One]\r\nk=first\r\nK=second\r\n[two]\r\nk=2\r\n[ONE ]\r\nk=third\r\n");
+    ProfileFile f(dir / "a.ini");
+    EXPECT_EQ(f.read(" one", "k"), "first");
+    f.write("one", "k", "changed");
+    f.write("One", "new", "1");
+    ASSERT_TRUE(f.save());
+    EXPECT_EQ(test::readBytes(dir / "a.ini"),
+              "[One]\r\nk=changed\r\nK=second\r\nnew=1\r\n[two]\r\nk=2\r\n[ONE ]\r\nk=third\r\n");
+    const auto entries = f.entries("ONE");
+    ASSERT_EQ(entries.size(), 3U);
+    EXPECT_EQ(entries[2].first, "new");
+}
+
+TEST(ProfileFile, ANewKeyFollowsTheLastFilledLineAndLaterWritesFindEveryLineMoved)
+{
+    test::TempDir dir;
+    test::writeBytes(dir / "a.ini", "[A]\r\n\r\n[B]\r\nb=1\r\n\r\n\r\n[C]\r\nc=1\r\n");
+    ProfileFile f(dir / "a.ini");
+    f.write("A", "a", "1");  // behind the header: the section has no filled line
+    f.write("B", "b2", "2"); // behind b=1, before the blank lines
+    f.write("C", "c", "3");  // every line of C moved down by two
+    f.write("B", "b", "4");
+    EXPECT_EQ(f.read("C", "c"), "3");
+    EXPECT_EQ(f.read("b", "B2"), "2");
+    ASSERT_TRUE(f.save());
+    EXPECT_EQ(test::readBytes(dir / "a.ini"),
+              "[A]\r\na=1\r\n\r\n[B]\r\nb=4\r\nb2=2\r\n\r\n\r\n[C]\r\nc=3\r\n");
+}
+
+TEST(ProfileFile, AKeyWrittenWithAnEqualsSignReadsBackAsTheKeyBeforeIt)
+{
+    test::TempDir dir;
+    ProfileFile f(dir / "a.ini");
+    f.write("S", "k", "1");
+    f.write("S", "k", "x=2"); // the value holds "=": the key stays "k"
+    EXPECT_EQ(f.read("S", "k"), "x=2");
+    f.write("S", "k=z", "3"); // no line has the key "k=z": a new line, which reads as "k"
+    EXPECT_EQ(f.read("S", "k"), "x=2");
+    EXPECT_EQ(f.lines().back(), "k=z=3");
+    f.write("S", "k", "4");
+    EXPECT_EQ(f.lines()[1], "k=4");
+}
