@@ -7,6 +7,7 @@
 #include "text/Record.h"
 #include "text/SjisCodec.h"
 #include "text/SjisText.h"
+#include "text/Utf8.h"
 
 #include <cstdio>
 #include <system_error>
@@ -33,16 +34,6 @@ std::string folderText(const fs::path& folder)
     return s;
 }
 
-
-// Everything from the first `mark` on is dropped.
-std::string cutAt(std::string s, char mark)
-{
-    const auto at = s.find(mark);
-    if (at != std::string::npos) {
-        s.erase(at);
-    }
-    return s;
-}
 
 // The text before the first ":" of a header column, trimmed; the whole column when it has
 // none.
@@ -81,26 +72,57 @@ Header readHeader(std::string_view line)
     return h;
 }
 
+// `s` left-aligned in `width` characters into `out`: blank-padded, never cut.
+void appendPadded(std::string& out, std::string_view s, std::size_t width)
+{
+    out.append(s);
+    const std::size_t n = text::isAsciiText(s) ? s.size() : text::charCount(s);
+    if (n < width) {
+        out.append(width - n, ' ');
+    }
+}
+
+// The upper-case text of a prefix line that is read: trimmed, its first 500 characters.
+// Prefix lines are ASCII, which is upper-cased in place; other text takes the full rule.
+std::string_view prefixChars(std::string_view line, std::string& buffer)
+{
+    const std::string_view t = text::trim(line);
+    if (!text::isAsciiText(t)) {
+        buffer = text::upper(text::left(t, kMaxLineChars));
+        return buffer;
+    }
+    buffer.assign(t.substr(0, kMaxLineChars));
+    for (char& c : buffer) {
+        if (c >= 'a' && c <= 'z') {
+            c = static_cast<char>(c - 0x20);
+        }
+    }
+    return buffer;
+}
+
 // Reads one prefix line and writes a cty_dat1.txt line for each prefix that a "," or ";"
 // ends. A prefix left open at the end of the line is not written. Returns true at ";".
 bool readPrefixLine(std::string_view line, const Header& h, text::LineWriter& out)
 {
-    const std::string chars = text::upper(text::left(text::trim(line), kMaxLineChars));
-    std::string prefix;
-    auto emit = [&] {
+    std::string buffer, padded;
+    const std::string_view chars = prefixChars(line, buffer);
+    std::size_t start = 0;
+    for (std::size_t i = 0; i < chars.size(); ++i) {
+        const char c = chars[i];
+        if (c != ',' && c != ';') {
+            continue;
+        }
+        std::string_view prefix = chars.substr(start, i - start);
         // Zone overrides "(..)" and "[..]" are not part of the prefix.
-        const std::string p = cutAt(cutAt(prefix, '('), '[');
-        out.writeRecord({text::padRight(p, 10), h.name, h.primary, h.continent});
-        prefix.clear();
-    };
-    for (const char c : chars) {
-        if (c == ',') {
-            emit();
-        } else if (c == ';') {
-            emit();
+        prefix = prefix.substr(0, prefix.find('('));
+        prefix = prefix.substr(0, prefix.find('['));
+        // Cut to ten characters as the column takes it, then padded.
+        padded = text::padRight(prefix, 10);
+        out.writeRecord({std::string_view(padded), std::string_view(h.name),
+                         std::string_view(h.primary), std::string_view(h.continent)});
+        start = i + 1;
+        if (c == ';') {
             return true;
-        } else {
-            prefix.push_back(c);
         }
     }
     return false;
@@ -242,26 +264,35 @@ void CtyImport::make_dx_mas2_new()
                                  text::LineWriter::Mode::ReplaceWhenDone);
     text::LineWriter longMaster(m_places.program("cty_mastL.txt"),
                                 text::LineWriter::Mode::ReplaceWhenDone);
+    std::vector<std::string_view> f;
+    std::string line, paddedPrefix, paddedName, paddedPrimary;
     while (!in.atEnd()) {
-        const auto f = in.fields(4);
-        const std::string& prefix = f[0];
-        const std::string& name = f[1];
-        const std::string& primary = f[2];
-        const std::string& continent = f[3];
+        in.fieldViews(4, f);
+        const std::string_view prefix = f[0], name = f[1], primary = f[2], continent = f[3];
         // "*" entities are not DXCC entities.
         if (text::startsWith(primary, "*")) {
             continue;
         }
         const bool exact = text::contains(prefix, "=");
         const std::string_view bare = text::trim(prefix);
-        const std::size_t length = text::charCount(bare);
+        const std::size_t length = text::isAsciiText(bare) ? bare.size() : text::charCount(bare);
         auto writeLong = [&] {
-            longMaster.writeRecord(
-                {padTo(prefix, 10), padTo(name, 26), padTo(primary, 7), continent});
+            paddedPrefix.clear();
+            appendPadded(paddedPrefix, prefix, 10);
+            paddedName.clear();
+            appendPadded(paddedName, name, 26);
+            paddedPrimary.clear();
+            appendPadded(paddedPrimary, primary, 7);
+            longMaster.writeRecord({std::string_view(paddedPrefix), std::string_view(paddedName),
+                                    std::string_view(paddedPrimary), continent});
         };
         if (!exact && length < 7) {
-            shortMaster.write("'" + text::padRight(bare, 7) + text::padRight(primary, 11) +
-                              text::padRight(continent, 6) + text::padRight(name, 28));
+            line.assign("'");
+            line += text::padRight(bare, 7);
+            line += text::padRight(primary, 11);
+            line += text::padRight(continent, 6);
+            line += text::padRight(name, 28);
+            shortMaster.write(line);
         } else if (!exact) {
             // The long prefixes of IG9 are left out on purpose.
             if (text::trim(primary) != "IG9") {
