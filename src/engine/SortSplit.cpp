@@ -1,15 +1,20 @@
 #include "engine/SortSplit.h"
 
-#include "failure/Failure.h"
 #include "base/WorkingFiles.h"
+#include "failure/Failure.h"
 #include "text/ByteKeySort.h"
 #include "text/Chars.h"
 #include "text/LineFile.h"
 #include "text/Record.h"
+#include "text/SjisCodec.h"
 #include "text/SjisText.h"
+#include "text/Utf8.h"
 
 #include <algorithm>
 #include <array>
+#include <bit>
+#include <cstdint>
+#include <cstring>
 #include <filesystem>
 #include <initializer_list>
 
@@ -35,16 +40,265 @@ std::array<std::string_view, SortRecord::kFields> keyedFields(const SortRecord& 
     return f;
 }
 
+// The first double quote from `p` on, or `end`. Empty fields are common, so the first byte is
+// looked at alone; longer fields are looked through eight bytes at a time.
+const char* findQuote(const char* p, const char* end)
+{
+    if (p < end && *p == '"') {
+        return p;
+    }
+    if constexpr (std::endian::native == std::endian::little) {
+        constexpr std::uint64_t ones = 0x0101010101010101u;
+        constexpr std::uint64_t highs = 0x8080808080808080u;
+        constexpr std::uint64_t quotes = 0x2222222222222222u;
+        while (end - p >= 8) {
+            std::uint64_t word;
+            std::memcpy(&word, p, 8);
+            const std::uint64_t x = word ^ quotes;
+            // The lowest high bit set marks the first byte that was a quote; bits above it may
+            // be false marks, which are not looked at.
+            const std::uint64_t found = (x - ones) & ~x & highs;
+            if (found != 0) {
+                return p + (std::countr_zero(found) >> 3);
+            }
+            p += 8;
+        }
+    }
+    while (p < end && *p != '"') {
+        ++p;
+    }
+    return p;
+}
+
+// The fields of one record as views into the bytes of its file.
+using RawFields = std::array<std::string_view, SortRecord::kFields>;
+
+// The records of a working file read from its Shift-JIS bytes, undecoded, by the rule of
+// text::RecordReader. A comma, a double quote, a blank, CR and LF are never the second byte of
+// a double-byte character, so the fields found among the bytes are those of the decoded text,
+// each the Shift-JIS form of its decoded field. A record whose fields are all ASCII is worked
+// on as it stands; any other is decoded field by field and goes the general way, because
+// decoding and encoding again need not give back the bytes that were read.
+class RawRecords
+{
+public:
+    explicit RawRecords(const fs::path& path)
+        : m_bytes(text::readFileBytes(path)), m_ascii(text::isAsciiText(m_bytes))
+    {
+    }
+
+    bool atEnd() const { return m_pos >= m_bytes.size(); }
+
+    /// The next record into `f`. Throws Failure 62 when the file ends first.
+    void next(RawFields& f)
+    {
+        const char* const end = m_bytes.data() + m_bytes.size();
+        const char* p = m_bytes.data() + m_pos;
+        m_plain = true;
+        for (std::size_t i = 0; i < f.size(); ++i) {
+            if (p >= end) {
+                throw failure::Failure(failure::InputPastEnd,
+                                       "ファイルの終わりを越えて入力しようとしました。");
+            }
+            Form form = Form::Other;
+            p = nextField(p, end, f[i], form);
+            // Between two fields only a comma; the last field may end anyhow.
+            if (form == Form::Other || (form == Form::QuotedAlone && i + 1 < f.size())) {
+                m_plain = false;
+            }
+        }
+        m_pos = static_cast<std::size_t>(p - m_bytes.data());
+    }
+
+    /// Whether the fields of the last record are all ASCII.
+    bool ascii(const RawFields& f) const
+    {
+        if (m_ascii) {
+            return true;
+        }
+        if (m_plain) {
+            return text::isAsciiText(quoted(f, 0, f.size() - 1));
+        }
+        return std::all_of(f.begin(), f.end(),
+                           [](std::string_view v) { return text::isAsciiText(v); });
+    }
+
+    /// Whether the last record was read in the form the program writes: every field in double
+    /// quotes from its first byte, one comma between two fields. Its fields `first` to `last`
+    /// then stand in the file exactly as they are written out (see `quoted`).
+    bool plain() const { return m_plain; }
+
+    /// Fields `first` to `last` of a plain record as written: quoted, separated by commas.
+    static std::string_view quoted(const RawFields& f, std::size_t first, std::size_t last)
+    {
+        const char* const from = f[first].data() - 1;
+        const char* const to = f[last].data() + f[last].size() + 1;
+        return {from, static_cast<std::size_t>(to - from)};
+    }
+
+    /// The fields of `f` decoded, for the general way.
+    static std::vector<std::string> decoded(const RawFields& f)
+    {
+        std::vector<std::string> out;
+        out.reserve(f.size());
+        for (std::string_view v : f) {
+            out.push_back(text::decodeSjis(v));
+        }
+        return out;
+    }
+
+private:
+    // How a field stood: in double quotes right at its start and followed by a comma, in
+    // double quotes right at its start and closed, or otherwise.
+    enum class Form { QuotedWithComma, QuotedAlone, Other };
+
+    // One field from `p` (before `end`) into `field`; returns the place after its separator.
+    // A field begins at the first non-blank byte; a double quote there makes it run to the next
+    // double quote (what follows up to the next comma or line end is dropped), otherwise it
+    // runs to the next comma or line end with surrounding blanks dropped.
+    static const char* nextField(const char* p, const char* end, std::string_view& field,
+                                 Form& form)
+    {
+        form = Form::Other;
+        const bool atQuote = *p == '"';
+        while (p < end && *p == ' ') {
+            ++p;
+        }
+        if (p < end && *p == '"') {
+            const char* const open = p + 1;
+            const char* const close = findQuote(open, end);
+            field = std::string_view(open, static_cast<std::size_t>(close - open));
+            if (close + 1 < end && close[1] == ',') {
+                if (atQuote) {
+                    form = Form::QuotedWithComma;
+                }
+                return close + 2;
+            }
+            if (atQuote && close < end) {
+                form = Form::QuotedAlone;
+            }
+            return afterSeparator(toSeparator(close < end ? close + 1 : end, end), end);
+        }
+        const char* const stop = toSeparator(p, end);
+        field = text::trim(std::string_view(p, static_cast<std::size_t>(stop - p)));
+        return afterSeparator(stop, end);
+    }
+
+    static const char* toSeparator(const char* q, const char* end)
+    {
+        while (q < end && *q != ',' && *q != '\r' && *q != '\n') {
+            ++q;
+        }
+        return q;
+    }
+
+    // Past a comma, an LF, a CR LF pair or a CR.
+    static const char* afterSeparator(const char* q, const char* end)
+    {
+        if (q < end) {
+            if (*q == ',' || *q == '\n') {
+                ++q;
+            } else if (*q == '\r') {
+                q += (q + 1 < end && q[1] == '\n') ? 2 : 1;
+            }
+        }
+        return q;
+    }
+
+    std::string m_bytes;
+    bool m_ascii;
+    std::size_t m_pos = 0;
+    bool m_plain = true;
+};
+
+// Appends one field in double quotes, with the comma before it unless it is the first.
+void appendQuoted(std::string& line, std::string_view field)
+{
+    if (line.empty()) {
+        line.push_back('"');
+    } else {
+        line.append(",\"", 2);
+    }
+    line.append(field);
+    line.push_back('"');
+}
+
 // Keys the records of `in` (read at least once: the sentinel is always there) into `out`.
 void keyFile(RunContext& ctx, const fs::path& in, text::LineWriter& out)
 {
-    text::RecordReader reader(in);
+    RawRecords reader(in);
     const bool frequencies = ctx.options.tick("Check17");
+    const int kind = ctx.run.sort_kind;
+    RawFields f;
+    std::string line;
     do {
-        const SortRecord r = SortRecord::from(reader.fields(SortRecord::kFields));
-        const std::string key = sortKey(r, ctx.run.sort_kind, frequencies);
-        out.writeRecord(keyedFields(r, key));
+        reader.next(f);
+        if (!reader.ascii(f)) {
+            const SortRecord r = SortRecord::from(RawRecords::decoded(f));
+            out.writeRecord(keyedFields(r, sortKey(r, kind, frequencies)));
+            continue;
+        }
+        line.assign(1, '"');
+        appendAsciiSortKey(line, f[0], f[4], f[5], f[10], f[11], f[17], kind, frequencies);
+        line.push_back('"');
+        if (reader.plain()) {
+            // The record as it was read, the key in front and the manager field left out.
+            line.push_back(',');
+            line.append(RawRecords::quoted(f, 0, 16));
+            line.push_back(',');
+            line.append(RawRecords::quoted(f, 18, 22));
+        } else {
+            for (std::size_t i = 0; i < SortRecord::kFields; ++i) {
+                if (i != 17) {
+                    appendQuoted(line, f[i]);
+                }
+            }
+        }
+        out.writeRaw(line);
     } while (!reader.atEnd());
+}
+
+// The result record of a keyed record `k`; `date8`, `time6` and `qsl3` receive the three
+// values formed for it, which the result's views then show. `singles` says whether a "J"
+// route of the card mark takes the operator's bureau mark.
+template <typename Fields>
+std::array<std::string_view, ResultRecord::kFields>
+resultFields(const Fields& k, bool singles, const std::string& QSL_Q, std::string& date8,
+             std::string& time6, std::string& qsl3)
+{
+    // A keyed record holds the sort record's fields one place later, up to the manager field
+    // that it leaves out; `at` finds a sort record field among them.
+    auto at = [&k](std::size_t sortField) -> std::string_view {
+        return k[sortField < 17 ? sortField + 1 : sortField];
+    };
+    std::string_view route = at(7);
+    if (route == QSL_Q || route == "J") {
+        route = QSL_Q.empty() ? std::string_view(" ") : std::string_view(QSL_Q);
+    }
+    qsl3.assign(route);
+    qsl3.append("  ");
+    if (singles && text::startsWith(qsl3, "J")) {
+        qsl3 = QSL_Q + qsl3.substr(1);
+    }
+    // "YY/MM/DD" cut by bytes from the six-digit date; "HH:MMU" by characters from the
+    // five-character time.
+    const std::string_view date6 = at(10);
+    date8.assign(date6.substr(0, 2));
+    date8.push_back('/');
+    date8.append(date6.substr(std::min<std::size_t>(2, date6.size()), 2));
+    date8.push_back('/');
+    date8.append(date6.substr(std::min<std::size_t>(4, date6.size()), 2));
+    const std::string_view time5 = at(11);
+    if (text::isAsciiText(time5)) {
+        time6.assign(time5.substr(0, 2));
+        time6.push_back(':');
+        time6.append(time5.size() > 3 ? time5.substr(time5.size() - 3) : time5);
+    } else {
+        time6 = time6Of(std::string(time5));
+    }
+    // The fields in the order of a result record.
+    return {at(0), at(1), date8,  time6,  at(12), at(13), at(4),  at(5),  at(2),  at(8),
+            qsl3,  at(6), at(14), at(15), at(16), at(18), at(19), at(20), at(21), at(22)};
 }
 
 // Turns a sorted keyed file into result records; the sentinel is dropped. `singles` says
@@ -52,34 +306,54 @@ void keyFile(RunContext& ctx, const fs::path& in, text::LineWriter& out)
 void writeResults(RunContext& ctx, const fs::path& in, bool singles, text::LineWriter& out)
 {
     const std::string& QSL_Q = ctx.run.QSL_Q;
-    text::RecordReader reader(in);
-    // A keyed record holds the sort record's fields one place later, up to the manager field
-    // that it leaves out; `at` finds a sort record field among them.
-    std::vector<std::string_view> k;
-    auto at = [&k](std::size_t sortField) { return k[sortField < 17 ? sortField + 1 : sortField]; };
-    std::string date6, time5, qsl3;
+    RawRecords reader(in);
+    RawFields k;
+    std::string date8, time6, qsl3, line;
     do {
-        reader.fieldViews(SortRecord::kFields, k);
-        if (at(0) == "AAAAAA") {
+        reader.next(k);
+        // ASCII bytes decode to themselves and no other bytes decode to ASCII, so the call is
+        // compared undecoded.
+        if (k[1] == "AAAAAA") {
             continue;
         }
-        std::string_view route = at(7);
-        if (route == QSL_Q || route == "J") {
-            route = QSL_Q.empty() ? std::string_view(" ") : std::string_view(QSL_Q);
+        if (!reader.ascii(k)) {
+            const std::vector<std::string> decoded = RawRecords::decoded(k);
+            out.writeRecord(resultFields(decoded, singles, QSL_Q, date8, time6, qsl3));
+            continue;
         }
-        qsl3.assign(route);
-        qsl3.append("  ");
-        if (singles && text::startsWith(qsl3, "J")) {
-            qsl3 = QSL_Q + qsl3.substr(1);
+        const auto fields = resultFields(k, singles, QSL_Q, date8, time6, qsl3);
+        if (!text::isAsciiText(qsl3)) {
+            out.writeRecord(fields);
+            continue;
         }
-        date6.assign(at(10));
-        time5.assign(at(11));
-        const std::string date8 = date8Of(date6);
-        const std::string time6 = time6Of(time5);
-        // The fields in the order of a result record.
-        out.writeRecord({at(0),  at(1),  date8,  time6,  at(12), at(13), at(4),
-                         at(5),  at(2),  at(8),  qsl3,   at(6),  at(14), at(15),
-                         at(16), at(18), at(19), at(20), at(21), at(22)});
+        if (reader.plain()) {
+            // Runs of neighbouring fields are taken as they stand in the keyed record.
+            line.assign(RawRecords::quoted(k, 1, 2));
+            line.append(",\"", 2);
+            line.append(date8);
+            line.append("\",\"", 3);
+            line.append(time6);
+            line.append("\",", 2);
+            line.append(RawRecords::quoted(k, 13, 14));
+            line.push_back(',');
+            line.append(RawRecords::quoted(k, 5, 6));
+            line.push_back(',');
+            line.append(RawRecords::quoted(k, 3, 3));
+            line.push_back(',');
+            line.append(RawRecords::quoted(k, 9, 9));
+            line.append(",\"", 2);
+            line.append(qsl3);
+            line.append("\",", 2);
+            line.append(RawRecords::quoted(k, 7, 7));
+            line.push_back(',');
+            line.append(RawRecords::quoted(k, 15, 22));
+        } else {
+            line.clear();
+            for (std::string_view field : fields) {
+                appendQuoted(line, field);
+            }
+        }
+        out.writeRaw(line);
     } while (!reader.atEnd());
 }
 
@@ -180,6 +454,75 @@ std::string sortKey(const SortRecord& r, int sort_kind, bool frequencies)
         return joined({managerPart(), r.call_key, k_date, k_time, k_band, k_mode});
     default:
         return {};
+    }
+}
+
+void appendAsciiSortKey(std::string& key, std::string_view call_key, std::string_view band_or_freq,
+                        std::string_view mode, std::string_view q_date6, std::string_view q_time5,
+                        std::string_view mng_pad, int sort_kind, bool frequencies)
+{
+    // `text` left-aligned in `width` columns: cut, or padded with blanks.
+    auto column = [&key](std::string_view text, std::size_t width) {
+        const std::size_t n = std::min(text.size(), width);
+        key.append(text.data(), n);
+        key.append(width - n, ' ');
+    };
+    auto call = [&] { column(call_key, 14); };
+    // The last nine characters of eight zeros and the band; eight zeros alone for no band.
+    auto band = [&] {
+        std::string_view b = band_or_freq;
+        if (!frequencies && b.find('.') != std::string_view::npos) {
+            b = b.substr(0, 1);
+        }
+        if (b.size() >= 9) {
+            key.append(b.substr(b.size() - 9));
+        } else {
+            key.append(b.empty() ? 8 : 9 - b.size(), '0');
+            key.append(b);
+        }
+    };
+    // The first three characters of the mode and a blank.
+    auto modePart = [&] {
+        key.append(mode.substr(0, 3));
+        if (mode.size() < 3) {
+            key.push_back(' ');
+        }
+    };
+    auto dateTime = [&] {
+        key.append(q_date6);
+        key.append(q_time5);
+    };
+    auto managerPart = [&] {
+        column(!mng_pad.empty() ? text::trim(mng_pad.substr(1)) : call_key, 7);
+        key.append(call_key);
+    };
+    switch (sort_kind) {
+    case 1:
+        call();
+        band();
+        modePart();
+        dateTime();
+        break;
+    case 2:
+        call();
+        dateTime();
+        band();
+        modePart();
+        break;
+    case 3:
+        managerPart();
+        band();
+        modePart();
+        dateTime();
+        break;
+    case 4:
+        managerPart();
+        dateTime();
+        band();
+        modePart();
+        break;
+    default:
+        break;
     }
 }
 

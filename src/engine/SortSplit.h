@@ -5,6 +5,7 @@
 
 #include <filesystem>
 #include <string>
+#include <string_view>
 
 namespace vornhale::engine {
 
@@ -21,6 +22,11 @@ void sort_(RunContext& ctx, int start, int length, bool descending,
 /// The final sort key of a record for `sort_kind` 1 to 4. `frequencies` (`Check17`): the
 /// band column holds frequencies, which are then not cut at their point.
 std::string sortKey(const SortRecord& record, int sort_kind, bool frequencies);
+/// `sortKey` of a record whose fields are all ASCII, appended to `key`: the same bytes, formed
+/// without temporaries. The fields are those of the sort record of the same names.
+void appendAsciiSortKey(std::string& key, std::string_view call_key, std::string_view band_or_freq,
+                        std::string_view mode, std::string_view q_date6, std::string_view q_time5,
+                        std::string_view mng_pad, int sort_kind, bool frequencies);
 
 /// `count_tan_fuku`: counts contacts, single and multiple stations of `Sort-out.csv`.
 void count_tan_fuku(RunContext& ctx);

@@ -1,7 +1,10 @@
-#include "engine/SortSplit.h"
 #include "base/WorkingFiles.h"
+#include "engine/SortSplit.h"
 #include "support/RunFixture.h"
+#include "text/ByteKeySort.h"
+#include "text/SjisCodec.h"
 
+#include <algorithm>
 #include <gtest/gtest.h>
 
 using namespace vornhale;
@@ -214,4 +217,230 @@ TEST(SortSplit, AFailedSortLeavesNoOutput)
     SplitRun s;
     engine::sort_(*s.c, 1, 8, false, s.work("missing.csv"), s.work("out.csv"));
     EXPECT_FALSE(std::filesystem::exists(s.work("out.csv")));
+}
+
+namespace {
+
+// The keyed record and the result record as the stages formed them from whole decoded
+// records: the reference for the stages, which work on undecoded ASCII records.
+void keyByDecoding(const std::filesystem::path& in, int kind, bool frequencies,
+                   text::LineWriter& out)
+{
+    text::RecordReader reader(in);
+    do {
+        const SortRecord r = SortRecord::from(reader.fields(SortRecord::kFields));
+        const std::string key = engine::sortKey(r, kind, frequencies);
+        const auto all = r.fields();
+        std::vector<std::string_view> f{key};
+        for (std::size_t i = 0; i < all.size(); ++i) {
+            if (i != 17) {
+                f.push_back(all[i]);
+            }
+        }
+        out.writeRecord(f);
+    } while (!reader.atEnd());
+}
+
+void resultsByDecoding(const std::filesystem::path& in, bool singles, const std::string& QSL_Q,
+                       text::LineWriter& out)
+{
+    text::RecordReader reader(in);
+    do {
+        const auto k = reader.fields(SortRecord::kFields);
+        auto at = [&k](std::size_t i) -> const std::string& { return k[i < 17 ? i + 1 : i]; };
+        if (at(0) == "AAAAAA") {
+            continue;
+        }
+        std::string route = at(7);
+        if (route == QSL_Q || route == "J") {
+            route = QSL_Q.empty() ? " " : QSL_Q;
+        }
+        std::string qsl3 = route + "  ";
+        if (singles && text::startsWith(qsl3, "J")) {
+            qsl3 = QSL_Q + qsl3.substr(1);
+        }
+        const std::string date8 = engine::date8Of(at(10));
+        const std::string time6 = text::left(at(11), 2) + ":" + text::right(at(11), 3);
+        out.writeRecord({at(0),  at(1),  date8,  time6,  at(12), at(13), at(4),
+                         at(5),  at(2),  at(8),  qsl3,   at(6),  at(14), at(15),
+                         at(16), at(18), at(19), at(20), at(21), at(22)});
+    } while (!reader.atEnd());
+}
+
+std::string sjisRecord(const SortRecord& r)
+{
+    return text::encodeSjis(text::formatRecord(r.fields())) + "\r\n";
+}
+
+// Records of every form a working file can hold: ASCII as the program writes them, kanji,
+// bytes that decode and encode again to other bytes, undecodable bytes, blanks and unquoted
+// fields, a record over two lines, text after a closing quote.
+std::string mixedRecords(bool withManagers)
+{
+    std::string bytes;
+    SortRecord plain = rec("JA1ABC", "14.025", "261122", "0905U", "J");
+    if (withManagers) {
+        plain.mng_pad = "@K1MGR  ";
+    }
+    bytes += sjisRecord(plain);
+    SortRecord kanji = rec("JA1KAN", "7", "261123", "1201U", "JX");
+    kanji.q_name = "山田";
+    kanji.rmks1 = "東京都 ｺﾝﾃｽﾄ";
+    kanji.dx_name = "日本";
+    bytes += sjisRecord(kanji);
+    SortRecord wide = rec("ＪＡ１ＷＩＤＥＣＡＬＬＳＩＧＮ", "１４", "261124", "０９05U", "N");
+    wide.mode = "ＣＷ";
+    wide.mng_pad = withManagers ? "@ＫＩＭＧＲ " : "";
+    bytes += sjisRecord(wide);
+    // 0xED40 and 0xFA5C stand for one character; reading and writing gives the second.
+    std::string twice = sjisRecord(rec("JA1DUP", "21"));
+    twice.replace(twice.find("599"), 3, "\xED\x40\xFA\x5C");
+    bytes += twice;
+    std::string raw = sjisRecord(rec("JA1RAW", "28"));
+    raw.replace(raw.rfind("\"JA1RAW\""), 8, "\"\x80\xFD\xA0RAW\"");
+    bytes += raw;
+    SortRecord loose = rec("JA1LSE", "3.5", "261125", "2359U", "");
+    std::string looseLine = text::formatRecord(loose.fields());
+    // Blanks around the fields, the call unquoted, text after one closing quote.
+    looseLine.replace(0, 8, " JA1LSE ");
+    looseLine.replace(looseLine.find("\"CW\""), 4, "  \"CW\"xx");
+    bytes += looseLine + "\r\n";
+    const auto split = rec("JA1TWO", "50").fields();
+    bytes += text::formatRecord(std::vector<std::string_view>(split.begin(), split.begin() + 10)) +
+             "\n" +
+             text::formatRecord(std::vector<std::string_view>(split.begin() + 10, split.end())) +
+             "\r";
+    SortRecord shortFields = rec("K1X", "", "", "", "B");
+    shortFields.mode = "";
+    bytes += sjisRecord(shortFields);
+    bytes += std::string(engine::kSentinel) + "\r\n";
+    return bytes;
+}
+
+struct StageOrder
+{
+    int sort_kind;
+    bool frequencies;
+    int sort_wake;
+    const char* QSL_Q;
+};
+
+void PrintTo(const StageOrder& o, std::ostream* os)
+{
+    *os << "kind " << o.sort_kind << (o.frequencies ? ", frequencies" : ", bands")
+        << (o.sort_wake == 1 ? ", split" : ", together");
+}
+
+class SortSplitReadingUndecoded : public ::testing::TestWithParam<StageOrder>
+{
+};
+
+} // namespace
+
+TEST_P(SortSplitReadingUndecoded, GivesTheBytesOfDecodedWholeRecords)
+{
+    const StageOrder order = GetParam();
+    SplitRun s(order.sort_wake, order.sort_kind);
+    settings::Options options = settings::Options::defaults();
+    options.set("Check17", order.frequencies ? "1" : "0");
+    engine::RunContext& c = s.context(options);
+    c.run.sort_wake = static_cast<std::int16_t>(order.sort_wake);
+    c.run.sort_kind = static_cast<std::int16_t>(order.sort_kind);
+    c.run.QSL_Q = order.QSL_Q;
+    c.run.names.out_name_con0 = (s.dir / "LOG_c0.csv").string();
+    const std::string singles = mixedRecords(order.sort_kind >= 3);
+    const std::string multiples = mixedRecords(false);
+    test::writeBytes(s.work(base::working::semp_s), singles);
+    test::writeBytes(s.work(base::working::semp_d), multiples);
+
+    if (order.sort_wake == 1) {
+        engine::sort_wakeru_c(c);
+    } else {
+        engine::sort_wakenai_c(c);
+    }
+
+    const auto expected = s.dir / "expected";
+    std::filesystem::create_directories(expected);
+    if (order.sort_wake == 1) {
+        for (const char* name : {"s", "d"}) {
+            const std::string semp = std::string("semp_") + name + ".csv";
+            const std::string temp = std::string("temp_") + name + ".csv";
+            const std::string uemp = std::string("uemp_") + name + ".csv";
+            text::LineWriter keyed(expected / temp);
+            keyByDecoding(s.work(semp.c_str()), order.sort_kind, order.frequencies, keyed);
+            keyed.close();
+            text::sortLinesByKey(expected / temp, expected / uemp, 2, 37, false);
+            EXPECT_EQ(test::readBytes(s.work(temp.c_str())), test::readBytes(expected / temp))
+                << temp;
+        }
+        text::LineWriter results(expected / "LOG_c0.csv");
+        resultsByDecoding(expected / "uemp_s.csv", true, c.run.QSL_Q, results);
+        resultsByDecoding(expected / "uemp_d.csv", false, c.run.QSL_Q, results);
+        results.close();
+    } else {
+        text::LineWriter keyed(expected / "temp_s.csv");
+        keyByDecoding(s.work(base::working::semp_s), order.sort_kind, order.frequencies, keyed);
+        keyByDecoding(s.work(base::working::semp_d), order.sort_kind, order.frequencies, keyed);
+        keyed.close();
+        EXPECT_EQ(test::readBytes(s.work(base::working::temp_s)),
+                  test::readBytes(expected / "temp_s.csv"));
+        text::sortLinesByKey(expected / "temp_s.csv", expected / "uemp_s.csv", 2, 37, false);
+        text::LineWriter results(expected / "LOG_c0.csv");
+        resultsByDecoding(expected / "uemp_s.csv", true, c.run.QSL_Q, results);
+        results.close();
+    }
+    const std::string result = test::readBytes(c.run.names.out_name_con0);
+    EXPECT_EQ(result, test::readBytes(expected / "LOG_c0.csv"));
+    // Every record but the two sentinels came through, kanji and all.
+    EXPECT_EQ(std::count(result.begin(), result.end(), '\n'), 16);
+    EXPECT_NE(result.find(text::encodeSjis("山田")), std::string::npos);
+    EXPECT_NE(result.find("\xFA\x5C\xFA\x5C"), std::string::npos);
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    EveryOrderAndSplit, SortSplitReadingUndecoded,
+    ::testing::Values(StageOrder{1, false, 1, "J"}, StageOrder{1, true, 1, "Ｊ"},
+                      StageOrder{2, false, 1, "B"}, StageOrder{3, false, 1, ""},
+                      StageOrder{4, true, 1, "J"}, StageOrder{1, false, 0, "J"},
+                      StageOrder{3, true, 0, "Ｊ"}, StageOrder{0, false, 1, "J"}),
+    [](const ::testing::TestParamInfo<StageOrder>& info) {
+        const StageOrder& o = info.param;
+        return "Kind" + std::to_string(o.sort_kind) + (o.frequencies ? "Frequencies" : "Bands") +
+               (o.sort_wake == 1 ? "Split" : "Together") + "Mark" +
+               std::to_string(std::string_view(o.QSL_Q).size()) + "Bytes";
+    });
+
+TEST(SortSplit, TheAsciiKeyIsTheKeyOfTheWholeRecord)
+{
+    const std::vector<std::string> calls = {"", "K1X", "JA1ABC", "JA1ABCDEFGHIJK",
+                                            "JA1ABCDEFGHIJKLM"};
+    const std::vector<std::string> bands = {"",   "7",         "3.5",         "14.025",
+                                            ".5", "123456789", "1234567890.1"};
+    const std::vector<std::string> modes = {"", "C", "CW", "SSB", "RTTY"};
+    const std::vector<std::string> managers = {"", " ", "@", "@K1XX  ", "@  AB  ", "@VERYLONGMGR"};
+    int compared = 0;
+    for (const auto& call : calls) {
+        for (const auto& band : bands) {
+            for (const auto& mode : modes) {
+                for (const auto& manager : managers) {
+                    SortRecord r = rec(call, band, band.empty() ? "" : "261122", "0905U");
+                    r.mode = mode;
+                    r.mng_pad = manager;
+                    for (int kind = 0; kind <= 5; ++kind) {
+                        for (bool frequencies : {false, true}) {
+                            std::string key = "\"";
+                            engine::appendAsciiSortKey(key, r.call_key, r.band_or_freq, r.mode,
+                                                       r.q_date6, r.q_time5, r.mng_pad, kind,
+                                                       frequencies);
+                            ASSERT_EQ(key, "\"" + engine::sortKey(r, kind, frequencies))
+                                << call << "|" << band << "|" << mode << "|" << manager << "|"
+                                << kind << frequencies;
+                            ++compared;
+                        }
+                    }
+                }
+            }
+        }
+    }
+    EXPECT_EQ(compared, 5 * 7 * 5 * 6 * 6 * 2);
 }

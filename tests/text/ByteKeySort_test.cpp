@@ -1,7 +1,13 @@
 #include "support/TestSupport.h"
 #include "text/ByteKeySort.h"
 
+#include <algorithm>
 #include <gtest/gtest.h>
+#include <random>
+#include <string>
+#include <string_view>
+#include <utility>
+#include <vector>
 
 using namespace vornhale;
 
@@ -38,4 +44,47 @@ TEST(ByteKeySort, DescendingKeepsEqualKeysInOrder)
 TEST(ByteKeySort, AShortLineSortsBeforeLongerOnesItPrefixes)
 {
     EXPECT_EQ(sorted("abc\r\nab\r\n\r\na\r\n", 1, 3, false), "\r\na\r\nab\r\nabc\r\n");
+}
+
+TEST(ByteKeySort, OrdersAsAStableSortOfTheKeyBytesDoes)
+{
+    // Keys that differ past their eighth byte, keys that are prefixes of others, zero bytes
+    // and bytes above 0x7F, lines shorter than the key's start, and many equal keys.
+    std::mt19937 random(20261124);
+    const std::string alphabet("AB\0\x7F\x80\xFF ", 7);
+    std::vector<std::string> lines;
+    for (int i = 0; i < 2000; ++i) {
+        std::string line;
+        const std::size_t size = random() % 14;
+        for (std::size_t j = 0; j < size; ++j) {
+            line.push_back(alphabet[random() % (j < 9 ? 2 : alphabet.size())]);
+        }
+        line += "#" + std::to_string(i);
+        lines.push_back(line);
+    }
+    std::string input;
+    for (const auto& line : lines) {
+        input += line + "\r\n";
+    }
+    for (bool descending : {false, true}) {
+        for (const auto& [start, length] :
+             {std::pair{1, 12}, std::pair{2, 10}, std::pair{1, 3}, std::pair{4, 40}}) {
+            auto keyOf = [&](const std::string& line) {
+                const auto from = static_cast<std::size_t>(start - 1);
+                return from < line.size() ? std::string_view(line).substr(from, length)
+                                          : std::string_view{};
+            };
+            std::vector<std::string> expected = lines;
+            std::stable_sort(expected.begin(), expected.end(),
+                             [&](const std::string& a, const std::string& b) {
+                                 return descending ? keyOf(b) < keyOf(a) : keyOf(a) < keyOf(b);
+                             });
+            std::string output;
+            for (const auto& line : expected) {
+                output += line + "\r\n";
+            }
+            ASSERT_EQ(sorted(input, start, length, descending), output)
+                << start << "," << length << (descending ? " descending" : "");
+        }
+    }
 }
