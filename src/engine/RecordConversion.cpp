@@ -11,8 +11,10 @@
 #include "text/Chars.h"
 #include "text/LineFile.h"
 #include "text/Record.h"
+#include "text/Utf8.h"
 
 #include <algorithm>
+#include <array>
 #include <filesystem>
 
 namespace vornhale::engine {
@@ -36,6 +38,76 @@ std::string alignedInFour(long n)
     return s.size() < 4 ? std::string(4 - s.size(), ' ') + s : s;
 }
 
+// The mode as the result carries it, as a view of `mode` or of the long form.
+std::string_view normalisedModeView(std::string_view mode)
+{
+    if (mode == "RTY" || mode == "TTY" || mode == "RTT") {
+        return "RTTY";
+    }
+    if (mode == "STV" || mode == "SST") {
+        return "SSTV";
+    }
+    if (mode == "PSK" || mode == "PS3" || mode == "PS31" || mode == "PSK3") {
+        return "PSK31";
+    }
+    if (mode == "PS63" || mode == "PSK6") {
+        return "PSK63";
+    }
+    return mode;
+}
+
+// Blanks at both ends taken off in place; the text keeps its capacity.
+void trimInPlace(std::string& s)
+{
+    const std::string_view t = trim(s);
+    const std::size_t begin = t.empty() ? 0 : static_cast<std::size_t>(t.data() - s.data());
+    s.resize(begin + t.size());
+    s.erase(0, begin);
+}
+
+// `text::upper` into `out`. ASCII text is upper-cased byte by byte, as `text::upper` does it.
+void upperInto(std::string& out, std::string_view s)
+{
+    if (!text::isAsciiText(s)) {
+        out = text::upper(s);
+        return;
+    }
+    out.assign(s);
+    for (char& ch : out) {
+        if (ch >= 'a' && ch <= 'z') {
+            ch = static_cast<char>(ch - 0x20);
+        }
+    }
+}
+
+// `text::padRight` into `out`: cut to `width` characters, then padded with blanks to them.
+void padRightInto(std::string& out, std::string_view s, std::size_t width)
+{
+    if (!text::isAsciiText(s)) {
+        out = text::padRight(s, width);
+        return;
+    }
+    out.assign(s.substr(0, width));
+    out.append(width - out.size(), ' ');
+}
+
+// The first `n` characters of `s` as a view (`text::left` without the copy).
+std::string_view leftView(std::string_view s, std::size_t n)
+{
+    return s.substr(0, text::isAsciiText(s) ? n : text::byteOffsetOfChar(s, n));
+}
+
+// `text::replaceAll` into `out`, copying only when `from` occurs.
+void replaceAllInto(std::string& out, std::string_view s, std::string_view from,
+                    std::string_view to)
+{
+    if (from.empty() || s.find(from) == std::string_view::npos) {
+        out.assign(s);
+    } else {
+        out = text::replaceAll(s, from, to);
+    }
+}
+
 // Removes "[QTC…]" from an upper-case remark: from the mark to the first "]" of the remark.
 std::string withoutQtc(const std::string& memo)
 {
@@ -51,23 +123,21 @@ std::string withoutQtc(const std::string& memo)
     return trimmed(out);
 }
 
-// A remark with the "@ " marks taken out; one that is then only "@" is emptied.
-std::string withoutAtMarks(const std::string& rmks)
+// A remark with the "@ " marks taken out into `out`; one that is then only "@" is emptied.
+void withoutAtMarksInto(std::string& out, std::string_view rmks)
 {
-    std::string out = text::replaceAll(rmks, "@ ", "");
+    replaceAllInto(out, rmks, "@ ", "");
     if (trim(out) == "@") {
         out.clear();
     }
-    return out;
 }
 
-bool zoneDroppedForContest(const RunState& run)
+bool zoneDroppedForContest(const RunState& run, std::string_view upperPath)
 {
-    const std::string path = text::upper(run.in_name);
     return (run.f_type == "zlo" && run.cont_name == "All Asian DX Contest (Asia)") ||
-           text::contains(path, "AA") || text::contains(path, "ASIA") ||
+           text::contains(upperPath, "AA") || text::contains(upperPath, "ASIA") ||
            (run.f_type == "zlo" && run.cont_name == "REFコンテスト(DX)") ||
-           text::contains(path, "REF");
+           text::contains(upperPath, "REF");
 }
 
 // The options that the record steps read, taken once before the first record; they hold
@@ -141,22 +211,41 @@ struct ConversionScope
     const ConversionOptions opt;
     const RemarkComposer composer;
     DateTimeConversion timeShift;
+    // The log's path in upper case: the contest tests on its name hold for every record.
+    const std::string upperPath;
+    const bool iotaInPath;
 
     ConversionScope(RunContext& context, RecordLookups& lookups, const RemarkLayout& layouts)
         : ctx(context), run(context.run), look(lookups), layout(layouts),
           opt(ConversionOptions::of(context.options, layouts)),
           composer(layouts, opt.itemSeparator, opt.provinceLookup),
-          timeShift(context.options.member("Option05"))
+          timeShift(context.options.member("Option05")), upperPath(text::upper(run.in_name)),
+          iotaInPath(text::contains(upperPath, "IOTA"))
     {
     }
 };
 
+// The nineteen fields of one enriched line of `zlog_2.txt`, as views into the reader's text.
+struct LineView
+{
+    std::string_view q_entity, q_date6, q_time, q_call, q_rst_sent, q_rst_rcvd, base_call, call_ext,
+        band_or_freq, q_mode, reserved, dx_mark, dx_code, dx_name, dx_state, q_call2, q_op, q_memo,
+        q_rcvd;
+
+    static LineView of(const std::vector<std::string_view>& f)
+    {
+        return {f[0],  f[1],  f[2],  f[3],  f[4],  f[5],  f[6],  f[7],  f[8], f[9],
+                f[10], f[11], f[12], f[13], f[14], f[15], f[16], f[17], f[18]};
+    }
+};
+
 // One contact on its way through the steps: the enriched line as read and every field that
-// the steps set. Each record starts from a fresh one, so a contact takes nothing over from
-// the one before except the run values that are meant to carry over (`QSL_S`, `cont_name`).
+// the steps set. Each record starts from a cleared one (the texts keep their capacity from
+// record to record), so a contact takes nothing over from the one before except the run
+// values that are meant to carry over (`QSL_S`, `cont_name`).
 struct ContactState
 {
-    EnrichedLine line;
+    LineView line;
     std::string q_call;   ///< the call as logged, trimmed
     std::string mode;     ///< the normalised mode
     std::string q_memo;   ///< upper case, without the "[QTC…]" note
@@ -169,27 +258,42 @@ struct ContactState
     std::string zone_text, dx_state, iota_text, rcvd_text, calls_text;
     std::string rmks1, rmks2, mng_pad, rmks1_nomng, rmks2_nomng, rmks1_c, rmks2_c;
     std::string q_rst_rcvd;
+    std::string scratch; ///< a working text of one step
+
+    void clear()
+    {
+        line = {};
+        historyDone = false;
+        for (std::string* s :
+             {&q_call,     &mode,     &q_memo,      &call_key,    &base_call,  &route,
+              &route_base, &mng,      &mng_file,    &qsl3,        &q_name,     &q_gl,
+              &dx_code,    &dx_name,  &q_date6,     &q_time5,     &date8,      &time6,
+              &zone_text,  &dx_state, &iota_text,   &rcvd_text,   &calls_text, &rmks1,
+              &rmks2,      &mng_pad,  &rmks1_nomng, &rmks2_nomng, &rmks1_c,    &rmks2_c,
+              &q_rst_rcvd, &scratch}) {
+            s->clear();
+        }
+    }
 };
 
 // The record as read: the call, the mode, the remark without its QTC note, the call key and
 // the home call held in six places.
-ContactState startContact(EnrichedLine line)
+void startContact(ContactState& c, const std::vector<std::string_view>& fields)
 {
-    ContactState c;
-    c.line = std::move(line);
-    const EnrichedLine& e = c.line;
-    c.q_call = trimmed(e.q_call);
-    c.mode = normaliseMode(e.q_mode);
-    c.rcvd_text = e.q_rcvd;
-    c.q_memo = text::upper(e.q_memo);
+    c.clear();
+    c.line = LineView::of(fields);
+    const LineView& e = c.line;
+    c.q_call.assign(trim(e.q_call));
+    c.mode.assign(normalisedModeView(e.q_mode));
+    c.rcvd_text.assign(e.q_rcvd);
+    upperInto(c.q_memo, e.q_memo);
     if (text::contains(c.q_memo, "[QTC")) {
         c.q_memo = withoutQtc(c.q_memo);
     }
-    c.call_key = e.base_call;
-    c.base_call = text::padRight(e.base_call, 6);
-    c.dx_code = e.dx_code;
-    c.dx_name = e.dx_name;
-    return c;
+    c.call_key.assign(e.base_call);
+    padRightInto(c.base_call, e.base_call, 6);
+    c.dx_code.assign(e.dx_code);
+    c.dx_name.assign(e.dx_name);
 }
 
 // The history test, on the band and mode as the test key asks: a contact that counts as done
@@ -202,28 +306,32 @@ void testHistory(ContactState& c, ConversionScope& s)
         const std::string mode = s.opt.historySameMode ? text::mid(code, 2, 1) : "0";
         c.historyDone = s.look.historyDone(c.q_call, band + mode);
     }
-    c.route = c.historyDone ? "N" : "";
+    c.route.assign(c.historyDone ? "N" : "");
 }
 
-// Club stations and entities on the no-card list get no card either.
+// Club stations and entities on the no-card list get no card either. The home call stays
+// held in six places.
 void applyNoCardLists(ContactState& c, ConversionScope& s)
 {
     if (s.opt.clubStationsNoCard && s.look.clubStation(c.base_call)) {
-        c.route = "N";
+        c.route.assign("N");
     }
     if (s.opt.noCardCountries && s.look.noQslCountry(c.line.q_entity)) {
-        c.route = "N";
+        c.route.assign("N");
     }
-    c.base_call = text::padRight(c.base_call, 6);
 }
 
 // The manager from the master file and, when asked for, from the web, merged as `Option10`
 // says; with one "@" in front.
 void chooseManager(ContactState& c, ConversionScope& s)
 {
-    c.mng_file = text::replaceAll(s.look.managerFromFile(c.q_call), "@", "");
+    c.mng_file = s.look.managerFromFile(c.q_call);
+    if (c.mng_file.find('@') != std::string::npos) {
+        std::erase(c.mng_file, '@');
+    }
     if (!s.opt.webSearch) {
-        c.mng = "@" + c.mng_file;
+        c.mng.assign(1, '@');
+        c.mng += c.mng_file;
         return;
     }
     // Stations that get no card are spared the request unless Check22 asks for it.
@@ -253,14 +361,17 @@ void chooseManager(ContactState& c, ConversionScope& s)
 // none and takes the ordinary route.
 void cleanManager(ContactState& c)
 {
-    const std::string upperMng = text::upper(c.mng);
-    if (text::contains(upperMng, "DIRECT") || text::contains(upperMng, "BURO") || blank(c.mng)) {
-        c.mng = text::replaceAll(c.mng, "@", "");
+    upperInto(c.scratch, c.mng);
+    if (text::contains(c.scratch, "DIRECT") || text::contains(c.scratch, "BURO") || blank(c.mng)) {
+        std::erase(c.mng, '@');
     }
-    c.mng = text::replaceAll(c.mng, "@@", "@");
-    if (c.mng == "@" + c.base_call) {
+    if (c.mng.find("@@") != std::string::npos) {
+        c.mng = text::replaceAll(c.mng, "@@", "@");
+    }
+    const std::string_view mng = c.mng;
+    if (!mng.empty() && mng.front() == '@' && mng.substr(1) == c.base_call) {
         c.mng.clear();
-        c.route = "J";
+        c.route.assign("J");
     }
 }
 
@@ -269,24 +380,29 @@ void settleRoute(ContactState& c, const ConversionScope& s)
 {
     if (!c.historyDone) {
         if (c.mng == "@") {
-            c.route_base = "J";
+            c.route_base.assign("J");
             c.mng.clear();
         } else if (!blank(c.mng) && c.route != "N") {
-            c.route_base = "M";
+            c.route_base.assign("M");
         } else {
-            c.route_base = s.run.QSL_Q + " ";
+            c.route_base.assign(s.run.QSL_Q);
+            c.route_base += ' ';
             c.mng.clear();
         }
     } else {
-        c.route = "N";
+        c.route.assign("N");
     }
     if (c.route_base == "M") {
-        c.route = s.opt.managedGetNoCard ? "N" : "M";
+        c.route.assign(s.opt.managedGetNoCard ? "N" : "M");
     }
     if (c.route == "J") {
-        c.route = blank(s.run.QSL_Q) || blank(c.route_base) ? " " : s.run.QSL_Q;
+        if (blank(s.run.QSL_Q) || blank(c.route_base)) {
+            c.route.assign(" ");
+        } else {
+            c.route.assign(s.run.QSL_Q);
+        }
     } else if (c.route != "N") {
-        c.route = c.route_base;
+        c.route.assign(c.route_base);
     }
 }
 
@@ -294,15 +410,19 @@ void settleRoute(ContactState& c, const ConversionScope& s)
 // record of the run too.
 void formQslColumn(ContactState& c, RunState& run)
 {
-    c.base_call = trimmed(c.base_call);
+    trimInPlace(c.base_call);
     if (c.route == "N") {
         run.QSL_S = " ";
     }
-    c.qsl3 = c.route == "N"   ? "N  "
-             : c.route == "M" ? "M" + run.QSL_S + " "
-                              : run.QSL_Q + run.QSL_S + " ";
+    if (c.route == "N") {
+        c.qsl3.assign("N  ");
+    } else {
+        c.qsl3.assign(c.route == "M" ? std::string_view("M") : std::string_view(run.QSL_Q));
+        c.qsl3 += run.QSL_S;
+        c.qsl3 += ' ';
+    }
     if (trim(c.qsl3) == "*") {
-        c.qsl3 = " * ";
+        c.qsl3.assign(" * ");
     }
 }
 
@@ -343,8 +463,9 @@ void lookUpNameAndQth(ContactState& c, ConversionScope& s)
 // shift of `Option05`.
 void convertDateTime(ContactState& c, ConversionScope& s)
 {
-    c.q_date6 = c.line.q_date6;
-    c.q_time5 = c.line.q_time + "U";
+    c.q_date6.assign(c.line.q_date6);
+    c.q_time5.assign(c.line.q_time);
+    c.q_time5 += 'U';
     s.timeShift.date_time_conv(c.q_date6, c.q_time5, c.q_call);
 }
 
@@ -356,7 +477,7 @@ void settleZone(ContactState& c, const ConversionScope& s)
         return;
     }
     c.zone_text = zoneText(trim(c.line.q_rcvd), s.run.f_type, s.opt.zoneForm, s.run.Zone_moji);
-    if (!s.opt.keepContestZone && zoneDroppedForContest(s.run)) {
+    if (!s.opt.keepContestZone && zoneDroppedForContest(s.run, s.upperPath)) {
         c.zone_text.clear();
     }
 }
@@ -373,7 +494,7 @@ void settleState(ContactState& c, ConversionScope& s)
 // The IOTA reference of an IOTA contest; the contest name stays for `.ZLO` logs only.
 void settleIota(ContactState& c, ConversionScope& s)
 {
-    if (text::contains(text::upper(s.run.in_name), "IOTA") || s.run.cont_name == "IOTA Contest") {
+    if (s.iotaInPath || s.run.cont_name == "IOTA Contest") {
         if (s.layout.use().iota && (s.run.f_type != "zlo" || s.run.logIotaFlag)) {
             iota_chk(c.line.q_rcvd, c.iota_text, c.rcvd_text, s.ctx.trace);
         }
@@ -398,11 +519,11 @@ void settleCallsText(ContactState& c, const RunState& run)
     }
 }
 
-// Both remarks with the manager, the manager as it stands padded in them, and both remarks
-// composed again without it.
+// Both remarks with the manager, and the manager as it stands padded in them. The forms
+// without the manager are cut out of these remarks later, once the province is added.
 void composeRemarks(ContactState& c, const ConversionScope& s)
 {
-    RemarkValues values;
+    RemarkViews values;
     values.mng = c.mng;
     values.dx_mark = c.line.dx_mark;
     values.calls_text = c.calls_text;
@@ -415,32 +536,34 @@ void composeRemarks(ContactState& c, const ConversionScope& s)
     values.rcvd_text = c.rcvd_text;
     values.rmk1 = s.run.fixedRemark1;
     values.rmk2 = s.run.fixedRemark2;
-    c.rmks1 = s.composer.compose_rmks(1, values);
-    c.rmks2 = s.composer.compose_rmks(2, values);
+    s.composer.composeInto(1, values, c.rmks1);
+    s.composer.composeInto(2, values, c.rmks2);
 
     const int w = s.opt.mngWidth;
-    c.mng_pad = w > 0 ? text::padRight(c.mng, static_cast<std::size_t>(w) + 1) : c.mng + " ";
+    if (w > 0) {
+        padRightInto(c.mng_pad, c.mng, static_cast<std::size_t>(w) + 1);
+    } else {
+        c.mng_pad.assign(c.mng);
+        c.mng_pad += ' ';
+    }
     c.mng.clear();
-    values.mng.clear();
-    c.rmks1_nomng = s.composer.compose_rmks(1, values);
-    c.rmks2_nomng = s.composer.compose_rmks(2, values);
 }
 
 // The report received in three characters; a maritime mobile has no code and "MM" as QTH.
 void settleReportAndMaritime(ContactState& c)
 {
-    c.q_rst_rcvd = trimmed(text::left(c.line.q_rst_rcvd, 3));
-    const std::string& ext = c.line.call_ext;
+    c.q_rst_rcvd.assign(trim(leftView(c.line.q_rst_rcvd, 3)));
+    const std::string_view ext = c.line.call_ext;
     if (text::startsWith(ext, "M ") || text::startsWith(ext, "MM")) {
         c.dx_code.clear();
-        c.dx_name = text::left(ext, 2);
+        c.dx_name.assign(leftView(ext, 2));
     }
 }
 
 // The province of the received exchange, behind the remark that `Option3` names.
 void addProvince(ContactState& c, ConversionScope& s)
 {
-    if (blank(c.line.q_rcvd) || !s.opt.provinceLookup) {
+    if (!s.opt.provinceLookup || blank(c.line.q_rcvd)) {
         return;
     }
     const std::string province = s.look.provinceOf(c.line.q_rcvd);
@@ -455,28 +578,42 @@ void addProvince(ContactState& c, ConversionScope& s)
     }
 }
 
+// "YY/MM/DD" from the six-digit date and "hh:mm" with the time letter from the time.
 void formDateAndTime(ContactState& c)
 {
-    c.date8 = date8Of(c.q_date6);
-    c.time6 = text::left(c.q_time5, 2) + ":" + text::right(c.q_time5, 3);
+    const std::string_view d = c.q_date6;
+    c.date8.assign(d.substr(0, 2));
+    c.date8 += '/';
+    c.date8 += d.substr(std::min<std::size_t>(2, d.size()), 2);
+    c.date8 += '/';
+    c.date8 += d.substr(std::min<std::size_t>(4, d.size()), 2);
+
+    const std::string_view t = c.q_time5;
+    if (text::isAsciiText(t)) {
+        c.time6.assign(t.substr(0, 2));
+        c.time6 += ':';
+        c.time6 += t.size() > 3 ? t.substr(t.size() - 3) : t;
+    } else {
+        c.time6 = text::left(t, 2) + ":" + text::right(t, 3);
+    }
 }
 
 // The remarks without "@ " marks, and without the manager; a no-card record keeps only the
 // forms without the manager.
 void takeManagerOut(ContactState& c, const ConversionScope& s)
 {
-    c.rmks1_c = withoutAtMarks(c.rmks1);
-    c.rmks2_c = withoutAtMarks(c.rmks2);
+    withoutAtMarksInto(c.rmks1_c, c.rmks1);
+    withoutAtMarksInto(c.rmks2_c, c.rmks2);
     const int w = s.opt.mngWidth;
-    auto withoutManager = [&](const std::string& rmks) {
-        const std::string out =
-            w == 0 ? text::replaceAll(rmks, trim(c.mng_pad), "")
-                   : text::replaceAll(rmks, c.mng_pad,
-                                      std::string(static_cast<std::size_t>(w) + 1, ' '));
-        return withoutAtMarks(out);
+    const std::string blanks =
+        w == 0 ? std::string() : std::string(static_cast<std::size_t>(w) + 1, ' ');
+    const std::string_view from = w == 0 ? trim(c.mng_pad) : std::string_view(c.mng_pad);
+    auto withoutManager = [&](const std::string& rmks, std::string& out) {
+        replaceAllInto(c.scratch, rmks, from, blanks);
+        withoutAtMarksInto(out, c.scratch);
     };
-    c.rmks1_nomng = withoutManager(c.rmks1);
-    c.rmks2_nomng = withoutManager(c.rmks2);
+    withoutManager(c.rmks1, c.rmks1_nomng);
+    withoutManager(c.rmks2, c.rmks2_nomng);
     if (text::startsWith(c.qsl3, "N") || c.route == "N") {
         c.rmks1 = c.rmks1_nomng;
         c.rmks2 = c.rmks2_nomng;
@@ -486,15 +623,20 @@ void takeManagerOut(ContactState& c, const ConversionScope& s)
 // The "$DX" mark behind remark 1; a layout without any width is trimmed.
 void appendDxMark(ContactState& c, const ConversionScope& s)
 {
-    const std::string& dx_mark = c.line.dx_mark;
-    c.rmks1 += " " + dx_mark;
+    const std::string_view dx_mark = c.line.dx_mark;
+    c.rmks1 += ' ';
+    c.rmks1 += dx_mark;
     if (!s.layout.anyWidth()) {
-        c.rmks1 = trimmed(c.rmks1);
-        c.rmks2 = trimmed(c.rmks2);
-        c.rmks1_nomng = trimmed(c.rmks1_nomng + " " + dx_mark);
-        c.rmks1_c = trimmed(c.rmks1_c + " " + dx_mark);
-        c.rmks2_nomng = trimmed(c.rmks2_nomng);
-        c.rmks2_c = trimmed(c.rmks2_c);
+        trimInPlace(c.rmks1);
+        trimInPlace(c.rmks2);
+        c.rmks1_nomng += ' ';
+        c.rmks1_nomng += dx_mark;
+        trimInPlace(c.rmks1_nomng);
+        c.rmks1_c += ' ';
+        c.rmks1_c += dx_mark;
+        trimInPlace(c.rmks1_c);
+        trimInPlace(c.rmks2_nomng);
+        trimInPlace(c.rmks2_c);
     }
 }
 
@@ -509,54 +651,70 @@ void markNoBureau(ContactState& c, ConversionScope& s)
     }
 }
 
-// The sort record and the result record of the contact; the state is used up.
+// Appends one record line, every field in double quotes and separated by one comma, to
+// `line`: the text that `text::formatRecord` gives for the same fields.
+template <std::size_t N>
+void formatRecordInto(std::string& line, const std::array<std::string_view, N>& fields)
+{
+    line.clear();
+    for (std::size_t i = 0; i < N; ++i) {
+        if (i != 0) {
+            line += ',';
+        }
+        line += '"';
+        line += fields[i];
+        line += '"';
+    }
+}
+
+// The sort record and the result record of the contact, in the field orders of `SortRecord`
+// and `ResultRecord`, formatted from the state's texts without building either record and
+// written as whole lines.
 void writeContact(ContactState& c, text::LineWriter& sortOut, text::LineWriter& hamOut)
 {
-    SortRecord r;
-    r.call_key = std::move(c.call_key);
-    r.call_ext = c.line.call_ext;
-    r.dx_code = std::move(c.dx_code);
-    r.band_or_freq = c.line.band_or_freq;
-    r.mode = std::move(c.mode);
-    r.q_name = std::move(c.q_name);
-    r.route = std::move(c.route);
-    r.q_gl = std::move(c.q_gl);
-    r.q_date6 = std::move(c.q_date6);
-    r.q_time5 = std::move(c.q_time5);
-    r.q_rst_sent = c.line.q_rst_sent;
-    r.q_rst_rcvd = std::move(c.q_rst_rcvd);
-    r.dx_name = std::move(c.dx_name);
-    r.rmks1 = std::move(c.rmks1);
-    r.rmks2 = std::move(c.rmks2);
-    r.mng_pad = std::move(c.mng_pad);
-    r.rmks1_c = std::move(c.rmks1_c);
-    r.rmks2_c = std::move(c.rmks2_c);
-    r.rmks1_nomng = std::move(c.rmks1_nomng);
-    r.rmks2_nomng = std::move(c.rmks2_nomng);
-    r.q_call = std::move(c.q_call);
-    sortOut.writeRecord(r.fields());
-    const ResultRecord result =
-        resultOf(r, std::move(c.date8), std::move(c.time6), std::move(c.qsl3));
-    hamOut.writeRecord(result.fields());
+    const LineView& e = c.line;
+    formatRecordInto(c.scratch,
+                     std::array<std::string_view, SortRecord::kFields>{
+                         c.call_key,    c.line.call_ext, c.dx_code,    {},           e.band_or_freq,
+                         c.mode,        c.q_name,        c.route,      c.q_gl,       {},
+                         c.q_date6,     c.q_time5,       e.q_rst_sent, c.q_rst_rcvd, c.dx_name,
+                         c.rmks1,       c.rmks2,         c.mng_pad,    c.rmks1_c,    c.rmks2_c,
+                         c.rmks1_nomng, c.rmks2_nomng,   c.q_call});
+    sortOut.write(c.scratch);
+    formatRecordInto(c.scratch,
+                     std::array<std::string_view, ResultRecord::kFields>{
+                         c.call_key,   c.line.call_ext, c.date8,       c.time6,       e.q_rst_sent,
+                         c.q_rst_rcvd, e.band_or_freq,  c.mode,        c.dx_code,     c.q_gl,
+                         c.qsl3,       c.q_name,        c.dx_name,     c.rmks1,       c.rmks2,
+                         c.rmks1_c,    c.rmks2_c,       c.rmks1_nomng, c.rmks2_nomng, c.q_call});
+    hamOut.write(c.scratch);
+}
+
+// The progress label: the count of records done and of all records, each right-aligned in
+// four places as `alignedInFour` writes them.
+void formProgressLabel(std::string& out, long done, std::string_view ofAll)
+{
+    char digits[24];
+    char* const end = digits + sizeof digits;
+    char* p = end;
+    // `done` counts records from 1, so it is never negative.
+    unsigned long n = static_cast<unsigned long>(done);
+    do {
+        *--p = static_cast<char>('0' + n % 10);
+        n /= 10;
+    } while (n != 0);
+    const auto width = static_cast<std::size_t>(end - p);
+    out.assign(width < 4 ? 4 - width : 0, ' ');
+    out.append(p, width);
+    out += " / ";
+    out += ofAll;
 }
 
 } // namespace
 
 std::string normaliseMode(std::string_view mode)
 {
-    if (mode == "RTY" || mode == "TTY" || mode == "RTT") {
-        return "RTTY";
-    }
-    if (mode == "STV" || mode == "SST") {
-        return "SSTV";
-    }
-    if (mode == "PSK" || mode == "PS3" || mode == "PS31" || mode == "PSK3") {
-        return "PSK31";
-    }
-    if (mode == "PS63" || mode == "PSK6") {
-        return "PSK63";
-    }
-    return std::string(mode);
+    return std::string(normalisedModeView(mode));
 }
 
 std::string zoneText(std::string_view z, std::string_view f_type, int zoneForm,
@@ -618,9 +776,14 @@ void Henkan_txt(RunContext& ctx, const RemarkLayout& layout)
     ctx.trace.line("   Private sub Henkan_txt() ___ Do  読み込み");
 
     ConversionScope scope(ctx, look, layout);
+    const std::string ofAll = alignedInFour(count - 1);
+    std::vector<std::string_view> fields;
+    ContactState c;
+    std::string progressLabel;
     long done = 0;
     while (!in.atEnd()) {
-        ContactState c = startContact(EnrichedLine::from(in.fields(EnrichedLine::kFields)));
+        in.fieldViews(EnrichedLine::kFields, fields);
+        startContact(c, fields);
         testHistory(c, scope);
         applyNoCardLists(c, scope);
         chooseManager(c, scope);
@@ -644,7 +807,8 @@ void Henkan_txt(RunContext& ctx, const RemarkLayout& layout)
 
         ++done;
         ctx.observer.progress(done);
-        ctx.observer.label("Label35", alignedInFour(done) + " / " + alignedInFour(count - 1));
+        formProgressLabel(progressLabel, done, ofAll);
+        ctx.observer.label("Label35", progressLabel);
     }
     sortOut.close();
     hamOut.close();

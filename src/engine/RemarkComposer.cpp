@@ -2,62 +2,184 @@
 
 #include "text/Chars.h"
 #include "text/SjisText.h"
+#include "text/Utf8.h"
 
-#include <optional>
+#include <stdexcept>
+#include <utility>
 
 namespace vornhale::engine {
 namespace {
 
 bool isBlank(std::string_view s) { return text::trim(s).empty(); }
 
-// The value of an item by its working word; nothing for a word that is no item.
-std::optional<std::string> valueOf(std::string_view word, const RemarkValues& v,
-                                   const RemarkLayout& layout, bool provinceOn)
+// The items a working word can name; `None` for a word that is no item.
+enum Item : unsigned char {
+    None,
+    Mng,
+    DxMark,
+    Calls,
+    ContName,
+    Memo,
+    MemoEquals,
+    Op,
+    OpPercent,
+    Iota,
+    Zone,
+    StateName,
+    Rcvd,
+    Rmk1,
+    Rmk2,
+};
+
+Item itemOf(std::string_view word)
 {
-    if (word == "MNG") {
-        return v.mng;
+    static constexpr std::pair<std::string_view, Item> kWords[] = {{"MNG", Mng},
+                                                                   {"$DX", DxMark},
+                                                                   {"Calls", Calls},
+                                                                   {"cont_name_h", ContName},
+                                                                   {"memo", Memo},
+                                                                   {"memo=", MemoEquals},
+                                                                   {"OP", Op},
+                                                                   {"OP %", OpPercent},
+                                                                   {"IOTA", Iota},
+                                                                   {"ZONE", Zone},
+                                                                   {"s_name", StateName},
+                                                                   {"Rcvd", Rcvd},
+                                                                   {"rmk1", Rmk1},
+                                                                   {"rmk2", Rmk2}};
+    for (const auto& [text, item] : kWords) {
+        if (word == text) {
+            return item;
+        }
     }
-    if (word == "$DX") {
-        return v.dx_mark;
-    }
-    if (word == "Calls") {
+    return None;
+}
+
+// Appends the value of `item` to `out`; nothing for a word that is no item.
+void appendValue(std::string& out, Item item, const RemarkViews& v, bool callsHidden,
+                 bool provinceOn)
+{
+    switch (item) {
+    case Mng:
+        out += v.mng;
+        break;
+    case DxMark:
+        out += v.dx_mark;
+        break;
+    case Calls:
         // With a width the item shows the field the conversion keeps blank.
-        return layout.widthOf("Calls") > 0 ? std::string() : v.calls_text;
+        if (!callsHidden) {
+            out += v.calls_text;
+        }
+        break;
+    case ContName:
+        out += v.cont_name;
+        break;
+    case Memo:
+        out += v.q_memo;
+        break;
+    case MemoEquals:
+        if (!isBlank(v.q_memo)) {
+            out += "memo=";
+            out += v.q_memo;
+        }
+        break;
+    case Op:
+        out += v.q_op;
+        break;
+    case OpPercent:
+        if (!isBlank(v.q_op)) {
+            out += '%';
+            out += v.q_op;
+            out += '%';
+        }
+        break;
+    case Iota:
+        out += v.iota_text;
+        break;
+    case Zone:
+        out += v.zone_text;
+        break;
+    case StateName:
+        if (!provinceOn) {
+            out += v.dx_state;
+        }
+        break;
+    case Rcvd:
+        out += v.rcvd_text;
+        break;
+    case Rmk1:
+        out += v.rmk1;
+        break;
+    case Rmk2:
+        out += v.rmk2;
+        break;
+    case None:
+        break;
     }
-    if (word == "cont_name_h") {
-        return v.cont_name;
+}
+
+// Pads or cuts what stands in `out` from `from` on to `width` characters.
+void fitTail(std::string& out, std::size_t from, std::size_t width)
+{
+    const std::string_view tail = std::string_view(out).substr(from);
+    if (text::isAsciiText(tail)) {
+        // One byte is one character: the cut and the padding count bytes.
+        if (tail.size() > width) {
+            out.resize(from + width);
+        } else {
+            out.append(width - tail.size(), ' ');
+        }
+        return;
     }
-    if (word == "memo") {
-        return v.q_memo;
+    const std::string fitted = text::padRight(tail, width);
+    out.resize(from);
+    out += fitted;
+}
+
+void trimInPlace(std::string& s)
+{
+    const std::string_view t = text::trim(s);
+    const std::size_t begin = t.empty() ? 0 : static_cast<std::size_t>(t.data() - s.data());
+    s.resize(begin + t.size());
+    s.erase(0, begin);
+}
+
+// The part of one place appended to `out`: the value, fitted to the cell's width.
+void appendPart(std::string& out, Item item, int width, const RemarkViews& v, bool callsHidden,
+                bool provinceOn)
+{
+    if (item == None || width < 0) {
+        return;
     }
-    if (word == "memo=") {
-        return isBlank(v.q_memo) ? std::string() : "memo=" + v.q_memo;
+    const std::size_t from = out.size();
+    appendValue(out, item, v, callsHidden, provinceOn);
+    if (width > 0) {
+        fitTail(out, from, static_cast<std::size_t>(width));
     }
-    if (word == "OP") {
-        return v.q_op;
+}
+
+template <typename PlaceAt>
+void composeRow(std::size_t places, PlaceAt placeAt, const RemarkViews& v, bool fixed,
+                bool callsHidden, bool separated, bool provinceOn, std::string& out)
+{
+    out.clear();
+    for (std::size_t place = 0; place < places; ++place) {
+        const auto [item, width] = placeAt(place);
+        if (fixed) {
+            // A fixed layout keeps its columns.
+            appendPart(out, item, width, v, callsHidden, provinceOn);
+            if (separated) {
+                out += ' ';
+            }
+        } else {
+            trimInPlace(out);
+            if (separated) {
+                out += ' ';
+            }
+            appendPart(out, item, width, v, callsHidden, provinceOn);
+        }
     }
-    if (word == "OP %") {
-        return isBlank(v.q_op) ? std::string() : "%" + v.q_op + "%";
-    }
-    if (word == "IOTA") {
-        return v.iota_text;
-    }
-    if (word == "ZONE") {
-        return v.zone_text;
-    }
-    if (word == "s_name") {
-        return provinceOn ? std::string() : v.dx_state;
-    }
-    if (word == "Rcvd") {
-        return v.rcvd_text;
-    }
-    if (word == "rmk1") {
-        return v.rmk1;
-    }
-    if (word == "rmk2") {
-        return v.rmk2;
-    }
-    return std::nullopt;
 }
 
 } // namespace
@@ -66,33 +188,54 @@ std::string compose_rmks(const std::vector<std::string>& words, const std::vecto
                          const RemarkValues& values, const RemarkLayout& layout, bool separated,
                          bool provinceOn)
 {
-    const int total_width = layout.total_width();
     std::string rmks_out;
-    for (std::size_t place = 0; place < words.size(); ++place) {
-        const std::string& word = words[place];
-        std::string part;
-        if (const auto value = valueOf(word, values, layout, provinceOn)) {
-            // The width of the cell, not of the item: "memo=" has no slot and takes the width
-            // the packing wrote into its own cell.
-            const int w = place < widths.size() ? widths[place] : 0;
-            if (w == 0) {
-                part = *value;
-            } else if (w > 0) {
-                part = text::padRight(*value, static_cast<std::size_t>(w));
-            }
-        }
+    // The width of the cell, not of the item: "memo=" has no slot and takes the width the
+    // packing wrote into its own cell.
+    composeRow(
+        words.size(),
+        [&](std::size_t place) {
+            return std::pair<Item, int>{itemOf(words[place]),
+                                        place < widths.size() ? widths[place] : 0};
+        },
+        RemarkViews(values), layout.total_width() != 0, layout.widthOf("Calls") > 0, separated,
+        provinceOn, rmks_out);
+    return rmks_out;
+}
 
-        if (total_width == 0) {
-            rmks_out = std::string(text::trim(rmks_out)) + (separated ? " " : "") + part;
-        } else {
-            // A fixed layout keeps its columns.
-            rmks_out += part;
-            if (separated) {
-                rmks_out += ' ';
-            }
+RemarkComposer::RemarkComposer(const RemarkLayout& layout, bool separated, bool provinceOn)
+    : m_fixed(layout.total_width() != 0), m_callsHidden(layout.widthOf("Calls") > 0),
+      m_separated(separated), m_provinceOn(provinceOn)
+{
+    for (int row = 1; row <= 2; ++row) {
+        const std::vector<std::string>& words = layout.row(row);
+        const std::vector<int>& widths = layout.cellWidths(row);
+        std::vector<Place>& places = m_places[row - 1];
+        places.reserve(words.size());
+        for (std::size_t place = 0; place < words.size(); ++place) {
+            places.push_back({itemOf(words[place]), place < widths.size() ? widths[place] : 0});
         }
     }
-    return rmks_out;
+}
+
+std::string RemarkComposer::compose_rmks(int row, const RemarkValues& values) const
+{
+    std::string out;
+    composeInto(row, RemarkViews(values), out);
+    return out;
+}
+
+void RemarkComposer::composeInto(int row, const RemarkViews& values, std::string& out) const
+{
+    if (row != 1 && row != 2) {
+        throw std::out_of_range("remark row");
+    }
+    const std::vector<Place>& places = m_places[row - 1];
+    composeRow(
+        places.size(),
+        [&](std::size_t place) {
+            return std::pair<Item, int>{static_cast<Item>(places[place].item), places[place].width};
+        },
+        values, m_fixed, m_callsHidden, m_separated, m_provinceOn, out);
 }
 
 void iota_chk(std::string_view q_rcvd, std::string& iota_text, std::string& rcvd_text,

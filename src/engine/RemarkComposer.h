@@ -26,6 +26,22 @@ struct RemarkValues
     std::string rmk2; ///< the fixed text of `txtRmks2`
 };
 
+/// The same values as views into texts that outlive the composition: the record conversion
+/// composes from its own fields without copying them.
+struct RemarkViews
+{
+    std::string_view mng, dx_mark, calls_text, cont_name, q_memo, q_op, iota_text, zone_text,
+        dx_state, rcvd_text, rmk1, rmk2;
+
+    RemarkViews() = default;
+    explicit RemarkViews(const RemarkValues& v)
+        : mng(v.mng), dx_mark(v.dx_mark), calls_text(v.calls_text), cont_name(v.cont_name),
+          q_memo(v.q_memo), q_op(v.q_op), iota_text(v.iota_text), zone_text(v.zone_text),
+          dx_state(v.dx_state), rcvd_text(v.rcvd_text), rmk1(v.rmk1), rmk2(v.rmk2)
+    {
+    }
+};
+
 /// `compose_rmks`: the items of one packed row joined into one remark. `words` are the row's
 /// working words in order and `widths` their widths, place by place, as the layout's per-cell
 /// tables hold them (`RemarkLayout::cellWidths`); a place without a width reads 0. A width of
@@ -39,25 +55,33 @@ std::string compose_rmks(const std::vector<std::string>& words, const std::vecto
                          const RemarkValues& values, const RemarkLayout& layout, bool separated,
                          bool provinceOn);
 
-/// `compose_rmks` bound to the layouts and the two ticks of a run.
+/// `compose_rmks` bound to the layouts and the two ticks of a run. The rows, their widths and
+/// which item each working word names are taken from `layout` once, when the composer is
+/// made; a layout changed afterwards needs a new composer.
 class RemarkComposer
 {
 public:
-    RemarkComposer(const RemarkLayout& layout, bool separated, bool provinceOn)
-        : m_layout(layout), m_separated(separated), m_provinceOn(provinceOn)
-    {
-    }
+    RemarkComposer(const RemarkLayout& layout, bool separated, bool provinceOn);
 
     /// Remark 1 or 2 from its packed row of the bound layouts; see the free `compose_rmks`.
     /// Any other row number throws std::out_of_range.
-    std::string compose_rmks(int row, const RemarkValues& values) const
-    {
-        return engine::compose_rmks(m_layout.row(row), m_layout.cellWidths(row), values, m_layout,
-                                    m_separated, m_provinceOn);
-    }
+    std::string compose_rmks(int row, const RemarkValues& values) const;
+
+    /// The same remark written into `out` (replacing what it held, keeping its capacity), from
+    /// views of the values. Any other row number than 1 or 2 throws std::out_of_range.
+    void composeInto(int row, const RemarkViews& values, std::string& out) const;
 
 private:
-    const RemarkLayout& m_layout;
+    // One place of a packed row: the item its working word names, and the cell's width.
+    struct Place
+    {
+        unsigned char item = 0;
+        int width = 0;
+    };
+
+    std::vector<Place> m_places[2];
+    bool m_fixed;       // the layout sets widths: nothing is trimmed
+    bool m_callsHidden; // "Calls" has a width and so shows the field kept blank
     bool m_separated;
     bool m_provinceOn;
 };

@@ -385,3 +385,109 @@ TEST(Henkan_txt, WithoutTheSeparatorThePaddedManagerIsNotFoundAndStays)
     EXPECT_EQ(results[0][RRmks1], "@W1XX TNX ");
     EXPECT_EQ(results[0][17], "@W1XX TNX");
 }
+
+TEST(Henkan_txt, AKanjiHomeCallIsItsOwnManagerWhenTheManagerIsItPaddedToSixCharacters)
+{
+    // The home call is held in six characters, not bytes, for the own-manager test.
+    for (const auto& [home, padded] : std::vector<std::pair<std::string, std::string>>{
+             {"JA1AB", "JA1AB "}, {"東京", "東京    "}, {"ｶﾅ1", "ｶﾅ1   "}}) {
+        Conversion own;
+        own.managers.file[home] = padded;
+        EXPECT_EQ(own.run({line(home, home)}).second[0][RQsl], "J* ") << home;
+        EXPECT_EQ(text::padRight(home, 6), padded);
+
+        Conversion other;
+        other.managers.file[home] = home;
+        EXPECT_EQ(other.run({line(home, home)}).second[0][RQsl], "M* ") << home;
+    }
+}
+
+TEST(Henkan_txt, TheMemoIsUpperCasedInAsciiAndInFullWidthLetters)
+{
+    for (const std::string memo : {"qsl via bureau", "qsl ｑｓｌ 東京", "ｶﾅ abc"}) {
+        Conversion c;
+        c.options.set("Rmks1_cfg", "memo,,,,,,,,,,,,");
+        auto e = line("JA1ABC", "JA1ABC");
+        e.q_memo = memo;
+        EXPECT_EQ(c.run({e}).second[0][RRmks1], text::upper(memo)) << memo;
+    }
+}
+
+TEST(Henkan_txt, TheReportReceivedKeepsThreeCharactersOfAsciiOrKanjiText)
+{
+    for (const std::string rst : {"5991", " 59 ", "５９９１", "599東京", "5"}) {
+        Conversion c;
+        auto e = line("JA1ABC", "JA1ABC");
+        e.q_rst_rcvd = rst;
+        const auto [sorts, results] = c.run({e});
+        const std::string expected(text::trim(text::left(rst, 3)));
+        EXPECT_EQ(sorts[0][SRstR], expected) << rst;
+        EXPECT_EQ(results[0][RRstR], expected) << rst;
+    }
+}
+
+TEST(Henkan_txt, AMaritimeMarkBeforeKanjiTextShowsItsTwoCharacters)
+{
+    for (const auto& [ext, qth] : std::vector<std::pair<std::string, std::string>>{
+             {"MM東", "MM"}, {"M 東京", "M "}, {"MM", "MM"}, {"M東", "Taiwan"}}) {
+        Conversion c;
+        const auto [sorts, results] = c.run({line("JA6ZZZ/MM", "JA6ZZZ", ext)});
+        EXPECT_EQ(results[0][RQth], qth) << ext;
+        EXPECT_EQ(results[0][RCode], qth == "Taiwan" ? "566A" : "") << ext;
+    }
+}
+
+TEST(Henkan_txt, TheResultTimeIsTheFirstTwoAndTheLastThreeCharactersOfTheTime)
+{
+    for (const auto& [time, shown] : std::vector<std::pair<std::string, std::string>>{
+             {"0905", "09:05U"}, {"9", "9U:9U"}, {"時間", "時間:時間U"}, {"０９05", "０９:05U"}}) {
+        Conversion c;
+        c.options.set("Option05", "0");
+        auto e = line("JA1ABC", "JA1ABC");
+        e.q_time = time;
+        const auto [sorts, results] = c.run({e});
+        EXPECT_EQ(sorts[0][STime], time + "U");
+        EXPECT_EQ(results[0][RTime], shown) << time;
+        EXPECT_EQ(results[0][RTime], text::left(time + "U", 2) + ":" + text::right(time + "U", 3));
+    }
+}
+
+namespace {
+
+// Records the texts of the progress label.
+struct LabelObserver : test::RecordingObserver
+{
+    std::vector<std::string> labels;
+    void label(std::string_view name, std::string_view text) override
+    {
+        if (name == "Label35") {
+            labels.emplace_back(text);
+        }
+    }
+};
+
+} // namespace
+
+TEST(Henkan_txt, TheProgressLabelShowsTheRecordsDoneAndAllRecordsInFourPlaces)
+{
+    Conversion c;
+    {
+        text::LineWriter w(c.work("zlog_2.txt"));
+        for (int i = 0; i < 3; ++i) {
+            w.write(text::formatRecord(line("JA1ABC", "JA1ABC").fields()));
+        }
+        w.close();
+    }
+    LabelObserver observer;
+    engine::RunContext ctx{c.options, c.folder,  c.trace,     observer,
+                           c.dialogs, c.program, *c.entities, {}};
+    ctx.lookups = c.lookups;
+    ctx.run.in_name = (c.dir / "CONTEST.ALL").string();
+    ctx.run.f_type = "all";
+    ctx.run.names = readers::OutputNames::of(ctx.run.in_name);
+    const auto layout = engine::RemarkLayout::fromOptions(c.options);
+    engine::Henkan_txt(ctx, layout);
+    // The count is the line number of the file's end: one more than its lines.
+    EXPECT_EQ(observer.labels,
+              (std::vector<std::string>{"   1 /    3", "   2 /    3", "   3 /    3"}));
+}

@@ -353,3 +353,60 @@ TEST(iota_chk, WritesItsNameToTheTrace)
         EXPECT_EQ(test::readBytes(trace.path()), "Private sub iota_chk()\r\n");
     }
 }
+
+TEST(compose_rmks, TheBoundComposerWritesWhatTheFreeOneReturnsForAsciiAndKanjiValues)
+{
+    const RemarkLayout fixed =
+        layoutOf("MNG,memo=,OP %,Rcvd,Rmks1,,,,,,,,", "5,0,0,4,3,0,0,0,0,0,0,0,",
+                 "Rmks2,Zone,州名,$DX,,,,,,,,,", "2,0,0,0,0,0,0,0,0,0,0,0,");
+    const RemarkLayout free = layoutOf("MNG,memo=,OP %,Rcvd,Rmks1,,,,,,,,", kZeros,
+                                       "Rmks2,Zone,州名,$DX,,,,,,,,,", kZeros);
+    RemarkValues ascii;
+    ascii.mng = "@JA1ZZZ";
+    ascii.q_memo = " QSL VIA ";
+    ascii.q_op = "OP1";
+    ascii.rcvd_text = "59913";
+    ascii.rmk1 = "RMK";
+    ascii.rmk2 = "R2 ";
+    ascii.zone_text = "Z25";
+    ascii.dx_state = "CA";
+    ascii.dx_mark = "$DX";
+    RemarkValues kanji = ascii;
+    kanji.mng = "@東京都";
+    kanji.q_memo = "ﾒﾓ 東京";
+    kanji.q_op = "山田";
+    kanji.rcvd_text = "１３東";
+    kanji.rmk1 = "新宿区西";
+    kanji.rmk2 = "大阪府";
+    for (const RemarkLayout* l : {&fixed, &free}) {
+        for (const bool check1 : {false, true}) {
+            for (const bool check5 : {false, true}) {
+                const engine::RemarkComposer bound(*l, check1, check5);
+                std::string out = "left over from the contact before";
+                for (const RemarkValues* v : {&ascii, &kanji}) {
+                    for (int row = 1; row <= 2; ++row) {
+                        const std::string expected = engine::compose_rmks(
+                            l->row(row), l->cellWidths(row), *v, *l, check1, check5);
+                        bound.composeInto(row, engine::RemarkViews(*v), out);
+                        EXPECT_EQ(out, expected) << row << check1 << check5;
+                        EXPECT_EQ(bound.compose_rmks(row, *v), expected);
+                    }
+                }
+            }
+        }
+    }
+    // The widths count characters: the kanji manager is padded to five of them, not bytes.
+    const engine::RemarkComposer bound(fixed, false, false);
+    std::string out;
+    bound.composeInto(1, engine::RemarkViews(kanji), out);
+    EXPECT_EQ(out.substr(0, std::string("@東京都 memo=").size()), "@東京都 memo=");
+}
+
+TEST(compose_rmks, TheBoundComposerRefusesARowOtherThanOneOrTwo)
+{
+    const RemarkLayout l = layoutOf("MNG,,,,,,,,,,,,", kZeros);
+    const engine::RemarkComposer bound(l, false, false);
+    std::string out;
+    EXPECT_THROW(bound.composeInto(3, engine::RemarkViews(), out), std::out_of_range);
+    EXPECT_THROW(bound.compose_rmks(0, RemarkValues()), std::out_of_range);
+}
