@@ -19,7 +19,9 @@ bool isLeadByte(unsigned b) { return (b >= 0x81 && b <= 0x9F) || (b >= 0xE0 && b
 bool isTrailByte(unsigned b) { return b >= 0x40 && b <= 0xFC && b != 0x7F; }
 
 // CP932 tables, built once from the system's converter so that the character set is exactly
-// Microsoft's, then used without calling iconv per character.
+// Microsoft's, then used without calling iconv per character. The double-byte characters are
+// converted a lead byte at a time and the preferred byte pairs in one run, so the start of the
+// program pays for a few hundred calls of the converter, not for twenty thousand.
 struct Tables
 {
     std::array<char32_t, 256> single{};               // 0 where the byte is no character
@@ -34,75 +36,60 @@ struct Tables
             fromUnicode == reinterpret_cast<iconv_t>(-1)) {
             throw std::runtime_error("the system has no CP932 converter (iconv)");
         }
-        auto decodeOne = [&](const unsigned char* in, std::size_t len) -> char32_t {
-            iconv(toUnicode, nullptr, nullptr, nullptr, nullptr);
-            char buf[8];
-            char* ip = const_cast<char*>(reinterpret_cast<const char*>(in));
-            char* op = buf;
-            std::size_t il = len, ol = sizeof buf;
-            if (iconv(toUnicode, &ip, &il, &op, &ol) == static_cast<std::size_t>(-1) || il != 0 ||
-                ol != 4) {
-                return 0;
-            }
-            char32_t cp;
-            std::memcpy(&cp, buf, 4);
-            return cp;
-        };
-        auto encodeOne = [&](char32_t cp) -> std::uint16_t {
-            iconv(fromUnicode, nullptr, nullptr, nullptr, nullptr);
-            char in[4];
-            std::memcpy(in, &cp, 4);
-            unsigned char buf[4];
-            char* ip = in;
-            char* op = reinterpret_cast<char*>(buf);
-            std::size_t il = 4, ol = sizeof buf;
-            if (iconv(fromUnicode, &ip, &il, &op, &ol) == static_cast<std::size_t>(-1)) {
-                return 0;
-            }
-            std::size_t n = sizeof buf - ol;
-            if (n == 1) {
-                return buf[0];
-            }
-            if (n == 2) {
-                return static_cast<std::uint16_t>(buf[0] << 8 | buf[1]);
-            }
-            return 0;
-        };
-
         for (unsigned b = 0; b < 256; ++b) {
             if (isLeadByte(b)) {
                 continue;
             }
-            unsigned char in[1] = {static_cast<unsigned char>(b)};
-            char32_t cp = b < 0x80 ? b : decodeOne(in, 1);
+            const unsigned char in[1] = {static_cast<unsigned char>(b)};
+            char32_t cp = 0;
+            if (b < 0x80) {
+                cp = b;
+            } else {
+                decodeUnits(toUnicode, in, 1, 1, &cp);
+            }
             single[b] = cp;
             if (cp != 0 && cp < 0x10000 && encode[cp] == 0) {
                 encode[cp] = static_cast<std::uint16_t>(b);
             }
         }
+        // The first pair of each character, in code order, with the pair it came from.
+        std::vector<char32_t> firsts;
+        std::vector<std::uint16_t> pairsOfFirsts;
+        std::vector<unsigned char> pairs;
+        std::vector<char32_t> decoded;
         for (unsigned lead = 0x81; lead <= 0xFC; ++lead) {
             if (!isLeadByte(lead)) {
                 continue;
             }
+            pairs.clear();
             for (unsigned trail = 0x40; trail <= 0xFC; ++trail) {
-                if (!isTrailByte(trail)) {
-                    continue;
+                if (isTrailByte(trail)) {
+                    pairs.push_back(static_cast<unsigned char>(lead));
+                    pairs.push_back(static_cast<unsigned char>(trail));
                 }
-                unsigned char in[2] = {static_cast<unsigned char>(lead),
-                                       static_cast<unsigned char>(trail)};
-                char32_t cp = decodeOne(in, 2);
+            }
+            decoded.assign(pairs.size() / 2, 0);
+            decodeUnits(toUnicode, pairs.data(), pairs.size(), 2, decoded.data());
+            for (std::size_t i = 0; i < decoded.size(); ++i) {
+                const char32_t cp = decoded[i];
                 if (cp == 0) {
                     continue;
                 }
-                doubled[lead << 8 | trail] = cp;
+                const auto code = static_cast<std::uint16_t>(lead << 8 | pairs[2 * i + 1]);
+                doubled[code] = cp;
                 if (cp < 0x10000 && encode[cp] == 0) {
                     // Several byte pairs can stand for one character; the converter's own
-                    // choice is the one Windows writes.
-                    std::uint16_t preferred = encodeOne(cp);
-                    encode[cp] = preferred != 0 ? preferred
-                                                : static_cast<std::uint16_t>(lead << 8 | trail);
+                    // choice is the one Windows writes, settled below.
+                    encode[cp] = code;
+                    firsts.push_back(cp);
+                    pairsOfFirsts.push_back(code);
                 }
             }
+        }
+        std::vector<std::uint16_t> preferred(firsts.size(), 0);
+        encodeAll(fromUnicode, firsts, preferred);
+        for (std::size_t i = 0; i < firsts.size(); ++i) {
+            encode[firsts[i]] = preferred[i] != 0 ? preferred[i] : pairsOfFirsts[i];
         }
         // Text typed on other systems uses the JIS forms of a few characters that Windows
         // keeps under other code points; they are written with the bytes Windows writes.
@@ -116,6 +103,118 @@ struct Tables
         }
         iconv_close(toUnicode);
         iconv_close(fromUnicode);
+    }
+
+    // Decodes `size` bytes of units of `unit` bytes each into one code point per unit (0 for
+    // a unit the converter refuses): one call per run of good units.
+    static void decodeUnits(iconv_t cd, const unsigned char* bytes, std::size_t size,
+                            std::size_t unit, char32_t* out)
+    {
+        std::size_t done = 0;
+        while (done < size) {
+            iconv(cd, nullptr, nullptr, nullptr, nullptr);
+            char* ip = const_cast<char*>(reinterpret_cast<const char*>(bytes + done));
+            std::size_t il = size - done;
+            char* op = reinterpret_cast<char*>(out + done / unit);
+            std::size_t ol = (size - done) / unit * 4;
+            const std::size_t rc = iconv(cd, &ip, &il, &op, &ol);
+            const std::size_t taken = (size - done) - il;
+            const std::size_t written = (size - done) / unit * 4 - ol;
+            if (taken % unit != 0 || written != taken / unit * 4) {
+                // Not one code point per unit: settle this run unit by unit.
+                for (std::size_t at = done; at < size; at += unit) {
+                    out[at / unit] = decodeOne(cd, bytes + at, unit);
+                }
+                return;
+            }
+            done += taken;
+            if (rc == static_cast<std::size_t>(-1) && done < size) {
+                out[done / unit] = 0;
+                done += unit;
+            }
+        }
+    }
+
+    static char32_t decodeOne(iconv_t cd, const unsigned char* in, std::size_t len)
+    {
+        iconv(cd, nullptr, nullptr, nullptr, nullptr);
+        char buf[8];
+        char* ip = const_cast<char*>(reinterpret_cast<const char*>(in));
+        char* op = buf;
+        std::size_t il = len, ol = sizeof buf;
+        if (iconv(cd, &ip, &il, &op, &ol) == static_cast<std::size_t>(-1) || il != 0 ||
+            ol != 4) {
+            return 0;
+        }
+        char32_t cp;
+        std::memcpy(&cp, buf, 4);
+        return cp;
+    }
+
+    static std::uint16_t encodeOne(iconv_t cd, char32_t cp)
+    {
+        iconv(cd, nullptr, nullptr, nullptr, nullptr);
+        char in[4];
+        std::memcpy(in, &cp, 4);
+        unsigned char buf[4];
+        char* ip = in;
+        char* op = reinterpret_cast<char*>(buf);
+        std::size_t il = 4, ol = sizeof buf;
+        if (iconv(cd, &ip, &il, &op, &ol) == static_cast<std::size_t>(-1)) {
+            return 0;
+        }
+        const std::size_t n = sizeof buf - ol;
+        if (n == 1) {
+            return buf[0];
+        }
+        if (n == 2) {
+            return static_cast<std::uint16_t>(buf[0] << 8 | buf[1]);
+        }
+        return 0;
+    }
+
+    // The bytes the converter writes for each of `cps` (0 where it writes none), one call per
+    // run of characters it takes.
+    static void encodeAll(iconv_t cd, const std::vector<char32_t>& cps,
+                          std::vector<std::uint16_t>& out)
+    {
+        std::vector<unsigned char> bytes(cps.size() * 2 + 8);
+        std::size_t done = 0;
+        while (done < cps.size()) {
+            iconv(cd, nullptr, nullptr, nullptr, nullptr);
+            char* ip = const_cast<char*>(reinterpret_cast<const char*>(cps.data() + done));
+            std::size_t il = (cps.size() - done) * 4;
+            char* op = reinterpret_cast<char*>(bytes.data());
+            std::size_t ol = bytes.size();
+            const std::size_t rc = iconv(cd, &ip, &il, &op, &ol);
+            const std::size_t taken = (cps.size() - done) * 4 - il;
+            const std::size_t written = bytes.size() - ol;
+            // Each character took one byte, or two behind a lead byte.
+            std::size_t at = 0, count = 0;
+            while (at < written && count < taken / 4) {
+                const unsigned b = bytes[at];
+                if (isLeadByte(b) && at + 1 < written) {
+                    out[done + count] = static_cast<std::uint16_t>(b << 8 | bytes[at + 1]);
+                    at += 2;
+                } else {
+                    out[done + count] = static_cast<std::uint16_t>(b);
+                    at += 1;
+                }
+                ++count;
+            }
+            if (taken % 4 != 0 || count != taken / 4 || at != written) {
+                // Not the form looked for: settle the rest character by character.
+                for (std::size_t i = done; i < cps.size(); ++i) {
+                    out[i] = encodeOne(cd, cps[i]);
+                }
+                return;
+            }
+            done += count;
+            if (rc == static_cast<std::size_t>(-1) && done < cps.size()) {
+                out[done] = 0;
+                ++done;
+            }
+        }
     }
 };
 

@@ -62,3 +62,31 @@ TEST(SjisCodec, WidthOfCharacters)
     EXPECT_EQ(sjisWidth(U'変'), 2);
     EXPECT_EQ(sjisWidth(rawByteCodePoint(0x80)), 1);
 }
+
+TEST(SjisCodec, EveryDoubleByteCharacterComesBackAsTheBytesWindowsWritesForIt)
+{
+    int characters = 0;
+    for (unsigned lead = 0x81; lead <= 0xFC; ++lead) {
+        if (lead > 0x9F && lead < 0xE0) {
+            continue;
+        }
+        for (unsigned trail = 0x40; trail <= 0xFC; ++trail) {
+            if (trail == 0x7F) {
+                continue;
+            }
+            const std::string pair{static_cast<char>(lead), static_cast<char>(trail)};
+            const std::string text = decodeSjis(pair);
+            if (encodeSjis(text) == pair) {
+                ++characters;
+                continue;
+            }
+            // A character with two byte pairs goes out as the other one, which reads back
+            // as the same character.
+            EXPECT_EQ(decodeSjis(encodeSjis(text)), text) << std::hex << lead << trail;
+        }
+    }
+    // The IBM extensions of the NEC rows go out in the IBM rows, as Windows writes them.
+    EXPECT_EQ(encodeSjis(decodeSjis("\xED\x40")), "\xFA\x5C");
+    EXPECT_EQ(encodeSjis(decodeSjis("\x87\x90")), "\x81\xE0"); // ≒: the JIS row wins
+    EXPECT_GT(characters, 9000);
+}
