@@ -17,6 +17,7 @@
 #include <cstring>
 #include <filesystem>
 #include <initializer_list>
+#include <numeric>
 
 namespace vornhale::engine {
 namespace {
@@ -92,22 +93,36 @@ public:
     /// The next record into `f`. Throws Failure 62 when the file ends first.
     void next(RawFields& f)
     {
-        const char* const end = m_bytes.data() + m_bytes.size();
-        const char* p = m_bytes.data() + m_pos;
-        m_plain = true;
-        for (std::size_t i = 0; i < f.size(); ++i) {
+        const char* const begin = m_bytes.data();
+        const char* const end = begin + m_bytes.size();
+        const char* p = begin + m_pos;
+        bool plain = true;
+        const std::size_t last = f.size() - 1;
+        for (std::size_t i = 0; i <= last; ++i) {
             if (p >= end) {
                 throw failure::Failure(failure::InputPastEnd,
                                        "ファイルの終わりを越えて入力しようとしました。");
             }
-            Form form = Form::Other;
-            p = nextField(p, end, f[i], form);
-            // Between two fields only a comma; the last field may end anyhow.
-            if (form == Form::Other || (form == Form::QuotedAlone && i + 1 < f.size())) {
-                m_plain = false;
+            if (*p != '"') {
+                plain = false;
+                p = nextField(p, end, f[i]);
+                continue;
             }
+            // The usual field: in double quotes, a comma right after them.
+            const char* const close = findQuote(p + 1, end);
+            f[i] = std::string_view(p + 1, static_cast<std::size_t>(close - p - 1));
+            if (close + 1 < end && close[1] == ',') {
+                p = close + 2;
+                continue;
+            }
+            // Only the last field of a plain record may end otherwise.
+            if (i != last || close == end) {
+                plain = false;
+            }
+            p = afterSeparator(toSeparator(close < end ? close + 1 : end, end), end);
         }
-        m_pos = static_cast<std::size_t>(p - m_bytes.data());
+        m_plain = plain;
+        m_pos = static_cast<std::size_t>(p - begin);
     }
 
     /// Whether the fields of the last record are all ASCII.
@@ -148,19 +163,12 @@ public:
     }
 
 private:
-    // How a field stood: in double quotes right at its start and followed by a comma, in
-    // double quotes right at its start and closed, or otherwise.
-    enum class Form { QuotedWithComma, QuotedAlone, Other };
-
     // One field from `p` (before `end`) into `field`; returns the place after its separator.
     // A field begins at the first non-blank byte; a double quote there makes it run to the next
     // double quote (what follows up to the next comma or line end is dropped), otherwise it
     // runs to the next comma or line end with surrounding blanks dropped.
-    static const char* nextField(const char* p, const char* end, std::string_view& field,
-                                 Form& form)
+    static const char* nextField(const char* p, const char* end, std::string_view& field)
     {
-        form = Form::Other;
-        const bool atQuote = *p == '"';
         while (p < end && *p == ' ') {
             ++p;
         }
@@ -169,13 +177,7 @@ private:
             const char* const close = findQuote(open, end);
             field = std::string_view(open, static_cast<std::size_t>(close - open));
             if (close + 1 < end && close[1] == ',') {
-                if (atQuote) {
-                    form = Form::QuotedWithComma;
-                }
                 return close + 2;
-            }
-            if (atQuote && close < end) {
-                form = Form::QuotedAlone;
             }
             return afterSeparator(toSeparator(close < end ? close + 1 : end, end), end);
         }
@@ -301,14 +303,90 @@ resultFields(const Fields& k, bool singles, const std::string& QSL_Q, std::strin
             qsl3,  at(6), at(14), at(15), at(16), at(18), at(19), at(20), at(21), at(22)};
 }
 
+// A line built in place: room is made once for the whole line, then bytes are copied in.
+class LineBuilder
+{
+public:
+    /// Starts a new line of at most `size` bytes.
+    void start(std::size_t size)
+    {
+        if (m_buffer.size() < size) {
+            m_buffer.resize(2 * size);
+        }
+        m_end = m_buffer.data();
+    }
+    void put(std::string_view bytes)
+    {
+        std::memcpy(m_end, bytes.data(), bytes.size());
+        m_end += bytes.size();
+    }
+    void put(char byte) { *m_end++ = byte; }
+    std::string_view view() const
+    {
+        return {m_buffer.data(), static_cast<std::size_t>(m_end - m_buffer.data())};
+    }
+
+private:
+    std::string m_buffer;
+    char* m_end = nullptr;
+};
+
+// The result line of a plain ASCII keyed record `k` (see resultFields), the card mark being
+// ASCII too: runs of neighbouring fields are copied as they stand in the keyed record.
+void writePlainResult(LineBuilder& line, const RawFields& k, bool singles, const std::string& QSL_Q)
+{
+    line.start(RawRecords::quoted(k, 0, k.size() - 1).size() + 2 * QSL_Q.size() + 64);
+    line.put(RawRecords::quoted(k, 1, 2));
+    // "YY/MM/DD" from the six-digit date.
+    const std::string_view date6 = k[11];
+    line.put(",\"");
+    line.put(date6.substr(0, 2));
+    line.put('/');
+    line.put(date6.substr(std::min<std::size_t>(2, date6.size()), 2));
+    line.put('/');
+    line.put(date6.substr(std::min<std::size_t>(4, date6.size()), 2));
+    // "HH:MMU" from the five-character time.
+    const std::string_view time5 = k[12];
+    line.put("\",\"");
+    line.put(time5.substr(0, 2));
+    line.put(':');
+    line.put(time5.size() > 3 ? time5.substr(time5.size() - 3) : time5);
+    line.put("\",");
+    line.put(RawRecords::quoted(k, 13, 14));
+    line.put(',');
+    line.put(RawRecords::quoted(k, 5, 6));
+    line.put(',');
+    line.put(RawRecords::quoted(k, 3, 3));
+    line.put(',');
+    line.put(RawRecords::quoted(k, 9, 9));
+    // The card mark: the route, the bureau mark for "J" or the mark itself, two blanks.
+    std::string_view route = k[8];
+    if (route == QSL_Q || route == "J") {
+        route = QSL_Q.empty() ? std::string_view(" ") : std::string_view(QSL_Q);
+    }
+    line.put(",\"");
+    if (singles && !route.empty() && route[0] == 'J') {
+        line.put(QSL_Q);
+        line.put(route.substr(1));
+    } else {
+        line.put(route);
+    }
+    line.put("  \",");
+    line.put(RawRecords::quoted(k, 7, 7));
+    line.put(',');
+    line.put(RawRecords::quoted(k, 15, 22));
+}
+
 // Turns a sorted keyed file into result records; the sentinel is dropped. `singles` says
 // whether a "J" route of the card mark takes the operator's bureau mark.
 void writeResults(RunContext& ctx, const fs::path& in, bool singles, text::LineWriter& out)
 {
     const std::string& QSL_Q = ctx.run.QSL_Q;
+    const bool asciiMark = text::isAsciiText(QSL_Q);
     RawRecords reader(in);
     RawFields k;
-    std::string date8, time6, qsl3, line;
+    std::string date8, time6, qsl3;
+    LineBuilder line;
     do {
         reader.next(k);
         // ASCII bytes decode to themselves and no other bytes decode to ASCII, so the call is
@@ -321,39 +399,25 @@ void writeResults(RunContext& ctx, const fs::path& in, bool singles, text::LineW
             out.writeRecord(resultFields(decoded, singles, QSL_Q, date8, time6, qsl3));
             continue;
         }
+        if (asciiMark && reader.plain()) {
+            writePlainResult(line, k, singles, QSL_Q);
+            out.writeRaw(line.view());
+            continue;
+        }
         const auto fields = resultFields(k, singles, QSL_Q, date8, time6, qsl3);
         if (!text::isAsciiText(qsl3)) {
             out.writeRecord(fields);
             continue;
         }
-        if (reader.plain()) {
-            // Runs of neighbouring fields are taken as they stand in the keyed record.
-            line.assign(RawRecords::quoted(k, 1, 2));
-            line.append(",\"", 2);
-            line.append(date8);
-            line.append("\",\"", 3);
-            line.append(time6);
-            line.append("\",", 2);
-            line.append(RawRecords::quoted(k, 13, 14));
-            line.push_back(',');
-            line.append(RawRecords::quoted(k, 5, 6));
-            line.push_back(',');
-            line.append(RawRecords::quoted(k, 3, 3));
-            line.push_back(',');
-            line.append(RawRecords::quoted(k, 9, 9));
-            line.append(",\"", 2);
-            line.append(qsl3);
-            line.append("\",", 2);
-            line.append(RawRecords::quoted(k, 7, 7));
-            line.push_back(',');
-            line.append(RawRecords::quoted(k, 15, 22));
-        } else {
-            line.clear();
-            for (std::string_view field : fields) {
-                appendQuoted(line, field);
-            }
+        line.start(fields.size() * 3 +
+                   std::accumulate(fields.begin(), fields.end(), std::size_t{0},
+                                   [](std::size_t n, std::string_view f) { return n + f.size(); }));
+        for (std::size_t i = 0; i < fields.size(); ++i) {
+            line.put(i == 0 ? std::string_view("\"") : std::string_view(",\""));
+            line.put(fields[i]);
+            line.put('"');
         }
-        out.writeRaw(line);
+        out.writeRaw(line.view());
     } while (!reader.atEnd());
 }
 
