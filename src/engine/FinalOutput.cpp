@@ -2,17 +2,22 @@
 
 #include "base/Clock.h"
 #include "base/PairedReplace.h"
-
-#include "failure/Failure.h"
 #include "engine/Records.h"
 #include "engine/RemarkLayout.h"
+#include "failure/Failure.h"
 #include "readers/OutputNames.h"
 #include "reference/EntityLookup.h"
 #include "text/Chars.h"
 #include "text/LineFile.h"
 #include "text/Record.h"
+#include "text/SjisCodec.h"
 #include "text/SjisText.h"
+#include "text/Utf8.h"
 
+#include <algorithm>
+#include <bit>
+#include <cstdint>
+#include <cstring>
 #include <ctime>
 #include <filesystem>
 
@@ -29,6 +34,265 @@ constexpr std::size_t call_key = 0, call_ext = 1, date8 = 2, time6 = 3, q_rst_se
                       q_rst_rcvd = 5, band_or_freq = 6, mode = 7, dx_code = 8, q_gl = 9, qsl3 = 10,
                       q_name = 11, dx_name = 12, rmks1 = 13, rmks2 = 14, q_call = 15;
 } // namespace reduced
+
+[[noreturn]] void inputPastEnd()
+{
+    throw failure::Failure(failure::InputPastEnd, "ファイルの終わりを越えて入力しようとしました。");
+}
+
+// The records of a working file, read from its Shift-JIS bytes with the fields found where a
+// text::RecordReader finds them in the decoded text. Commas, quotes, blanks and line ends are
+// ASCII bytes that are never the second byte of a double-byte character, and the decoder never
+// joins them to a byte before them, so they stand at the same places in the bytes as in the
+// text. A record of ASCII bytes is its own text and is never decoded.
+class RecordBytes
+{
+public:
+    explicit RecordBytes(const fs::path& path) : m_bytes(text::readFileBytes(path)) {}
+
+    bool atEnd() const { return m_pos >= m_bytes.size(); }
+
+    // The next `count` fields into `out`, as text::RecordReader::fieldViews gives them. True
+    // when the record's bytes are all ASCII: the views are then the file's own bytes. Otherwise
+    // each field with other bytes is decoded into the reader and stays valid until the next
+    // call. Throws Failure 62 when the file ends before the record does.
+    bool next(std::size_t count, std::vector<std::string_view>& out);
+
+    // Whether the last record stood as a record line writes it: every field opened by a quote
+    // right after the comma of the one before. The bytes from a field's opening quote to a
+    // later field's closing quote are then those fields as a record line holds them.
+    bool canonical() const { return m_canonical; }
+
+private:
+    // The usual record, quoted fields of ASCII bytes with one comma between them, read from
+    // the quotes alone, eight bytes at a time. False, with nothing consumed, for any other.
+    bool quotedRecord(std::size_t count, std::vector<std::string_view>& out);
+    // A field that does not start with its quote, or whose quote is not followed by a comma:
+    // read by the general rules from `p`, which moves past the field's separator.
+    static std::string_view generalField(const char*& p, const char* end);
+
+    std::string m_bytes;
+    std::size_t m_pos = 0;
+    std::vector<std::string> m_decoded;
+    bool m_canonical = false;
+};
+
+// The position after the separator at `q`: past a comma, an LF, a CR or a CR LF pair.
+const char* pastSeparator(const char* q, const char* end)
+{
+    if (q < end) {
+        if (*q == ',' || *q == '\n') {
+            ++q;
+        } else if (*q == '\r') {
+            q += (q + 1 < end && q[1] == '\n') ? 2 : 1;
+        }
+    }
+    return q;
+}
+
+std::string_view RecordBytes::generalField(const char*& p, const char* end)
+{
+    auto toSeparator = [end](const char* q) {
+        while (q < end && *q != ',' && *q != '\r' && *q != '\n') {
+            ++q;
+        }
+        return q;
+    };
+    while (p < end && *p == ' ') {
+        ++p;
+    }
+    if (p < end && *p == '"') {
+        const char* const open = p + 1;
+        const char* close = open;
+        while (close < end && *close != '"') {
+            ++close;
+        }
+        // What follows the closing quote up to the separator is dropped.
+        p = pastSeparator(toSeparator(close < end ? close + 1 : end), end);
+        return {open, static_cast<std::size_t>(close - open)};
+    }
+    const char* const stop = toSeparator(p);
+    const std::string_view field(p, static_cast<std::size_t>(stop - p));
+    p = pastSeparator(stop, end);
+    return trim(field);
+}
+
+// A bit at the top of each byte of `word` that is a double quote.
+std::uint64_t quoteBytes(std::uint64_t word)
+{
+    constexpr std::uint64_t kQuotes = 0x2222222222222222ULL;
+    constexpr std::uint64_t kLow7 = 0x7F7F7F7F7F7F7F7FULL;
+    const std::uint64_t x = word ^ kQuotes;
+    // A byte of x is zero exactly where the top bit of ((x & 0x7F) + 0x7F) | x stays clear;
+    // no carry crosses from one byte to the next.
+    return ~(((x & kLow7) + kLow7) | x) & ~kLow7;
+}
+
+bool RecordBytes::quotedRecord(std::size_t count, std::vector<std::string_view>& out)
+{
+    constexpr std::uint64_t kHigh = 0x8080808080808080ULL;
+    constexpr std::size_t kMostFields = 32;
+    if (count > kMostFields) {
+        return false;
+    }
+    const char* const end = m_bytes.data() + m_bytes.size();
+    const char* const start = m_bytes.data() + m_pos;
+    // The offsets from `start` of the record's quotes, two a field, gathered first.
+    std::uint32_t quoteAt[2 * kMostFields + 8];
+    const std::size_t wanted = 2 * count;
+    std::size_t found = 0;
+    std::uint64_t high = 0;
+    const char* w = start;
+    for (;; w += 8) {
+        if (w >= end) {
+            return false;
+        }
+        std::uint64_t word = 0;
+        std::uint64_t quotes;
+        if (end - w >= 8) {
+            std::memcpy(&word, w, 8);
+            quotes = quoteBytes(word);
+        } else {
+            // The last bytes of the file; the missing ones are no quotes.
+            const auto n = static_cast<std::size_t>(end - w);
+            std::memcpy(&word, w, n);
+            quotes = quoteBytes(word) & ((std::uint64_t{1} << (8 * n)) - 1);
+        }
+        const auto base = static_cast<std::uint32_t>(w - start);
+        while (quotes != 0 && found < wanted) {
+            quoteAt[found++] = base + static_cast<std::uint32_t>(std::countr_zero(quotes) / 8);
+            quotes &= quotes - 1;
+        }
+        if (found == wanted) {
+            // The bytes of this word up to the last closing quote belong to the record.
+            const std::size_t used = quoteAt[wanted - 1] - base + 1;
+            high |= used < 8 ? word & ((std::uint64_t{1} << (8 * used)) - 1) : word;
+            break;
+        }
+        high |= word;
+    }
+    if ((high & kHigh) != 0 || quoteAt[0] != 0) {
+        return false;
+    }
+    // Each closing quote but the last is followed by a comma and the next opening quote.
+    for (std::size_t k = 1; k + 1 < wanted; k += 2) {
+        if (quoteAt[k + 1] != quoteAt[k] + 2 || start[quoteAt[k] + 1] != ',') {
+            return false;
+        }
+    }
+    for (std::size_t i = 0; i < count; ++i) {
+        out[i] =
+            std::string_view(start + quoteAt[2 * i] + 1, quoteAt[2 * i + 1] - quoteAt[2 * i] - 1);
+    }
+    const char* p = start + quoteAt[wanted - 1] + 1;
+    if (p < end && *p == ',') {
+        ++p;
+    } else {
+        while (p < end && *p != ',' && *p != '\r' && *p != '\n') {
+            ++p;
+        }
+        p = pastSeparator(p, end);
+    }
+    m_pos = static_cast<std::size_t>(p - m_bytes.data());
+    return true;
+}
+
+bool RecordBytes::next(std::size_t count, std::vector<std::string_view>& out)
+{
+    out.resize(count);
+    // The usual record: quoted fields of ASCII bytes, one comma between them.
+    if (count > 0 && m_pos < m_bytes.size() && quotedRecord(count, out)) {
+        m_canonical = true;
+        return true;
+    }
+    const char* const end = m_bytes.data() + m_bytes.size();
+    const char* const start = m_bytes.data() + m_pos;
+    const char* p = start;
+    bool canonical = true;
+    for (std::size_t i = 0; i < count; ++i) {
+        if (p >= end) {
+            inputPastEnd();
+        }
+        if (*p == '"') {
+            const char* const open = p + 1;
+            const char* close = open;
+            while (close < end && *close != '"') {
+                ++close;
+            }
+            // The usual field: its quotes, then the comma before the next one.
+            if (close + 1 < end && close[1] == ',') {
+                out[i] = std::string_view(open, static_cast<std::size_t>(close - open));
+                p = close + 2;
+                continue;
+            }
+        }
+        // Only the last field may end otherwise, and only after its closing quote.
+        const char* const fieldStart = p;
+        out[i] = generalField(p, end);
+        canonical = canonical && i + 1 == count && *fieldStart == '"' &&
+                    out[i].data() + out[i].size() < end;
+    }
+    m_pos = static_cast<std::size_t>(p - m_bytes.data());
+    m_canonical = canonical;
+    if (text::isAsciiText(std::string_view(start, static_cast<std::size_t>(p - start)))) {
+        return true;
+    }
+    m_canonical = false;
+    m_decoded.resize(count);
+    for (std::size_t i = 0; i < count; ++i) {
+        if (!text::isAsciiText(out[i])) {
+            m_decoded[i] = text::decodeSjis(out[i]);
+            out[i] = m_decoded[i];
+        }
+    }
+    return false;
+}
+
+// A record line of ASCII fields, built for the writer's raw path: there is nothing to encode.
+class AsciiLine
+{
+public:
+    void clear() { m_size = 0; }
+    void field(std::string_view f)
+    {
+        char* p = room(f.size() + 3);
+        *p++ = ',';
+        *p++ = '"';
+        std::memcpy(p, f.data(), f.size());
+        p[f.size()] = '"';
+        m_size += f.size() + 3;
+    }
+    // The fields from `first` to `last` of a canonical record of ASCII bytes, copied with their
+    // quotes and commas.
+    void fields(std::string_view first, std::string_view last)
+    {
+        const char* const from = first.data() - 1;
+        const std::size_t size = static_cast<std::size_t>(last.data() + last.size() + 1 - from);
+        char* p = room(size + 1);
+        *p = ',';
+        std::memcpy(p + 1, from, size);
+        m_size += size + 1;
+    }
+    // The line; the comma before its first field is not part of it.
+    std::string_view text() const { return std::string_view(m_text).substr(1, m_size - 1); }
+
+private:
+    // Room for `size` more bytes at the end of the line.
+    char* room(std::size_t size)
+    {
+        if (m_size + size > m_text.size()) [[unlikely]] {
+            grow(size);
+        }
+        return m_text.data() + m_size;
+    }
+    [[gnu::noinline]] void grow(std::size_t size)
+    {
+        m_text.resize(std::max<std::size_t>(2 * m_text.size(), m_size + size + 256));
+    }
+
+    std::string m_text;
+    std::size_t m_size = 0;
+};
 
 // `s` with every `from` replaced by `to`. The new text is built in `scratch` only when `from`
 // occurs, so the usual record passes through without a copy.
@@ -64,19 +328,30 @@ void reduceFile(const fs::path& path, bool managerForNoCard, bool anyWidth)
 {
     const fs::path copy = path.string() + "_1";
     {
-        text::RecordReader in(path);
+        RecordBytes in(path);
         text::LineWriter out(copy);
         std::vector<std::string_view> f;
         std::string scratch1, scratch2;
+        AsciiLine line;
         while (!in.atEnd()) {
             // The fields in the order of a result record.
-            in.fieldViews(ResultRecord::kFields, f);
+            const bool ascii = in.next(ResultRecord::kFields, f);
             const bool noCard = text::startsWith(f[10], "N") && !managerForNoCard;
             std::string_view rmks1 = cleanRemark(noCard ? f[17] : f[15], scratch1);
             std::string_view rmks2 = cleanRemark(noCard ? f[18] : f[16], scratch2);
             if (!anyWidth) {
                 rmks1 = trim(rmks1);
                 rmks2 = trim(rmks2);
+            }
+            if (ascii && in.canonical()) {
+                // The first thirteen fields stay as the line holds them.
+                line.clear();
+                line.fields(f[0], f[12]);
+                line.field(rmks1);
+                line.field(rmks2);
+                line.field(f[19]);
+                out.writeRaw(line.text());
+                continue;
             }
             out.writeRecord({f[0], f[1], f[2], f[3], f[4], f[5], f[6], f[7], f[8], f[9], f[10],
                              f[11], f[12], rmks1, rmks2, f[19]});
@@ -232,10 +507,10 @@ std::string count_No_QSL_MNG_2(RunContext& ctx)
     ctx.run.counters.no_qsl_kazu = 0;
     ctx.run.counters.m_kazu = 0;
     std::string lastMode;
-    text::RecordReader in(ctx.run.names.out_name_ham0);
+    RecordBytes in(ctx.run.names.out_name_ham0);
     std::vector<std::string_view> f;
     while (!in.atEnd()) {
-        in.fieldViews(reduced::kFields, f);
+        in.next(reduced::kFields, f);
         if (text::startsWith(f[reduced::qsl3], "N")) {
             ++ctx.run.counters.no_qsl_kazu;
         }
@@ -284,16 +559,21 @@ void makeFinalFiles(RunContext& ctx, const RemarkLayout& layout, const std::stri
     const std::vector<fs::path> temporaries = pair.temporaries();
     const std::string qslFrom = No_QSL_moji + run.QSL_S;
     const std::string qslTo = No_QSL_moji + " ";
+    // Texts of the options that can take a record's place: when they are ASCII, an ASCII
+    // record gives ASCII lines that go to the writers as they are built.
+    const bool asciiOptions =
+        text::isAsciiText(qslFrom) && text::isAsciiText(qslTo) && text::isAsciiText(buro_QSL_moji);
     for (std::size_t p = 0; p < std::size(passes); ++p) {
         const Pass& pass = passes[p];
-        text::RecordReader in(pass.source);
+        RecordBytes in(pass.source);
         text::LineWriter oldOut(pass.oldForm);
         text::LineWriter finalOut(temporaries[p]);
         std::vector<std::string_view> f;
         std::string qslText, rmks1Text, rmks2Text, callMark;
+        AsciiLine line;
         while (!in.atEnd()) {
             using namespace reduced;
-            in.fieldViews(kFields, f);
+            const bool asIs = in.next(kFields, f) && in.canonical() && asciiOptions;
             const std::string_view mode = pass.cardOrder
                                               ? modeOfCardPass(f[reduced::mode])
                                               : modeOfLogPass(f[reduced::mode], lastMode);
@@ -317,22 +597,55 @@ void makeFinalFiles(RunContext& ctx, const RemarkLayout& layout, const std::stri
             if (oneEightForOneNine && trim(band) == "1.9") {
                 band = "1.8";
             }
-            oldOut.writeRecord({f[call_key], f[call_ext], f[date8], f[time6], f[q_rst_sent],
-                                f[q_rst_rcvd], band, mode, f[dx_code], f[q_gl], qsl, f[q_name],
-                                f[dx_name], remark1, remark2});
-            callMark.assign("@");
-            callMark.append(f[q_call]);
-            callMark.push_back(' ');
-            if (callsInRemark1 == 0) {
+            if (asIs) {
+                line.clear();
+                line.fields(f[call_key], f[q_rst_rcvd]);
+                line.field(band);
+                line.field(mode);
+                line.fields(f[dx_code], f[q_gl]);
+                line.field(qsl);
+                line.fields(f[q_name], f[dx_name]);
+                line.field(remark1);
+                line.field(remark2);
+                oldOut.writeRaw(line.text());
+            } else {
+                oldOut.writeRecord({f[call_key], f[call_ext], f[date8], f[time6], f[q_rst_sent],
+                                    f[q_rst_rcvd], band, mode, f[dx_code], f[q_gl], qsl, f[q_name],
+                                    f[dx_name], remark1, remark2});
+            }
+            // A call mark can only stand in a remark that holds an "@".
+            const bool markInRemark1 = callsInRemark1 == 0 && text::contains(remark1, "@");
+            const bool markInRemark2 = callsInRemark2 == 0 && text::contains(remark2, "@");
+            if (markInRemark1 || markInRemark2) {
+                callMark.assign("@");
+                callMark.append(f[q_call]);
+                callMark.push_back(' ');
+            }
+            if (markInRemark1) {
                 remark1 = replacedIn(remark1, callMark, " ", rmks1Text);
             }
-            if (callsInRemark2 == 0) {
+            if (markInRemark2) {
                 remark2 = replacedIn(remark2, callMark, " ", rmks2Text);
             }
             remark1 = replacedIn(remark1, "$DX", "", rmks1Text);
-            finalOut.writeRecord({f[q_call], f[date8], f[time6], f[q_rst_sent], f[q_rst_rcvd], band,
-                                  mode, f[dx_code], f[q_gl], qsl, f[q_name], f[dx_name], remark1,
-                                  remark2, time_flag});
+            if (asIs) {
+                line.clear();
+                line.field(f[q_call]);
+                line.fields(f[date8], f[q_rst_rcvd]);
+                line.field(band);
+                line.field(mode);
+                line.fields(f[dx_code], f[q_gl]);
+                line.field(qsl);
+                line.fields(f[q_name], f[dx_name]);
+                line.field(remark1);
+                line.field(remark2);
+                line.field(time_flag);
+                finalOut.writeRaw(line.text());
+            } else {
+                finalOut.writeRecord({f[q_call], f[date8], f[time6], f[q_rst_sent], f[q_rst_rcvd],
+                                      band, mode, f[dx_code], f[q_gl], qsl, f[q_name], f[dx_name],
+                                      remark1, remark2, time_flag});
+            }
         }
         oldOut.close();
         finalOut.close();

@@ -1,6 +1,7 @@
-#include "failure/Failure.h"
 #include "engine/CallSplit.h"
+#include "failure/Failure.h"
 #include "support/RunFixture.h"
+#include "text/SjisCodec.h"
 
 #include <gtest/gtest.h>
 
@@ -139,4 +140,45 @@ TEST(bak_sep1, RunningOutOfInputInsideARecordIsAFailure)
     test::RunFixture f;
     test::writeBytes(f.work("zlog_1.txt"), "\"2026\",\"11\"\r\n");
     EXPECT_THROW(engine::bak_sep1(f.context()), failure::Failure);
+}
+
+TEST(CallSplit, PartsAreComparedByCharactersNotBytes)
+{
+    // "ＡＢ" takes four bytes but two characters, fewer than the three of "CDE".
+    const auto p = engine::splitCall("ＡＢ/CDE");
+    EXPECT_EQ(p.base_call, "CDE");
+    EXPECT_EQ(p.call_ext, "ＡＢ");
+    EXPECT_EQ(p.lookupCall, "ＡＢ/CDE");
+}
+
+TEST(CallSplit, AnEmptyPartAfterTheSlashIsTheOtherPart)
+{
+    const auto p = engine::splitCall(" ZZ9ZZZ /");
+    EXPECT_EQ(p.base_call, "ZZ9ZZZ");
+    EXPECT_EQ(p.call_ext, "");
+    EXPECT_EQ(p.lookupCall, "ZZ9ZZZ /");
+}
+
+TEST(bak_sep1, KanjiFieldsGiveTheSameLineAsTheirAsciiNeighbours)
+{
+    test::RunFixture f;
+    RecordingEntities entities;
+    f.entities = &entities;
+    // One ASCII record and one whose operator, memo and date parts are not ASCII: the digits
+    // are counted as characters, so a full-width "１" still gets its leading zero.
+    test::writeBytes(
+        f.work("zlog_1.txt"),
+        text::encodeSjis(zlog1(
+            {{"2026", "1", "2", "0905", "BV2AB", "599", "599", "14", "CW", "OP", "memo", "", "24"},
+             {"２０２６", "１", "１２", "0905", "BV2AB", "599", "599", "14", "CW", "山田",
+              "ＱＳＬ　via", "", "24"}})));
+    engine::bak_sep1(f.context());
+    const std::string bytes = text::readFileBytes(f.work("zlog_2.txt"));
+    EXPECT_EQ(bytes, text::encodeSjis(
+                         "\"BV\",\"260102\",\"0905\",\"BV2AB\",\"599\",\"599\",\"BV2AB\",\"\","
+                         "\"14\",\"CW\",\"\",\"\",\"566A\",\"Taiwan\",\"\",\"BV2AB\",\"OP\","
+                         "\"memo\",\"24\"\r\n"
+                         "\"BV\",\"２６0１１２\",\"0905\",\"BV2AB\",\"599\",\"599\",\"BV2AB\","
+                         "\"\",\"14\",\"CW\",\"\",\"\",\"566A\",\"Taiwan\",\"\",\"BV2AB\","
+                         "\"山田\",\"ＱＳＬ　via\",\"24\"\r\n"));
 }

@@ -2,10 +2,10 @@
 #include "engine/Records.h"
 #include "engine/RemarkLayout.h"
 #include "support/RunFixture.h"
-
-#include <gtest/gtest.h>
+#include "text/SjisCodec.h"
 
 #include <algorithm>
+#include <gtest/gtest.h>
 
 using namespace vornhale;
 using engine::ResultRecord;
@@ -56,6 +56,27 @@ struct Final : test::RunFixture
         const std::string lastMode = engine::count_No_QSL_MNG_2(*c);
         engine::makeFinalFiles(*c, layout, lastMode);
         return {records(c->run.names.out_name_ham_n, 15), records(c->run.names.out_name_con_n, 15)};
+    }
+    // The result files hold the bytes given; returns the bytes of `_hn.csv`, `_cn.csv`,
+    // `_h.csv` and `_c.csv`.
+    std::vector<std::string> runBytes(const std::string& ham, const std::string& con)
+    {
+        c = &context(options);
+        c->run.in_name = (dir / "LOG.ALL").string();
+        c->run.names = readers::OutputNames::of(c->run.in_name);
+        c->run.QSL_Q = "J";
+        c->run.QSL_S = "*";
+        test::writeBytes(c->run.names.out_name_ham0, ham);
+        test::writeBytes(c->run.names.out_name_con0, con);
+        const auto layout = engine::RemarkLayout::fromOptions(options);
+        engine::count_No_QSL_MNG(*c, layout);
+        const std::string lastMode = engine::count_No_QSL_MNG_2(*c);
+        engine::makeFinalFiles(*c, layout, lastMode);
+        std::vector<std::string> out;
+        for (const char* name : {"LOG_hn.csv", "LOG_cn.csv", "LOG_h.csv", "LOG_c.csv"}) {
+            out.push_back(text::readFileBytes(dir / name));
+        }
+        return out;
     }
 };
 
@@ -212,4 +233,65 @@ TEST(FinalOutput, TheReportListsEachRecordInTheColumnsOfTheOldForm)
     EXPECT_EQ(banner[7], hamLines[1]);
     EXPECT_EQ(banner[8], std::string(32, '='));
     EXPECT_EQ(banner + 9, lines.end());
+}
+
+namespace {
+
+// Result records in the notation the stages write, kanji encoded.
+std::string quoted(const std::vector<ResultRecord>& records)
+{
+    std::string out;
+    for (const auto& r : records) {
+        out += text::encodeSjis(text::formatRecord(r.fields())) + "\r\n";
+    }
+    return out;
+}
+
+ResultRecord kanjiRecord()
+{
+    auto r = result("JA1ABC");
+    r.q_name = "山田";
+    r.dx_name = "東京都";
+    // The second byte of the ideographic blank is the byte of "@".
+    r.rmks1_c = "TNX　";
+    r.rmks2_c = "ＱＳＬ @JA1ABC X";
+    r.q_call = "JA1ABC";
+    return r;
+}
+
+} // namespace
+
+TEST(FinalOutput, FieldsInAnyNotationGiveTheSameFilesAsQuotedRecords)
+{
+    auto a = result("K1XX");
+    a.rmks1_c = " @W1XX TNX";
+    a.rmks2_c = "QSL @K1XX ";
+    const ResultRecord k = kanjiRecord();
+    Final quotedRun;
+    const auto expected = quotedRun.runBytes(quoted({a, k, a}), quoted({k, a, a}));
+    // The same records with blanks outside the quotes, fields without quotes, a record spread
+    // over two lines and text after a closing quote.
+    const std::string loose = " K1XX ,\"\",\"26/11/22\", "
+                              "\"09:05U\"x,599,\"599\",\"14\",\"CW\",\"\",\"\",\"J* \",\"\",\"\","
+                              "\"\",\"\",\" @W1XX TNX\",\"QSL @K1XX \"\r\n\"\",\"\",\"K1XX\"\r\n";
+    const std::string kanjiLoose = text::encodeSjis(
+        "JA1ABC,\"\",\"26/11/22\",\"09:05U\",\"599\",\"599\",\"14\",\"CW\",\"\",\"\",\"J* \", 山田 "
+        ","
+        "\"東京都\",\"\",\"\",\"TNX　\",\"ＱＳＬ @JA1ABC X\",\"\",\"\"\r\n\"JA1ABC\"\r\n");
+    Final looseRun;
+    const auto got =
+        looseRun.runBytes(loose + kanjiLoose + quoted({a}), kanjiLoose + loose + quoted({a}));
+    EXPECT_EQ(got, expected);
+}
+
+TEST(FinalOutput, KanjiRemarksKeepTheirBytesAndLoseOnlyTheRealCallMark)
+{
+    Final f;
+    const auto out = f.runBytes(quoted({kanjiRecord()}), quoted({kanjiRecord()}));
+    EXPECT_EQ(out[0], text::encodeSjis("\"JA1ABC\",\"26/11/22\",\"09:05U\",\"599\",\"599\",\"14\","
+                                       "\"CW\",\"\",\"\",\"J* \",\"山田\",\"東京都\",\"TNX　\","
+                                       "\"ＱＳＬ  X\",\"8\"\r\n"));
+    EXPECT_EQ(out[1], text::encodeSjis("\"JA1ABC\",\"26/11/22\",\"09:05U\",\"599\",\"599\",\"14\","
+                                       "\"CW\",\"\",\"\",\"J* \",\"山田\",\"東京都\",\"TNX　\","
+                                       "\"ＱＳＬ  X\",\"8\"\r\n"));
 }
