@@ -15,6 +15,7 @@
 
 #include <algorithm>
 #include <array>
+#include <cstring>
 #include <filesystem>
 
 namespace vornhale::engine {
@@ -656,14 +657,23 @@ void markNoBureau(ContactState& c, ConversionScope& s)
 template <std::size_t N>
 void formatRecordInto(std::string& line, const std::array<std::string_view, N>& fields)
 {
-    line.clear();
+    // The line's length is known before it is written: two quotes per field and N - 1 commas.
+    std::size_t size = 3 * N - 1;
+    for (const std::string_view f : fields) {
+        size += f.size();
+    }
+    line.resize(size);
+    char* p = line.data();
     for (std::size_t i = 0; i < N; ++i) {
         if (i != 0) {
-            line += ',';
+            *p++ = ',';
         }
-        line += '"';
-        line += fields[i];
-        line += '"';
+        *p++ = '"';
+        if (!fields[i].empty()) {
+            std::memcpy(p, fields[i].data(), fields[i].size());
+            p += fields[i].size();
+        }
+        *p++ = '"';
     }
 }
 

@@ -43,13 +43,19 @@ void CtyEntityLookup::load(const CtyTables& tables, const std::filesystem::path&
 
     m_short.clear();
     m_shortMaxChars = 0;
+    m_shortHasChars.clear();
     const std::size_t last =
         std::min(static_cast<std::size_t>(std::max(tables.cty_s_kazu, 0L)),
                  tables.cty_s_prefix.size() == 0 ? 0 : tables.cty_s_prefix.size() - 1);
     for (std::size_t i = 1; i <= last; ++i) {
         const std::string& prefix = tables.cty_s_prefix[i];
         if (m_short.emplace(prefix, text::upper(tables.cty_s_primary[i])).second) {
-            m_shortMaxChars = std::max(m_shortMaxChars, text::charCount(prefix));
+            const std::size_t chars = text::charCount(prefix);
+            m_shortMaxChars = std::max(m_shortMaxChars, chars);
+            if (m_shortHasChars.size() <= chars) {
+                m_shortHasChars.resize(chars + 1, false);
+            }
+            m_shortHasChars[chars] = true;
         }
     }
 
@@ -75,9 +81,35 @@ void CtyEntityLookup::load(const CtyTables& tables, const std::filesystem::path&
     }
 }
 
+CtyEntityLookup::PartHit CtyEntityLookup::prefixSearchPlain(std::string_view part,
+                                                            std::size_t length) const
+{
+    // Each character is one byte and none is a blank: the key of n is the first n bytes.
+    PartHit result;
+    for (std::size_t n = std::min(length, m_shortMaxChars); n >= 1; --n) {
+        if (!shortHasChars(n)) {
+            continue;
+        }
+        const auto it = m_short.find(part.substr(0, n));
+        if (it != m_short.end()) {
+            result.hit = true;
+            result.whole = n == length;
+            result.primary = it->second;
+            return result;
+        }
+    }
+    return result;
+}
+
 CtyEntityLookup::PartHit CtyEntityLookup::prefixSearch(std::string_view part,
                                                        std::size_t length) const
 {
+    if (length <= part.size()) {
+        const std::string_view searched = part.substr(0, length);
+        if (text::isAsciiText(searched) && searched.find(' ') == std::string_view::npos) {
+            return prefixSearchPlain(part, length);
+        }
+    }
     // The key of n is the first n characters of `part`, trimmed. Offsets and the last
     // non-blank character are measured once, so a long part costs one pass.
     std::vector<std::size_t> offset(length + 1);
@@ -105,7 +137,8 @@ CtyEntityLookup::PartHit CtyEntityLookup::prefixSearch(std::string_view part,
             key = part.substr(offset[first], offset[e + 1] - offset[first]);
             keyChars = e - first + 1;
         }
-        if (keyChars > m_shortMaxChars) {
+        // No short prefix has as many characters as the key: none can equal it.
+        if (!shortHasChars(keyChars)) {
             continue;
         }
         const auto it = m_short.find(key);
@@ -132,9 +165,14 @@ std::string CtyEntityLookup::get_entity(std::string_view call) const
         hasSlash ? Call_in.substr(slash + 1) : std::string_view();
 
     // Exact calls and prefixes of 7 characters or more match only as a whole.
-    const std::string longKey =
-        hasSlash ? std::string(text::trim(Left_part)) + "/" + std::string(text::trim(Right_part))
-                 : std::string(Call_in);
+    std::string slashKey;
+    if (hasSlash) {
+        const std::string_view left = text::trim(Left_part);
+        const std::string_view right = text::trim(Right_part);
+        slashKey.reserve(left.size() + 1 + right.size());
+        slashKey.append(left).append(1, '/').append(right);
+    }
+    const std::string_view longKey = hasSlash ? std::string_view(slashKey) : Call_in;
     if (const auto it = m_long.find(longKey); it != m_long.end()) {
         return it->second;
     }

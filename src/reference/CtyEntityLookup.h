@@ -7,6 +7,7 @@
 #include <string>
 #include <string_view>
 #include <unordered_map>
+#include <vector>
 
 namespace vornhale::reference {
 
@@ -75,12 +76,19 @@ private:
         std::string primary;  // upper case
     };
     PartHit prefixSearch(std::string_view part, std::size_t length) const;
+    // The search over keys that are plain byte prefixes of `part` (ASCII without blanks).
+    PartHit prefixSearchPlain(std::string_view part, std::size_t length) const;
+    bool shortHasChars(std::size_t n) const
+    {
+        return n < m_shortHasChars.size() && m_shortHasChars[n];
+    }
 
     bool m_longPresent = false;
     bool m_longTruncated = false;
     Index<std::string> m_long;          // call or long prefix -> primary padded to 9
     Index<std::string> m_short;         // short prefix -> primary of its first entry, upper
     std::size_t m_shortMaxChars = 0;    // longest short prefix, in characters
+    std::vector<bool> m_shortHasChars;  // [n]: some short prefix has n characters
     Index<std::string> m_conv;          // entity -> alias, first row
     Index<DxccEntry> m_dxccByPrefix;    // trimmed prefix -> first record, trimmed
     Index<std::string> m_buroByCode;    // trimmed code -> flag of the first record, trimmed

@@ -209,3 +209,22 @@ TEST(EntityLookupEquivalence, GeneratedMastersOf100000LinesGiveThePlainWalksAnsw
     calls.insert(calls.end(), generated.begin(), generated.end());
     EXPECT_EQ(compareAll(imported, literal, calls), 0);
 }
+
+TEST(EntityLookupEquivalence, CallsWithKanjiOrInnerBlanksGiveThePlainWalksAnswers)
+{
+    // ASCII calls without blanks take the search over byte prefixes; these take the search
+    // that counts characters and trims each key. Both must answer as the walk does.
+    if (!std::filesystem::exists(kRealCty)) {
+        GTEST_SKIP() << kRealCty << " is not installed (Debian package hamradio-files)";
+    }
+    test::ImportedCty cty;
+    cty.runFiles(kRealCty, test::sourceDir() / "data/seed/cty_conv.txt",
+                 test::sourceDir() / "data/seed/dxcc_mas.txt");
+    const test::LiteralEntityLookup literal(cty.import.tables(), cty.mastL(), false);
+    const std::vector<std::string> calls = {
+        "東京/JA1ABC", "JA1ABC/東京", "ＪＡ１ＡＢＣ", "JA 1ABC",    "JA1 ABC/P",
+        "K 1/W1AW",    "ｶﾅ1ABC",      "JA1ABC/ｶﾅ",    "JA東京",     "VP2E 東",
+        "KH6 /JA1ABC", "JA1ABC/ KH6", "W1AW/7 東",    "3D2 AG/R",   "DL1ABC/P5 東京",
+        "東",          " ",           "JA1ABC",       "KH6/JA1ABC", "VP2EAB"};
+    EXPECT_EQ(compareAll(cty, literal, calls), 0);
+}
