@@ -9,6 +9,9 @@
 #include "text/Utf8.h"
 
 #include <algorithm>
+#include <array>
+#include <cstdint>
+#include <cstring>
 #include <string>
 #include <utility>
 #include <vector>
@@ -19,92 +22,184 @@ namespace {
 constexpr int kMaxHeaderLines = 20;
 constexpr int kMaxRecordLines = 20;
 
-// A record as characters, with positions counted from 1 as the reader counts them. A record
-// of ASCII alone (the common case) is searched and cut as bytes; any other as code points, so
-// that each find and cut stays proportional to what it looks at.
+// The tags the reader looks for, by the name between "<" and ":".
+enum Tag : std::size_t {
+    Call,
+    QsoDate,
+    TimeOn,
+    Band,
+    Freq,
+    RstSent,
+    RstRcvd,
+    Stx,
+    Srx,
+    Rcvd,
+    AppWritelogRcvd,
+    Mode,
+    Cqz,
+    Ituz,
+    State,
+    Cnty,
+    Comment,
+    QslSent,
+    QslRcvd,
+    Iota,
+    Dxcc,
+    kTagCount
+};
+
+constexpr std::array<std::string_view, kTagCount> kTagNames{
+    "CALL",    "QSO_DATE", "TIME_ON",           "BAND", "FREQ", "RST_SENT", "RST_RCVD", "STX",
+    "SRX",     "RCVD",     "APP_WRITELOG_RCVD", "MODE", "CQZ",  "ITUZ",     "STATE",    "CNTY",
+    "COMMENT", "QSL_SENT", "QSL_RCVD",          "IOTA", "DXCC"};
+
+// Up to eight characters of a name as one number, so that a name is compared at once.
+constexpr std::uint64_t packedName(std::string_view name)
+{
+    std::uint64_t key = 0;
+    for (std::size_t i = 0; i < name.size() && i < 8; ++i) {
+        key |= static_cast<std::uint64_t>(static_cast<unsigned char>(name[i])) << (8 * i);
+    }
+    return key;
+}
+
+constexpr std::array<std::uint64_t, kTagCount> kPackedNames = [] {
+    std::array<std::uint64_t, kTagCount> keys{};
+    for (std::size_t t = 0; t < kTagCount; ++t) {
+        keys[t] = packedName(kTagNames[t]);
+    }
+    return keys;
+}();
+
+// The tag of a name, or kTagCount.
+std::size_t tagOfName(std::string_view name)
+{
+    if (name.size() > 8) {
+        return name == kTagNames[AppWritelogRcvd] ? AppWritelogRcvd : kTagCount;
+    }
+    const std::uint64_t key = packedName(name);
+    for (std::size_t t = 0; t < kTagCount; ++t) {
+        if (kPackedNames[t] == key && kTagNames[t].size() == name.size()) {
+            return t;
+        }
+    }
+    return kTagCount;
+}
+
+// The length of a tag's opening text with "<" and ":".
+constexpr std::size_t openingLength(Tag t)
+{
+    return kTagNames[t].size() + 2;
+}
+
+// A record as characters, with positions counted from 1 as the reader counts them. Values are
+// views into the record's text. A record of ASCII alone (the common case) is searched and cut
+// as bytes; any other through the byte offset of each character, so that each find and cut
+// stays proportional to what it looks at. Reused from record to record.
 class RecordText
 {
 public:
-    explicit RecordText(std::string utf8) : m_bytes(std::move(utf8))
+    RecordText() = default;
+    explicit RecordText(std::string_view utf8) { reset(utf8); }
+
+    // The text stays with the caller and must outlive every view taken from here.
+    RecordText(const RecordText&) = delete;
+    RecordText& operator=(const RecordText&) = delete;
+
+    void reset(std::string_view utf8)
     {
-        m_ascii = std::all_of(m_bytes.begin(), m_bytes.end(),
-                              [](char c) { return static_cast<unsigned char>(c) < 0x80; });
+        m_tagAt.fill(0);
+        m_ascii = text::isAsciiText(utf8);
         if (!m_ascii) {
-            for (std::size_t pos = 0; pos < m_bytes.size();) {
-                m_chars.push_back(text::nextCodePoint(m_bytes, pos));
+            // Each character in its own UTF-8 form, as the character walk reads it, with the
+            // byte offset where it starts.
+            m_storage.clear();
+            m_offsets.clear();
+            for (std::size_t pos = 0; pos < utf8.size();) {
+                m_offsets.push_back(m_storage.size());
+                text::appendCodePoint(m_storage, text::nextCodePoint(utf8, pos));
+            }
+            m_offsets.push_back(m_storage.size());
+            m_text = m_storage;
+            std::string needle;
+            for (std::size_t t = 0; t < kTagCount; ++t) {
+                needle.assign("<").append(kTagNames[t]).append(":");
+                m_tagAt[t] = find(needle);
             }
             return;
         }
-        // Every "<NAME:" opening with its first place, so that the many tags the reader looks
-        // for are found in one walk over the record.
-        for (std::size_t lt = m_bytes.find('<'); lt != std::string::npos;
-             lt = m_bytes.find('<', lt + 1)) {
-            const std::size_t colon = m_bytes.find(':', lt + 1);
-            if (colon == std::string::npos) {
+        m_text = utf8;
+        // The first "<NAME:" of every tag the reader looks for, in one walk over the record:
+        // each "<" opens the name that runs to the next ":".
+        const std::size_t n = m_text.size();
+        for (std::size_t lt = m_text.find('<'); lt != std::string_view::npos;
+             lt = m_text.find('<', lt + 1)) {
+            // Names are short: a walk finds their end sooner than a search.
+            std::size_t colon = lt + 1;
+            while (colon < n && m_text[colon] != ':') {
+                ++colon;
+            }
+            if (colon == n) {
                 break;
             }
-            if (colon - lt > kLongestName) {
-                continue;
+            const std::size_t t = tagOfName(m_text.substr(lt + 1, colon - lt - 1));
+            if (t != kTagCount && m_tagAt[t] == 0) {
+                m_tagAt[t] = lt + 1;
             }
-            // In the order of the text, so that a look-up meets the first of a name first.
-            m_openings.emplace_back(std::string_view(m_bytes.data() + lt + 1, colon - lt - 1),
-                                    lt + 1);
         }
     }
 
-    // The openings point into the text, which therefore stays where it is.
-    RecordText(const RecordText&) = delete;
-    RecordText& operator=(const RecordText&) = delete;
+    // The position of the first opening of `t` ("<NAME:"); 0 when absent.
+    std::size_t at(Tag t) const { return m_tagAt[t]; }
 
     // The position of the first `needle` (ASCII) at or after `from`; 0 when absent.
     std::size_t find(std::string_view needle, std::size_t from = 1) const
     {
-        if (m_ascii) {
-            // "<NAME:" from the start: the first opening of that name.
-            if (from == 1 && needle.size() > 2 && needle.front() == '<' && needle.back() == ':' &&
-                needle.find(':') == needle.size() - 1) {
-                const std::string_view name = needle.substr(1, needle.size() - 2);
-                for (const auto& [opening, at] : m_openings) {
-                    if (opening == name) {
-                        return at;
-                    }
-                }
-                return 0;
-            }
-            const std::size_t at = m_bytes.find(needle, from - 1);
-            return at == std::string::npos ? 0 : at + 1;
+        if (from < 1) {
+            from = 1;
         }
-        const std::u32string wide(needle.begin(), needle.end());
-        const std::size_t at = std::u32string_view(m_chars).find(wide, from - 1);
-        return at == std::u32string_view::npos ? 0 : at + 1;
+        if (m_ascii) {
+            const std::size_t at = m_text.find(needle, from - 1);
+            return at == std::string_view::npos ? 0 : at + 1;
+        }
+        // An ASCII byte in UTF-8 is always that character, so a byte match is a character
+        // match, and it starts a character.
+        if (from - 1 >= m_offsets.size()) {
+            return 0;
+        }
+        const std::size_t at = m_text.find(needle, m_offsets[from - 1]);
+        if (at == std::string_view::npos) {
+            return 0;
+        }
+        return static_cast<std::size_t>(std::lower_bound(m_offsets.begin(), m_offsets.end(), at) -
+                                        m_offsets.begin()) +
+               1;
     }
 
-    // `length` characters from `start` (from 1), as UTF-8; fewer at the end of the text.
-    std::string mid(std::size_t start, std::size_t length) const
+    // `length` characters from `start` (from 1); fewer at the end of the text.
+    std::string_view mid(std::size_t start, std::size_t length) const
     {
         if (start < 1) {
             start = 1;
         }
         if (m_ascii) {
-            return start - 1 < m_bytes.size() ? m_bytes.substr(start - 1, length) : std::string();
+            return start - 1 < m_text.size() ? m_text.substr(start - 1, length)
+                                             : std::string_view();
         }
-        std::string out;
-        for (std::size_t i = start - 1; i < m_chars.size() && i - (start - 1) < length; ++i) {
-            text::appendCodePoint(out, m_chars[i]);
+        const std::size_t chars = m_offsets.size() - 1;
+        if (start - 1 >= chars) {
+            return {};
         }
-        return out;
+        const std::size_t end = length >= chars - (start - 1) ? chars : start - 1 + length;
+        return m_text.substr(m_offsets[start - 1], m_offsets[end] - m_offsets[start - 1]);
     }
 
-    const std::string& utf8() const { return m_bytes; }
-
 private:
-    // Longer than any tag name the reader looks for.
-    static constexpr std::size_t kLongestName = 40;
-
-    std::string m_bytes;
-    bool m_ascii = false;
-    std::u32string m_chars;
-    std::vector<std::pair<std::string_view, std::size_t>> m_openings;
+    std::string_view m_text;
+    bool m_ascii = true;
+    std::string m_storage;              // the characters of a record that is not ASCII
+    std::vector<std::size_t> m_offsets; // and the byte offset of each, then of the end
+    std::array<std::size_t, kTagCount> m_tagAt{};
 };
 
 // `line` in upper case as the program's upper case goes (ASCII and full-width Latin letters).
@@ -121,10 +216,26 @@ std::string upperLine(std::string line)
     return ascii ? line : text::upper(line);
 }
 
-bool isAscii(std::string_view bytes)
+// ASCII letters a to z of `bytes` (all ASCII) in upper case, eight bytes at a time: a byte
+// from 'a' up reaches 0x80 when 0x1F is added, one beyond 'z' when 5 is; no sum carries into
+// the next byte, and upper case is lower case without 0x20.
+void upperAscii(char* bytes, std::size_t n)
 {
-    return std::all_of(bytes.begin(), bytes.end(),
-                       [](char c) { return static_cast<unsigned char>(c) < 0x80; });
+    constexpr std::uint64_t kOnes = 0x0101010101010101ull;
+    std::size_t i = 0;
+    for (; i + 8 <= n; i += 8) {
+        std::uint64_t word = 0;
+        std::memcpy(&word, bytes + i, 8);
+        const std::uint64_t fromA = word + 0x1F * kOnes;
+        const std::uint64_t pastZ = word + 0x05 * kOnes;
+        word ^= ((fromA & ~pastZ) & (0x80 * kOnes)) >> 2;
+        std::memcpy(bytes + i, &word, 8);
+    }
+    for (; i < n; ++i) {
+        if (bytes[i] >= 'a' && bytes[i] <= 'z') {
+            bytes[i] = static_cast<char>(bytes[i] - 0x20);
+        }
+    }
 }
 
 // Appends the next line of `in`, decoded and in upper case, to `record`; true when the line
@@ -133,13 +244,9 @@ bool appendUpperLine(text::LineReader& in, std::string& record)
 {
     const std::string_view raw = in.nextRaw();
     const std::size_t from = record.size();
-    if (isAscii(raw)) {
+    if (text::isAsciiText(raw)) {
         record.append(raw);
-        for (std::size_t i = from; i < record.size(); ++i) {
-            if (record[i] >= 'a' && record[i] <= 'z') {
-                record[i] = static_cast<char>(record[i] - 0x20);
-            }
-        }
+        upperAscii(record.data() + from, raw.size());
     } else {
         record += upperLine(text::decodeSjis(raw));
     }
@@ -147,9 +254,16 @@ bool appendUpperLine(text::LineReader& in, std::string& record)
 }
 
 // A length as BASIC's Val reads the digits; a negative one is an invalid call of the
-// substring, as it always was.
+// substring, as it always was. One or two plain digits, the common case, are read directly.
 std::size_t lengthOf(std::string_view digits)
 {
+    const auto digit = [](char c) { return c >= '0' && c <= '9'; };
+    if (digits.size() == 1 && digit(digits[0])) {
+        return static_cast<std::size_t>(digits[0] - '0');
+    }
+    if (digits.size() == 2 && digit(digits[0]) && digit(digits[1])) {
+        return static_cast<std::size_t>((digits[0] - '0') * 10 + (digits[1] - '0'));
+    }
     const double v = text::val(digits);
     if (v < 0) {
         throw failure::Failure(failure::InvalidCall,
@@ -160,14 +274,14 @@ std::size_t lengthOf(std::string_view digits)
 
 // The value of the tag of `n` characters at `p`: the length is the one character behind the
 // tag, the value starts two places behind it.
-std::string valueAt(const RecordText& rec, std::size_t p, std::size_t n)
+std::string_view valueAt(const RecordText& rec, std::size_t p, std::size_t n)
 {
     return rec.mid(p + n + 2, lengthOf(rec.mid(p + n, 1)));
 }
 
 // The value of the tag of `n` characters at `p`: behind a one-digit length when the tag's
 // ">" was found where one digit puts it, behind two digits otherwise.
-std::string valueByClose(const RecordText& rec, std::size_t p, std::size_t n, bool closeFound)
+std::string_view valueByClose(const RecordText& rec, std::size_t p, std::size_t n, bool closeFound)
 {
     if (closeFound) {
         return valueAt(rec, p, n);
@@ -175,24 +289,61 @@ std::string valueByClose(const RecordText& rec, std::size_t p, std::size_t n, bo
     return rec.mid(p + n + 3, lengthOf(rec.mid(p + n, 2)));
 }
 
-std::optional<std::string> valueOf(const RecordText& rec, std::string_view tag)
+std::optional<std::string_view> valueOf(const RecordText& rec, Tag tag)
 {
-    const std::size_t p = rec.find(tag);
+    const std::size_t p = rec.at(tag);
     if (p == 0) {
         return std::nullopt;
     }
-    return valueAt(rec, p, tag.size());
+    return valueAt(rec, p, openingLength(tag));
 }
 
-std::string trimmed(std::string_view s)
+// The first `n` characters, the `n` characters from `start` and the last `n` characters of
+// `s` into `to`; ASCII text is cut as bytes.
+void assignLeft(std::string& to, std::string_view s, std::size_t n)
 {
-    return std::string(text::trim(s));
+    if (text::isAsciiText(s)) {
+        to.assign(s.substr(0, n));
+    } else {
+        to = text::left(s, n);
+    }
+}
+
+void assignMid(std::string& to, std::string_view s, std::size_t start, std::size_t n)
+{
+    if (text::isAsciiText(s)) {
+        to.assign(start - 1 < s.size() ? s.substr(start - 1, n) : std::string_view());
+    } else {
+        to = text::mid(s, start, n);
+    }
+}
+
+void assignRight(std::string& to, std::string_view s, std::size_t n)
+{
+    if (text::isAsciiText(s)) {
+        to.assign(s.size() > n ? s.substr(s.size() - n) : s);
+    } else {
+        to = text::right(s, n);
+    }
 }
 
 // "Kept as" text of a zone or place: the caption and the value, when there is a value.
-std::string captioned(const char* caption, const std::string& value)
+void assignCaptioned(std::string& to, std::string_view caption, std::string_view value)
 {
-    return value.empty() ? std::string() : caption + value;
+    to.clear();
+    if (!value.empty()) {
+        to.assign(caption).append(value);
+    }
+}
+
+// `s` cut to its first `n` characters, in place.
+void cutTo(std::string& s, std::size_t n)
+{
+    if (text::isAsciiText(s)) {
+        s.resize(std::min(s.size(), n));
+    } else {
+        s = text::left(s, n);
+    }
 }
 
 void takeRecord(AdifValues& v, const RecordText& rec)
@@ -213,95 +364,96 @@ void takeRecord(AdifValues& v, const RecordText& rec)
     // The call sign is read even without its tag: position 0 stands in for the tag's place.
     // A first length digit of 1 is read as two digits (calls of 10 to 19 characters).
     {
-        const std::size_t p = rec.find("<CALL:");
+        const std::size_t p = rec.at(Call);
         if (rec.mid(p + 6, 1) == "1") {
-            v.call = trimmed(rec.mid(p + 9, lengthOf(rec.mid(p + 6, 2))));
+            v.call.assign(text::trim(rec.mid(p + 9, lengthOf(rec.mid(p + 6, 2)))));
         } else {
-            v.call = trimmed(rec.mid(p + 8, lengthOf(rec.mid(p + 6, 1))));
+            v.call.assign(text::trim(rec.mid(p + 8, lengthOf(rec.mid(p + 6, 1)))));
         }
     }
 
     // The date's value starts as if the tag were "<QSO_DATE:8:D>", unless it is "<QSO_DATE:8>".
-    if (const std::size_t p = rec.find("<QSO_DATE:"); p != 0) {
+    if (const std::size_t p = rec.at(QsoDate); p != 0) {
         const std::size_t length = lengthOf(rec.mid(p + 10, 1));
-        std::string date = rec.mid(p + 14, length);
-        if (const std::size_t d = rec.find("<QSO_DATE:8:D>"); d != 0) {
+        std::string_view date = rec.mid(p + 14, length);
+        // Both begin with the tag's opening, so neither stands before its first one.
+        if (const std::size_t d = rec.find("<QSO_DATE:8:D>", p); d != 0) {
             date = rec.mid(d + 14, length);
         }
-        if (const std::size_t d = rec.find("<QSO_DATE:8>"); d != 0) {
+        if (const std::size_t d = rec.find("<QSO_DATE:8>", p); d != 0) {
             date = rec.mid(d + 12, length);
         }
-        v.year = text::left(date, 4);
-        v.month = text::mid(date, 5, 2);
-        v.day = text::right(date, 2);
+        assignLeft(v.year, date, 4);
+        assignMid(v.month, date, 5, 2);
+        assignRight(v.day, date, 2);
     }
 
-    if (const std::size_t p = rec.find("<TIME_ON:"); p != 0) {
-        v.time = text::left(rec.mid(p + 11, lengthOf(rec.mid(p + 9, 1))), 4);
+    if (const std::size_t p = rec.at(TimeOn); p != 0) {
+        assignLeft(v.time, rec.mid(p + 11, lengthOf(rec.mid(p + 9, 1))), 4);
     }
-    if (auto x = valueOf(rec, "<BAND:")) {
-        v.band = std::move(*x);
+    if (auto x = valueOf(rec, Band)) {
+        v.band.assign(*x);
     }
-    if (auto x = valueOf(rec, "<FREQ:")) {
-        v.freq = std::move(*x);
+    if (auto x = valueOf(rec, Freq)) {
+        v.freq.assign(*x);
     }
-    if (auto x = valueOf(rec, "<RST_SENT:")) {
-        v.rst_sent = std::move(*x);
+    if (auto x = valueOf(rec, RstSent)) {
+        v.rst_sent.assign(*x);
     }
-    if (const std::size_t p = rec.find("<RST_RCVD:"); p != 0) {
-        v.rst_rcvd = trimmed(valueByClose(rec, p, 10, rec.mid(p + 11, 1) == ">"));
+    if (const std::size_t p = rec.at(RstRcvd); p != 0) {
+        v.rst_rcvd.assign(text::trim(valueByClose(rec, p, 10, rec.mid(p + 11, 1) == ">")));
     }
-    if (auto x = valueOf(rec, "<STX:")) {
-        v.stx = std::move(*x);
+    if (auto x = valueOf(rec, Stx)) {
+        v.stx.assign(*x);
     }
-    if (auto x = valueOf(rec, "<SRX:")) {
-        v.rcvd_exchange = std::move(*x);
+    if (auto x = valueOf(rec, Srx)) {
+        v.rcvd_exchange.assign(*x);
     }
-    if (auto x = valueOf(rec, "<RCVD:")) {
-        v.rcvd_exchange = std::move(*x);
+    if (auto x = valueOf(rec, Rcvd)) {
+        v.rcvd_exchange.assign(*x);
     }
-    if (auto x = valueOf(rec, "<APP_WRITELOG_RCVD:")) {
-        v.rcvd_exchange = std::move(*x);
+    if (auto x = valueOf(rec, AppWritelogRcvd)) {
+        v.rcvd_exchange.assign(*x);
     }
-    if (auto x = valueOf(rec, "<MODE:")) {
-        v.mode = std::move(*x);
+    if (auto x = valueOf(rec, Mode)) {
+        v.mode.assign(*x);
     }
-    if (auto x = valueOf(rec, "<CQZ:")) {
-        v.cqz = captioned("CQZ: ", *x);
+    if (auto x = valueOf(rec, Cqz)) {
+        assignCaptioned(v.cqz, "CQZ: ", *x);
     }
-    if (auto x = valueOf(rec, "<ITUZ:")) {
-        v.ituz = captioned("ITUZ: ", *x);
+    if (auto x = valueOf(rec, Ituz)) {
+        assignCaptioned(v.ituz, "ITUZ: ", *x);
     }
-    if (auto x = valueOf(rec, "<STATE:")) {
-        v.adi_state = captioned("STATE: ", *x);
+    if (auto x = valueOf(rec, State)) {
+        assignCaptioned(v.adi_state, "STATE: ", *x);
     }
     // The ">" of these two is looked for in the text from the tag on.
-    if (const std::size_t p = rec.find("<CNTY:"); p != 0) {
+    if (const std::size_t p = rec.at(Cnty); p != 0) {
         const bool oneDigit = rec.find(">", p) == p + 7;
-        v.cnty = captioned("CNTY: ", valueByClose(rec, p, 6, oneDigit));
+        assignCaptioned(v.cnty, "CNTY: ", valueByClose(rec, p, 6, oneDigit));
     }
-    if (const std::size_t p = rec.find("<COMMENT:"); p != 0) {
+    if (const std::size_t p = rec.at(Comment); p != 0) {
         const bool oneDigit = rec.find(">", p) == p + 10;
-        v.comment = trimmed(valueByClose(rec, p, 9, oneDigit));
+        v.comment.assign(text::trim(valueByClose(rec, p, 9, oneDigit)));
     }
-    if (auto x = valueOf(rec, "<QSL_SENT:")) {
+    if (auto x = valueOf(rec, QslSent)) {
         const bool sent = *x == "Y";
         v.qsl_sent = sent ? "J" : "N";
         v.qsl_sent_mark = sent ? "*" : " ";
     }
-    if (auto x = valueOf(rec, "<QSL_RCVD:")) {
+    if (auto x = valueOf(rec, QslRcvd)) {
         v.qsl_rcvd_mark = *x == "Y" ? "*" : " ";
     }
-    if (auto x = valueOf(rec, "<IOTA:")) {
-        v.adi_iota = trimmed(*x);
+    if (auto x = valueOf(rec, Iota)) {
+        v.adi_iota.assign(text::trim(*x));
     }
-    if (auto x = valueOf(rec, "<DXCC:")) {
-        v.dxcc = std::move(*x);
+    if (auto x = valueOf(rec, Dxcc)) {
+        v.dxcc.assign(*x);
     }
 
     // The reports carry the exchanges until the cut below.
-    v.rst_sent += trimmed(v.stx);
-    v.rst_rcvd += trimmed(v.rcvd_exchange);
+    v.rst_sent.append(text::trim(v.stx));
+    v.rst_rcvd.append(text::trim(v.rcvd_exchange));
 
     if (v.mode == "RTTY") {
         v.mode = "RTY";
@@ -310,8 +462,8 @@ void takeRecord(AdifValues& v, const RecordText& rec)
     }
 
     // The band in metres; a text of another form (such as 6M) stays as it is.
-    std::string metres = v.band;
-    for (const auto& [written, m] : {std::pair{"160M", "160"},
+    std::string_view metres = v.band;
+    for (const auto& [written, m] : {std::pair<std::string_view, std::string_view>{"160M", "160"},
                                      {"80M", "80"},
                                      {"40M", "40"},
                                      {"30M", "30"},
@@ -328,7 +480,7 @@ void takeRecord(AdifValues& v, const RecordText& rec)
     if (v.freq.empty()) {
         struct FromMetres
         {
-            const char* metres;
+            std::string_view metres;
             const char* freq;
             const char* digit;
         };
@@ -353,20 +505,25 @@ void takeRecord(AdifValues& v, const RecordText& rec)
     }
 
     const std::size_t keep = v.mode == "SSB" ? 2 : 3;
-    v.rst_sent = text::left(v.rst_sent, keep);
-    v.rst_rcvd = text::left(v.rst_rcvd, keep);
+    cutTo(v.rst_sent, keep);
+    cutTo(v.rst_rcvd, keep);
 }
 
 } // namespace
 
 std::optional<std::string> adifValue(std::string_view record, std::string_view tag)
 {
-    return valueOf(RecordText(std::string(record)), tag);
+    const RecordText rec(record);
+    const std::size_t p = rec.find(tag);
+    if (p == 0) {
+        return std::nullopt;
+    }
+    return std::string(valueAt(rec, p, tag.size()));
 }
 
 void AdifValues::take(std::string_view record)
 {
-    takeRecord(*this, RecordText(std::string(record)));
+    takeRecord(*this, RecordText(record));
 }
 
 void AdifValues::fill(base::QsoLine& q) const
@@ -411,7 +568,7 @@ long count_in_name_adi(const ReaderContext& ctx)
     while (!in.atEnd()) {
         const std::string_view raw = in.nextRaw();
         std::string_view line = raw;
-        if (!isAscii(raw)) {
+        if (!text::isAsciiText(raw)) {
             decoded = text::decodeSjis(raw);
             line = decoded;
         }
@@ -442,6 +599,7 @@ void henkan_adi_2_t(const ReaderContext& ctx)
     base::QsoLine q; // operator, memo and received exchange: never assigned here
     long done = 0;
     std::string record;
+    RecordText joined;
     while (!in.atEnd()) {
         // The lines of a record are joined in upper case.
         record.clear();
@@ -450,12 +608,12 @@ void henkan_adi_2_t(const ReaderContext& ctx)
                 break;
             }
         }
-        const RecordText joined(record);
+        joined.reset(record);
         try {
             takeRecord(values, joined);
         } catch (const failure::Failure& f) {
             throw failure::Failure(f.number(), f.description() + " (" + std::to_string(done + 1) +
-                                                   " 件目: " + joined.utf8() + ")");
+                                                   " 件目: " + record + ")");
         }
         values.fill(q);
         out.writeRecord(q.fields());

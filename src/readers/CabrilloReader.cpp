@@ -7,14 +7,26 @@
 #include "text/Record.h"
 #include "text/SjisCodec.h"
 #include "text/SjisText.h"
+#include "text/Utf8.h"
 
 #include <algorithm>
 #include <array>
+#include <limits>
 
 namespace vornhale::readers {
 namespace {
 
 constexpr std::string_view kIdeographicBlank = "\u3000";
+
+// The bytes that may begin a blank-like character: the blank, the tab and the first byte of
+// the ideographic blank (which also begins other characters).
+constexpr std::array<bool, 256> kMayStartBlank = [] {
+    std::array<bool, 256> may{};
+    may[static_cast<unsigned char>(' ')] = true;
+    may[static_cast<unsigned char>('\t')] = true;
+    may[static_cast<unsigned char>(kIdeographicBlank[0])] = true;
+    return may;
+}();
 
 struct BandRange
 {
@@ -51,12 +63,34 @@ failure::Failure atLine(const failure::Failure& f, long number, std::string_view
 std::string_view nextUtf8(text::LineReader& in, std::string& decoded)
 {
     const std::string_view raw = in.nextRaw();
-    if (std::all_of(raw.begin(), raw.end(),
-                    [](char c) { return static_cast<unsigned char>(c) < 0x80; })) {
+    if (text::isAsciiText(raw)) {
         return raw;
     }
     decoded = text::decodeSjis(raw);
     return decoded;
+}
+
+// The continent codes of an IOTA reference: "NS-" where South America's "SA-" might be
+// looked for, as the reference is tested.
+constexpr std::array<std::string_view, 7> kContinents{"EU-", "AS-", "OC-", "AF-",
+                                                      "NA-", "NS-", "AN-"};
+
+// Whether `text` holds any of `codes`, each two characters and a "-": looked for at each "-".
+bool holdsAny(std::string_view text, const std::array<std::string_view, 7>& codes)
+{
+    for (std::size_t dash = text.find('-'); dash != std::string_view::npos;
+         dash = text.find('-', dash + 1)) {
+        if (dash < 2) {
+            continue;
+        }
+        const std::string_view code = text.substr(dash - 2, 3);
+        for (const std::string_view c : codes) {
+            if (code == c) {
+                return true;
+            }
+        }
+    }
+    return false;
 }
 
 std::string_view cabrilloMode(std::string_view mode)
@@ -117,7 +151,16 @@ std::string normaliseCabrilloBlanks(std::string_view line, int passes)
 
 void cabrilloTokenViews(std::string_view line, int passes, std::vector<std::string_view>& tokens)
 {
+    cabrilloTokenViews(line, passes, tokens, std::numeric_limits<std::size_t>::max());
+}
+
+void cabrilloTokenViews(std::string_view line, int passes, std::vector<std::string_view>& tokens,
+                        std::size_t limit)
+{
     tokens.clear();
+    if (limit == 0) {
+        return;
+    }
     if (line.empty()) {
         return;
     }
@@ -129,6 +172,9 @@ void cabrilloTokenViews(std::string_view line, int passes, std::vector<std::stri
                 return;
             }
             tokens.push_back(line.substr(start, blank - start));
+            if (tokens.size() == limit) {
+                return;
+            }
             start = blank + 1;
         }
     }
@@ -141,14 +187,22 @@ void cabrilloTokenViews(std::string_view line, int passes, std::vector<std::stri
         return line[i] == kIdeographicBlank[0] &&
                line.substr(i, kIdeographicBlank.size()) == kIdeographicBlank;
     };
+    const std::size_t n = line.size();
     std::size_t i = 0;
     for (;;) {
         const std::size_t start = i;
-        while (i < line.size() && line[i] != ' ' && line[i] != '\t' && !ideographicAt(i)) {
-            ++i;
+        for (;;) {
+            while (i < n && !kMayStartBlank[static_cast<unsigned char>(line[i])]) {
+                ++i;
+            }
+            if (i < n && line[i] == kIdeographicBlank[0] && !ideographicAt(i)) {
+                ++i; // the lead byte of another character
+                continue;
+            }
+            break;
         }
         tokens.push_back(line.substr(start, i - start));
-        if (i == line.size()) {
+        if (i == n || tokens.size() == limit) {
             return;
         }
         std::size_t run = 0; // blanks after the first pass
@@ -171,6 +225,9 @@ void cabrilloTokenViews(std::string_view line, int passes, std::vector<std::stri
         }
         for (std::size_t extra = (run + divisor - 1) / divisor; extra > 1; --extra) {
             tokens.emplace_back();
+            if (tokens.size() == limit) {
+                return;
+            }
         }
     }
 }
@@ -228,15 +285,16 @@ bool check_cbr_iota(text::LineReader& in)
         if (!text::contains(line, "QSO:")) {
             continue;
         }
-        cabrilloTokenViews(line, 10, t);
+        // Token 8 is a part of the line: a line without any of the codes cannot hold one there.
+        if (!holdsAny(line, kContinents)) {
+            continue;
+        }
+        cabrilloTokenViews(line, 10, t, 9);
         if (t.size() < 9) {
             continue;
         }
-        // "NS-" where South America's "SA-" might be looked for: the reference is tested so.
-        for (const char* continent : {"EU-", "AS-", "OC-", "AF-", "NA-", "NS-", "AN-"}) {
-            if (text::contains(t[8], continent)) {
-                return true;
-            }
+        if (holdsAny(t[8], kContinents)) {
+            return true;
         }
     }
     return false;
@@ -291,7 +349,8 @@ void henkan_cbr_2_t(const ReaderContext& ctx)
         if (!text::contains(line, "QSO:")) {
             continue; // header lines and the closing line
         }
-        cabrilloTokenViews(line, 6, t);
+        // Tokens beyond the eleventh are never read.
+        cabrilloTokenViews(line, 6, t, 11);
         // The date's first three pieces between "-"; fewer than three is out of range.
         std::size_t firstDash = std::string_view::npos;
         std::size_t secondDash = std::string_view::npos;

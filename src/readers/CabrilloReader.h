@@ -28,6 +28,11 @@ std::vector<std::string> cabrilloTokens(std::string_view line, int passes);
 /// `line`'s characters.
 void cabrilloTokenViews(std::string_view line, int passes, std::vector<std::string_view>& tokens);
 
+/// The first `limit` of the tokens of `cabrilloTokenViews` (all of them when there are fewer),
+/// without looking at the rest of the line.
+void cabrilloTokenViews(std::string_view line, int passes, std::vector<std::string_view>& tokens,
+                        std::size_t limit);
+
 /// The band of a frequency in kHz (`token`, read as BASIC's Val reads it), both ends of each
 /// range included: 14025 gives "14". Empty for a value between the ranges or below them (a
 /// band written in Cabrillo's own letters, such as 50).

@@ -451,3 +451,52 @@ TEST(AdifReader, AHeaderOnlyFileWritesNothing)
     EXPECT_TRUE(recs.empty());
     EXPECT_EQ(r.ctx->run.written_count, 0);
 }
+
+TEST(AdifReader, UpperCasingTouchesOnlyTheLettersAToZ)
+{
+    AdifRun r;
+    // The characters on either side of both alphabets stay as they are.
+    const auto recs = r.runRecords({"<call:17>@[`{~azAZ09/|}_^] <qso_date:8>20261122 "
+                                    "<time_on:4>0905 <mode:2>cw <rst_sent:3>599",
+                                    "<CALL:11>abcdefghijk <mode:2>cw <rst_sent:3>599"});
+    ASSERT_EQ(recs.size(), 2u);
+    EXPECT_EQ(recs[0][Call], "@[`{~AZAZ09/|}_^]");
+    EXPECT_EQ(recs[1][Call], "ABCDEFGHIJK");
+}
+
+TEST(AdifValues, LengthsThatAreNotPlainDigitsAreReadAsValReadsThem)
+{
+    // A blank, a sign or a full-width digit alone reads 0: an empty value.
+    EXPECT_EQ(readers::adifValue("<MODE: >CW ", "<MODE:"), "");
+    EXPECT_EQ(readers::adifValue("<MODE:+>CW ", "<MODE:"), "");
+    EXPECT_EQ(readers::adifValue("<MODE:３>CW ", "<MODE:"), "");
+    // A letter ends the number: "1A" is 1, and the value starts behind the two places.
+    EXPECT_EQ(valuesOf("<CALL:1A>JA1ABC <RST_SENT:3>599").call, "J");
+    // A blank inside the two places is passed over: "1 " is 1.
+    EXPECT_EQ(valuesOf("<CALL:6>JA1ABC <RST_RCVD:1 >579").rst_rcvd, "5");
+    // Plain digits, one or two of them.
+    EXPECT_EQ(valuesOf("<CALL:12>JA1ABC/1/QRP <RST_RCVD:10>5791234567").call, "JA1ABC/1/QRP");
+    EXPECT_EQ(valuesOf("<CALL:6>JA1ABC <RST_RCVD:10>5791234567").rst_rcvd, "579");
+    // A negative two-digit length is an invalid call.
+    try {
+        valuesOf("<CALL:6>JA1ABC <RST_RCVD:-5>599");
+        FAIL() << "no failure";
+    } catch (const failure::Failure& f) {
+        EXPECT_EQ(f.number(), 5);
+    }
+}
+
+TEST(AdifValues, AKanjiRecordCountsPositionsInCharactersAndCutsWholeCharacters)
+{
+    const readers::AdifValues v =
+        valuesOf("<COMMENT:4>大阪府下 <CALL:6>JA1ABC <QSO_DATE:8>２０２６1122 <TIME_ON:4>0905 "
+                 "<MODE:2>CW <RST_SENT:3>599 <SRX:2>東京 <STATE:3>大阪府");
+    EXPECT_EQ(v.call, "JA1ABC");
+    EXPECT_EQ(v.comment, "大阪府下");
+    EXPECT_EQ(v.year, "２０２６");
+    EXPECT_EQ(v.month, "11");
+    EXPECT_EQ(v.day, "22");
+    EXPECT_EQ(v.time, "0905");
+    EXPECT_EQ(v.adi_state, "STATE: 大阪府");
+    EXPECT_EQ(v.rst_rcvd, "東京");
+}

@@ -580,3 +580,55 @@ TEST(CabrilloTxtForm, AsciiTextLongerThanItsColumnsIsCutOrStandsWhole)
                         "JA1ABC  59  2   0"),
               " 1  2 0905 1           59          JA1ABC      5959       7SSB     ");
 }
+
+TEST(CabrilloReader, LimitedTokenViewsAreTheFirstOfAllTheTokens)
+{
+    const char* pieces[] = {" ", " ", "\t", "　", "A", "1", "ア", "-"};
+    unsigned seed = 12345;
+    std::vector<std::string_view> all;
+    std::vector<std::string_view> first;
+    for (int trial = 0; trial < 2000; ++trial) {
+        std::string s;
+        seed = seed * 1103515245u + 12345u;
+        const int length = static_cast<int>(seed >> 16) % 60;
+        for (int k = 0; k < length; ++k) {
+            seed = seed * 1103515245u + 12345u;
+            s += pieces[(seed >> 16) % std::size(pieces)];
+        }
+        if (trial % 40 == 0) {
+            s.insert(s.size() / 2, std::string(300, ' '));
+        }
+        for (int n : {0, 6, 10}) {
+            readers::cabrilloTokenViews(s, n, all);
+            for (std::size_t limit : {0u, 1u, 9u, 11u}) {
+                readers::cabrilloTokenViews(s, n, first, limit);
+                const std::size_t expected = std::min(limit, all.size());
+                ASSERT_EQ(first.size(), expected) << s << " " << n << " " << limit;
+                ASSERT_TRUE(std::equal(first.begin(), first.end(), all.begin()))
+                    << s << " " << n << " " << limit;
+            }
+        }
+    }
+}
+
+TEST(CabrilloRecognition, AContinentCodeOutsideToken8SetsNothingWhereverItStands)
+{
+    test::RunFixture f;
+    struct Case
+    {
+        std::string line;
+        bool iota;
+    };
+    for (const Case& c :
+         {Case{"QSO: 14025 CW 2026-11-22 0905 ZZ9ZZZ 599 001 JA1ABC 599 AS-007 0", false},
+          {"QSO: 14025 CW 2026-11-22 0905 EU-ZZZ 599 001 JA1ABC 599 001 0", false},
+          {"QSO:　14025\tCW 2026-11-22 0905 ZZ9ZZZ 599 001 ＪＡ-AF-1 599 001 0", true},
+          {"QSO: 14025 CW 2026-11-22 0905 ZZ9ZZZ 599 001 X-NA- 599 001 0", true},
+          {"QSO: 14025 CW 2026-11-22 0905 ZZ9ZZZ 599 001 NA 599 001 0", false}}) {
+        readers::InputState run;
+        const fs::path p = f.dir / "iota.cbr";
+        test::writeSjisLines(p, {kStart, c.line, kEnd});
+        ASSERT_TRUE(readers::FileOpen_cbr(run, p));
+        EXPECT_EQ(run.cbr_has_iota, c.iota) << c.line;
+    }
+}
