@@ -3,6 +3,7 @@
 #include "text/LineFile.h"
 
 #include <algorithm>
+#include <bit>
 #include <cstdint>
 #include <cstring>
 #include <string_view>
@@ -22,6 +23,13 @@ struct Entry
 
 std::uint64_t headOf(std::string_view key)
 {
+    if constexpr (std::endian::native == std::endian::little) {
+        if (key.size() >= 8) {
+            std::uint64_t word;
+            std::memcpy(&word, key.data(), 8);
+            return __builtin_bswap64(word);
+        }
+    }
     unsigned char bytes[8] = {};
     std::memcpy(bytes, key.data(), std::min<std::size_t>(key.size(), 8));
     std::uint64_t head = 0;
