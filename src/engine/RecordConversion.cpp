@@ -60,6 +60,9 @@ std::string_view normalisedModeView(std::string_view mode)
 // Blanks at both ends taken off in place; the text keeps its capacity.
 void trimInPlace(std::string& s)
 {
+    if (s.empty() || (s.front() != ' ' && s.back() != ' ')) {
+        return;
+    }
     const std::string_view t = trim(s);
     const std::size_t begin = t.empty() ? 0 : static_cast<std::size_t>(t.data() - s.data());
     s.resize(begin + t.size());
@@ -247,10 +250,10 @@ struct LineView
 struct ContactState
 {
     LineView line;
-    std::string q_call;   ///< the call as logged, trimmed
-    std::string mode;     ///< the normalised mode
-    std::string q_memo;   ///< upper case, without the "[QTC…]" note
-    std::string call_key; ///< `base_call` as read
+    std::string_view q_call;   ///< the call as logged, trimmed
+    std::string_view mode;     ///< the normalised mode
+    std::string q_memo;        ///< upper case, without the "[QTC…]" note
+    std::string_view call_key; ///< `base_call` as read
     std::string base_call;
     bool historyDone = false;
     std::string route, route_base, mng, mng_file, qsl3;
@@ -264,14 +267,14 @@ struct ContactState
     void clear()
     {
         line = {};
+        q_call = mode = call_key = {};
         historyDone = false;
         for (std::string* s :
-             {&q_call,     &mode,     &q_memo,      &call_key,    &base_call,  &route,
-              &route_base, &mng,      &mng_file,    &qsl3,        &q_name,     &q_gl,
-              &dx_code,    &dx_name,  &q_date6,     &q_time5,     &date8,      &time6,
-              &zone_text,  &dx_state, &iota_text,   &rcvd_text,   &calls_text, &rmks1,
-              &rmks2,      &mng_pad,  &rmks1_nomng, &rmks2_nomng, &rmks1_c,    &rmks2_c,
-              &q_rst_rcvd, &scratch}) {
+             {&q_memo,      &base_call,  &route,   &route_base, &mng,      &mng_file,
+              &qsl3,        &q_name,     &q_gl,    &dx_code,    &dx_name,  &q_date6,
+              &q_time5,     &date8,      &time6,   &zone_text,  &dx_state, &iota_text,
+              &rcvd_text,   &calls_text, &rmks1,   &rmks2,      &mng_pad,  &rmks1_nomng,
+              &rmks2_nomng, &rmks1_c,    &rmks2_c, &q_rst_rcvd, &scratch}) {
             s->clear();
         }
     }
@@ -284,14 +287,14 @@ void startContact(ContactState& c, const std::vector<std::string_view>& fields)
     c.clear();
     c.line = LineView::of(fields);
     const LineView& e = c.line;
-    c.q_call.assign(trim(e.q_call));
-    c.mode.assign(normalisedModeView(e.q_mode));
+    c.q_call = trim(e.q_call);
+    c.mode = normalisedModeView(e.q_mode);
     c.rcvd_text.assign(e.q_rcvd);
     upperInto(c.q_memo, e.q_memo);
     if (text::contains(c.q_memo, "[QTC")) {
         c.q_memo = withoutQtc(c.q_memo);
     }
-    c.call_key.assign(e.base_call);
+    c.call_key = e.base_call;
     padRightInto(c.base_call, e.base_call, 6);
     c.dx_code.assign(e.dx_code);
     c.dx_name.assign(e.dx_name);

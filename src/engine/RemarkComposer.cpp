@@ -139,6 +139,9 @@ void fitTail(std::string& out, std::size_t from, std::size_t width)
 
 void trimInPlace(std::string& s)
 {
+    if (s.empty() || (s.front() != ' ' && s.back() != ' ')) {
+        return;
+    }
     const std::string_view t = text::trim(s);
     const std::size_t begin = t.empty() ? 0 : static_cast<std::size_t>(t.data() - s.data());
     s.resize(begin + t.size());

@@ -25,17 +25,22 @@ void CtyEntityLookup::load(const CtyTables& tables, const std::filesystem::path&
     try {
         text::RecordReader in(mastL);
         m_longPresent = true;
+        std::vector<std::string_view> f;
+        std::string call;
         while (!in.atEnd()) {
-            std::vector<std::string> f;
             try {
-                f = in.fields(4);
+                in.fieldViews(4, f);
             } catch (const failure::Failure&) {
                 // Only a call that no whole record holds reads on into the broken end.
                 m_longTruncated = true;
                 break;
             }
-            m_long.emplace(std::string(text::trim(text::replaceAll(f[0], "=", ""))),
-                           padTo(f[2], 9));
+            // The "=" marks of exact calls go wherever they stand, then the blanks around.
+            call.assign(f[0]);
+            if (call.find('=') != std::string::npos) {
+                std::erase(call, '=');
+            }
+            m_long.emplace(std::string(text::trim(call)), padTo(f[2], 9));
         }
     } catch (const failure::Failure&) {
         // A missing long master fails at each lookup, as its open would.
