@@ -17,7 +17,6 @@
 #include <cstring>
 #include <filesystem>
 #include <initializer_list>
-#include <numeric>
 
 namespace vornhale::engine {
 namespace {
@@ -331,26 +330,49 @@ private:
     char* m_end = nullptr;
 };
 
+// "YY/MM/DD" from an ASCII six-digit date, as date8Of forms it.
+void putDate8(LineBuilder& line, std::string_view date6)
+{
+    line.put(date6.substr(0, 2));
+    line.put('/');
+    line.put(date6.substr(std::min<std::size_t>(2, date6.size()), 2));
+    line.put('/');
+    line.put(date6.substr(std::min<std::size_t>(4, date6.size()), 2));
+}
+
+// "HH:MMU" from an ASCII five-character time, as time6Of forms it.
+void putTime6(LineBuilder& line, std::string_view time5)
+{
+    line.put(time5.substr(0, 2));
+    line.put(':');
+    line.put(time5.size() > 3 ? time5.substr(time5.size() - 3) : time5);
+}
+
+// Fields each in double quotes, separated by commas.
+template <typename Fields> void putQuoted(LineBuilder& line, const Fields& fields)
+{
+    std::size_t size = 0;
+    for (std::string_view f : fields) {
+        size += f.size() + 3;
+    }
+    line.start(size);
+    for (std::size_t i = 0; i < fields.size(); ++i) {
+        line.put(i == 0 ? std::string_view("\"") : std::string_view(",\""));
+        line.put(fields[i]);
+        line.put('"');
+    }
+}
+
 // The result line of a plain ASCII keyed record `k` (see resultFields), the card mark being
 // ASCII too: runs of neighbouring fields are copied as they stand in the keyed record.
 void writePlainResult(LineBuilder& line, const RawFields& k, bool singles, const std::string& QSL_Q)
 {
     line.start(RawRecords::quoted(k, 0, k.size() - 1).size() + 2 * QSL_Q.size() + 64);
     line.put(RawRecords::quoted(k, 1, 2));
-    // "YY/MM/DD" from the six-digit date.
-    const std::string_view date6 = k[11];
     line.put(",\"");
-    line.put(date6.substr(0, 2));
-    line.put('/');
-    line.put(date6.substr(std::min<std::size_t>(2, date6.size()), 2));
-    line.put('/');
-    line.put(date6.substr(std::min<std::size_t>(4, date6.size()), 2));
-    // "HH:MMU" from the five-character time.
-    const std::string_view time5 = k[12];
+    putDate8(line, k[11]);
     line.put("\",\"");
-    line.put(time5.substr(0, 2));
-    line.put(':');
-    line.put(time5.size() > 3 ? time5.substr(time5.size() - 3) : time5);
+    putTime6(line, k[12]);
     line.put("\",");
     line.put(RawRecords::quoted(k, 13, 14));
     line.put(',');
@@ -409,14 +431,7 @@ void writeResults(RunContext& ctx, const fs::path& in, bool singles, text::LineW
             out.writeRecord(fields);
             continue;
         }
-        line.start(fields.size() * 3 +
-                   std::accumulate(fields.begin(), fields.end(), std::size_t{0},
-                                   [](std::size_t n, std::string_view f) { return n + f.size(); }));
-        for (std::size_t i = 0; i < fields.size(); ++i) {
-            line.put(i == 0 ? std::string_view("\"") : std::string_view(",\""));
-            line.put(fields[i]);
-            line.put('"');
-        }
+        putQuoted(line, fields);
         out.writeRaw(line.view());
     } while (!reader.atEnd());
 }
@@ -601,21 +616,77 @@ void Henkan_out_name_con(RunContext& ctx)
 {
     ctx.trace.line("Private sub Henkan_out_name_con()");
     const RunState& run = ctx.run;
-    text::RecordReader in(ctx.work(base::working::sort_in));
+    const bool asciiMarks = text::isAsciiText(run.QSL_Q) && text::isAsciiText(run.QSL_S);
+    RawRecords in(ctx.work(base::working::sort_in));
     text::LineWriter out(run.names.out_name_con0);
+    RawFields f;
+    std::string qsl3, rmks1, rmks2;
+    LineBuilder line;
     while (!in.atEnd()) {
-        SortRecord r = SortRecord::from(in.fields(SortRecord::kFields));
-        std::string qsl3;
-        if (r.route != "N") {
-            const bool manager = text::contains(r.rmks1, "@") || text::contains(r.rmks2, "@");
-            qsl3 = (manager ? std::string("M") : run.QSL_Q) + run.QSL_S + " ";
-        } else {
-            qsl3 = "N" + run.QSL_S + " ";
-            r.rmks1 = text::replaceAll(r.rmks1, r.mng_pad, "");
-            r.rmks2 = text::replaceAll(r.rmks2, r.mng_pad, "");
+        in.next(f);
+        if (!asciiMarks || !in.ascii(f)) {
+            SortRecord r = SortRecord::from(RawRecords::decoded(f));
+            if (r.route != "N") {
+                const bool manager = text::contains(r.rmks1, "@") || text::contains(r.rmks2, "@");
+                qsl3 = (manager ? std::string("M") : run.QSL_Q) + run.QSL_S + " ";
+            } else {
+                qsl3 = "N" + run.QSL_S + " ";
+                r.rmks1 = text::replaceAll(r.rmks1, r.mng_pad, "");
+                r.rmks2 = text::replaceAll(r.rmks2, r.mng_pad, "");
+            }
+            out.writeRecord(
+                resultOf(r, date8Of(r.q_date6), time6Of(r.q_time5), std::move(qsl3)).fields());
+            continue;
         }
-        out.writeRecord(
-            resultOf(r, date8Of(r.q_date6), time6Of(r.q_time5), std::move(qsl3)).fields());
+        // An ASCII record, its fields taken as they stand.
+        const bool noCard = f[7] == "N";
+        std::string_view remarks1 = f[15], remarks2 = f[16];
+        if (!noCard) {
+            const bool manager = remarks1.find('@') != std::string_view::npos ||
+                                 remarks2.find('@') != std::string_view::npos;
+            qsl3.assign(manager ? std::string_view("M") : std::string_view(run.QSL_Q));
+        } else {
+            qsl3.assign("N");
+            rmks1 = text::replaceAll(remarks1, f[17], "");
+            rmks2 = text::replaceAll(remarks2, f[17], "");
+            remarks1 = rmks1;
+            remarks2 = rmks2;
+        }
+        qsl3.append(run.QSL_S);
+        qsl3.push_back(' ');
+        if (in.plain() && !noCard) {
+            // Runs of neighbouring fields are copied as they stand in the sort record.
+            line.start(RawRecords::quoted(f, 0, f.size() - 1).size() + qsl3.size() + 64);
+            line.put(RawRecords::quoted(f, 0, 1));
+            line.put(",\"");
+            putDate8(line, f[10]);
+            line.put("\",\"");
+            putTime6(line, f[11]);
+            line.put("\",");
+            line.put(RawRecords::quoted(f, 12, 13));
+            line.put(',');
+            line.put(RawRecords::quoted(f, 4, 5));
+            line.put(',');
+            line.put(RawRecords::quoted(f, 2, 2));
+            line.put(',');
+            line.put(RawRecords::quoted(f, 8, 8));
+            line.put(",\"");
+            line.put(qsl3);
+            line.put("\",");
+            line.put(RawRecords::quoted(f, 6, 6));
+            line.put(',');
+            line.put(RawRecords::quoted(f, 14, 16));
+            line.put(',');
+            line.put(RawRecords::quoted(f, 18, 22));
+        } else {
+            const std::string date8 = date8Of(std::string(f[10]));
+            const std::string time6 = time6Of(std::string(f[11]));
+            putQuoted(line, std::array<std::string_view, ResultRecord::kFields>{
+                                f[0],     f[1],  date8, time6, f[12], f[13], f[4],
+                                f[5],     f[2],  f[8],  qsl3,  f[6],  f[14], remarks1,
+                                remarks2, f[18], f[19], f[20], f[21], f[22]});
+        }
+        out.writeRaw(line.view());
     }
     out.close();
 }

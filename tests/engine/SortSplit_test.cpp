@@ -444,3 +444,66 @@ TEST(SortSplit, TheAsciiKeyIsTheKeyOfTheWholeRecord)
     }
     EXPECT_EQ(compared, 5 * 7 * 5 * 6 * 6 * 2);
 }
+
+namespace {
+
+// The contest file in log order as it was formed from whole decoded records.
+void logOrderByDecoding(const std::filesystem::path& in, const engine::RunState& run,
+                        text::LineWriter& out)
+{
+    text::RecordReader reader(in);
+    while (!reader.atEnd()) {
+        SortRecord r = SortRecord::from(reader.fields(SortRecord::kFields));
+        std::string qsl3;
+        if (r.route != "N") {
+            const bool manager = text::contains(r.rmks1, "@") || text::contains(r.rmks2, "@");
+            qsl3 = (manager ? std::string("M") : run.QSL_Q) + run.QSL_S + " ";
+        } else {
+            qsl3 = "N" + run.QSL_S + " ";
+            r.rmks1 = text::replaceAll(r.rmks1, r.mng_pad, "");
+            r.rmks2 = text::replaceAll(r.rmks2, r.mng_pad, "");
+        }
+        const std::string time6 = text::left(r.q_time5, 2) + ":" + text::right(r.q_time5, 3);
+        out.writeRecord(engine::resultOf(r, engine::date8Of(r.q_date6), time6, qsl3).fields());
+    }
+}
+
+} // namespace
+
+TEST(SortSplit, LogOrderGivesTheBytesOfDecodedWholeRecords)
+{
+    std::string records = mixedRecords(true);
+    // Managers in the remarks, and stations that want no card with and without a manager.
+    SortRecord managed = rec("JA1MGD", "14", "261122", "0905U", "J");
+    managed.rmks2 = "VIA @K1MGR";
+    records += sjisRecord(managed);
+    SortRecord noCard = rec("JA1NOC", "14", "261122", "0906U", "N");
+    noCard.mng_pad = "@K1MGR  ";
+    noCard.rmks1 = "@K1MGR  QSL VIA @K1MGR  ";
+    noCard.rmks2 = "@K1MGR  ";
+    records += sjisRecord(noCard);
+    SortRecord noCardKanji = noCard;
+    noCardKanji.rmks1 = "@K1MGR  東京";
+    records += sjisRecord(noCardKanji);
+    SortRecord noCardUnmanaged = rec("JA1NOD", "14", "261122", "0907U", "N");
+    noCardUnmanaged.mng_pad = "";
+    noCardUnmanaged.rmks1 = "QSL";
+    records += sjisRecord(noCardUnmanaged);
+
+    for (const auto& [QSL_Q, QSL_S] :
+         {std::pair{"J", "*"}, std::pair{"Ｊ", "*"}, std::pair{"J", "＊"}, std::pair{"", ""}}) {
+        SplitRun s(1, 0);
+        s.c->run.QSL_Q = QSL_Q;
+        s.c->run.QSL_S = QSL_S;
+        test::writeBytes(s.work(base::working::sort_in), records);
+        engine::Henkan_out_name_con(*s.c);
+        text::LineWriter expected(s.dir / "expected.csv");
+        logOrderByDecoding(s.work(base::working::sort_in), s.c->run, expected);
+        expected.close();
+        const std::string result = test::readBytes(s.c->run.names.out_name_con0);
+        EXPECT_EQ(result, test::readBytes(s.dir / "expected.csv")) << QSL_Q << QSL_S;
+        EXPECT_EQ(std::count(result.begin(), result.end(), '\n'), 13);
+        // The manager is cut out of the remarks of a station that wants no card.
+        EXPECT_NE(result.find("\"QSL VIA \""), std::string::npos);
+    }
+}
