@@ -1,7 +1,9 @@
 #include "engine/DateTimeConv.h"
 
 #include "text/Chars.h"
+#include "text/Utf8.h"
 
+#include <algorithm>
 #include <chrono>
 #include <cstdio>
 
@@ -22,15 +24,44 @@ bool matchesJapanesePattern(std::string_view call)
     return prefix && text::isDigit(call[2]);
 }
 
+// Two digits of a value from 0 to 99 appended; any other value as "%02d" writes it.
+void appendTwoDigits(std::string& out, long v)
+{
+    if (v >= 0 && v <= 99) {
+        out += static_cast<char>('0' + v / 10);
+        out += static_cast<char>('0' + v % 10);
+        return;
+    }
+    char buf[24];
+    const int n = std::snprintf(buf, sizeof buf, "%02ld", v);
+    out.append(buf, static_cast<std::size_t>(std::max(n, 0)));
+}
+
 void shift(std::string& conv_date, std::string& conv_time, int hours, const char* letter)
 {
     using namespace std::chrono;
-    const int yy = number(text::left(conv_date, 2));
-    const int mm = number(text::mid(conv_date, 3, 2));
-    const int dd = number(text::mid(conv_date, 5, 2));
-    const int hh = number(text::left(conv_time, 2));
-    const int mi = text::contains(conv_time, ":") ? number(text::mid(conv_time, 4, 2))
-                                                  : number(text::mid(conv_time, 3, 2));
+    // The parts as Val reads them; non-ASCII text takes the character-counting helpers.
+    int yy = 0, mm = 0, dd = 0, hh = 0, mi = 0;
+    if (text::isAsciiText(conv_date)) {
+        const std::string_view d = conv_date;
+        yy = number(d.substr(0, 2));
+        mm = number(d.size() > 2 ? d.substr(2, 2) : std::string_view());
+        dd = number(d.size() > 4 ? d.substr(4, 2) : std::string_view());
+    } else {
+        yy = number(text::left(conv_date, 2));
+        mm = number(text::mid(conv_date, 3, 2));
+        dd = number(text::mid(conv_date, 5, 2));
+    }
+    if (text::isAsciiText(conv_time)) {
+        const std::string_view t = conv_time;
+        const std::size_t from = t.find(':') != std::string_view::npos ? 3 : 2;
+        hh = number(t.substr(0, 2));
+        mi = number(t.size() > from ? t.substr(from, 2) : std::string_view());
+    } else {
+        hh = number(text::left(conv_time, 2));
+        mi = text::contains(conv_time, ":") ? number(text::mid(conv_time, 4, 2))
+                                            : number(text::mid(conv_time, 3, 2));
+    }
     const int year = (yy <= 50 ? 2000 : 1900) + yy;
     // Calendar arithmetic: months and days out of range roll over as a calendar would.
     const year_month ym = year_month(std::chrono::year(year), month(1)) + months(mm - 1);
@@ -39,13 +70,14 @@ void shift(std::string& conv_date, std::string& conv_time, int hours, const char
     const sys_days date = floor<days>(when);
     const year_month_day ymd(date);
     const hh_mm_ss hms(when - date);
-    char buf[16];
-    std::snprintf(buf, sizeof buf, "%02d%02u%02u", static_cast<int>(ymd.year()) % 100,
-                  static_cast<unsigned>(ymd.month()), static_cast<unsigned>(ymd.day()));
-    conv_date = buf;
-    std::snprintf(buf, sizeof buf, "%02d%02d", static_cast<int>(hms.hours().count()),
-                  static_cast<int>(hms.minutes().count()));
-    conv_time = std::string(buf) + letter;
+    conv_date.clear();
+    appendTwoDigits(conv_date, static_cast<int>(ymd.year()) % 100);
+    appendTwoDigits(conv_date, static_cast<unsigned>(ymd.month()));
+    appendTwoDigits(conv_date, static_cast<unsigned>(ymd.day()));
+    conv_time.clear();
+    appendTwoDigits(conv_time, static_cast<long>(hms.hours().count()));
+    appendTwoDigits(conv_time, static_cast<long>(hms.minutes().count()));
+    conv_time += letter;
 }
 
 } // namespace
@@ -55,6 +87,11 @@ void to_utc(std::string& conv_date, std::string& conv_time) { shift(conv_date, c
 
 bool DateTimeConversion::isJapaneseStation(std::string_view q_call)
 {
+    if (q_call.find('/') == std::string_view::npos) {
+        // Every suffix and inner mark holds a "/": a call without one is its own core.
+        m_call_core.assign(q_call);
+        return matchesJapanesePattern(m_call_core);
+    }
     std::string call(q_call);
     const std::string up = text::upper(call);
     if (text::endsWith(up, "/P") || text::endsWith(up, "/M") || text::endsWith(up, "/MM") ||

@@ -111,3 +111,36 @@ TEST(DateTimeConv, PartsOfEqualLengthKeepThePreviousCallCore)
     EXPECT_TRUE(c.isJapaneseStation("AB/CD"));
     EXPECT_EQ(c.call_core(), "JA1ABC");
 }
+
+TEST(DateTimeConv, ACallWithoutASlashIsItsOwnCoreAsLogged)
+{
+    DateTimeConversion c(3);
+    EXPECT_TRUE(c.isJapaneseStation("JA1ABC"));
+    EXPECT_EQ(c.call_core(), "JA1ABC");
+    // No upper-casing without a suffix: the pattern wants capitals.
+    EXPECT_FALSE(c.isJapaneseStation("ja1abc"));
+    EXPECT_EQ(c.call_core(), "ja1abc");
+    EXPECT_FALSE(c.isJapaneseStation("東京1ABC"));
+    EXPECT_EQ(c.call_core(), "東京1ABC");
+    EXPECT_FALSE(c.isJapaneseStation(""));
+    EXPECT_EQ(c.call_core(), "");
+    // With a slash the parts are weighed in characters: two against six keeps the first.
+    EXPECT_FALSE(c.isJapaneseStation("東京/JA1ABC"));
+    EXPECT_EQ(c.call_core(), "東京");
+    EXPECT_TRUE(c.isJapaneseStation("JA1ABC/東"));
+    EXPECT_EQ(c.call_core(), "JA1ABC");
+}
+
+TEST(DateTimeConv, KanjiInTheDateOrTimeCountsAsOneCharacterPerPlace)
+{
+    // "26年1122": the month is "年1" (no number, so 0: the December before) and the day the
+    // fifth and sixth characters, "12".
+    EXPECT_EQ(shifted(to_jst, "26年1122", "0218U"),
+              (std::pair<std::string, std::string>{"251212", "1118J"}));
+    // The minutes stand after the colon, counted in characters.
+    EXPECT_EQ(shifted(to_jst, "261122", "02:18東").second, "1118J");
+    EXPECT_EQ(shifted(to_jst, "261122", "東2:18U").second, "0918J");
+    // Short ASCII parts read as empty, which is 0.
+    EXPECT_EQ(shifted(to_jst, "26", "1").first, "251130");
+    EXPECT_EQ(shifted(to_utc, "2611", "02:1").second, "1701U");
+}
