@@ -10,6 +10,7 @@
 
 #include <algorithm>
 #include <array>
+#include <bit>
 #include <cstdint>
 #include <cstring>
 #include <string>
@@ -71,20 +72,51 @@ constexpr std::array<std::uint64_t, kTagCount> kPackedNames = [] {
     return keys;
 }();
 
+// The tag of a name of `size` characters (up to 8) packed as `packedName` packs it, or
+// kTagCount: only the names of the same length are compared.
+constexpr std::size_t tagOfKey(std::size_t size, std::uint64_t key)
+{
+    const auto among = [key](std::initializer_list<Tag> tags) {
+        for (const Tag t : tags) {
+            if (kPackedNames[t] == key) {
+                return static_cast<std::size_t>(t);
+            }
+        }
+        return static_cast<std::size_t>(kTagCount);
+    };
+    switch (size) {
+    case 3:
+        return among({Stx, Srx, Cqz});
+    case 4:
+        return among({Call, Band, Freq, Rcvd, Mode, Ituz, Cnty, Iota, Dxcc});
+    case 5:
+        return among({State});
+    case 7:
+        return among({TimeOn, Comment});
+    case 8:
+        return among({QsoDate, RstSent, RstRcvd, QslSent, QslRcvd});
+    default:
+        return kTagCount;
+    }
+}
+
 // The tag of a name, or kTagCount.
-std::size_t tagOfName(std::string_view name)
+constexpr std::size_t tagOfName(std::string_view name)
 {
     if (name.size() > 8) {
         return name == kTagNames[AppWritelogRcvd] ? AppWritelogRcvd : kTagCount;
     }
-    const std::uint64_t key = packedName(name);
+    return tagOfKey(name.size(), packedName(name));
+}
+
+static_assert([] {
     for (std::size_t t = 0; t < kTagCount; ++t) {
-        if (kPackedNames[t] == key && kTagNames[t].size() == name.size()) {
-            return t;
+        if (tagOfName(kTagNames[t]) != t) {
+            return false;
         }
     }
-    return kTagCount;
-}
+    return tagOfName("CALLS") == kTagCount && tagOfName("") == kTagCount;
+}());
 
 // The length of a tag's opening text with "<" and ":".
 constexpr std::size_t openingLength(Tag t)
@@ -109,6 +141,7 @@ public:
     void reset(std::string_view utf8)
     {
         m_tagAt.fill(0);
+        m_soleDate = true;
         m_ascii = text::isAsciiText(utf8);
         if (!m_ascii) {
             // Each character in its own UTF-8 form, as the character walk reads it, with the
@@ -121,6 +154,7 @@ public:
             }
             m_offsets.push_back(m_storage.size());
             m_text = m_storage;
+            m_soleDate = false; // not counted here
             std::string needle;
             for (std::size_t t = 0; t < kTagCount; ++t) {
                 needle.assign("<").append(kTagNames[t]).append(":");
@@ -142,15 +176,43 @@ public:
             if (colon == n) {
                 break;
             }
-            const std::size_t t = tagOfName(m_text.substr(lt + 1, colon - lt - 1));
+            const std::string_view name = m_text.substr(lt + 1, colon - lt - 1);
+            // Eight bytes from the name's start at once where the text reaches that far.
+            std::size_t t = kTagCount;
+            if (std::endian::native == std::endian::little && name.size() <= 8 && lt + 9 <= n) {
+                std::uint64_t word = 0;
+                std::memcpy(&word, name.data(), 8);
+                if (name.size() < 8) {
+                    word &= (std::uint64_t{1} << (8 * name.size())) - 1;
+                }
+                t = tagOfKey(name.size(), word);
+            } else {
+                t = tagOfName(name);
+            }
             if (t != kTagCount && m_tagAt[t] == 0) {
                 m_tagAt[t] = lt + 1;
+            } else if (t == QsoDate) {
+                m_soleDate = false;
             }
         }
     }
 
     // The position of the first opening of `t` ("<NAME:"); 0 when absent.
     std::size_t at(Tag t) const { return m_tagAt[t]; }
+
+    // The position of the first `needle`, which begins with the opening of the date's tag.
+    // Every such text stands at an opening of that tag: with only one, it is there or nowhere.
+    std::size_t findDate(std::string_view needle) const
+    {
+        const std::size_t p = m_tagAt[QsoDate];
+        if (p == 0) {
+            return 0;
+        }
+        if (m_soleDate) {
+            return m_text.substr(p - 1, needle.size()) == needle ? p : 0;
+        }
+        return find(needle, p);
+    }
 
     // The position of the first `needle` (ASCII) at or after `from`; 0 when absent.
     std::size_t find(std::string_view needle, std::size_t from = 1) const
@@ -200,6 +262,7 @@ private:
     std::string m_storage;              // the characters of a record that is not ASCII
     std::vector<std::size_t> m_offsets; // and the byte offset of each, then of the end
     std::array<std::size_t, kTagCount> m_tagAt{};
+    bool m_soleDate = true; // one opening of the date's tag, in an ASCII record
 };
 
 // `line` in upper case as the program's upper case goes (ASCII and full-width Latin letters).
@@ -251,6 +314,21 @@ bool appendUpperLine(text::LineReader& in, std::string& record)
         record += upperLine(text::decodeSjis(raw));
     }
     return std::string_view(record).substr(from).find("<EOR>") != std::string_view::npos;
+}
+
+// One for a line holding "<CALL:" and one more for a line holding "<call:" (as written),
+// both looked for in one walk over the "<" of the line.
+long callOpenings(std::string_view line)
+{
+    bool upperCall = false;
+    bool lowerCall = false;
+    for (std::size_t lt = line.find('<'); lt != std::string_view::npos && !(upperCall && lowerCall);
+         lt = line.find('<', lt + 1)) {
+        const std::string_view rest = line.substr(lt + 1, 5);
+        upperCall = upperCall || rest == "CALL:";
+        lowerCall = lowerCall || rest == "call:";
+    }
+    return (upperCall ? 1 : 0) + (lowerCall ? 1 : 0);
 }
 
 // A length as BASIC's Val reads the digits; a negative one is an invalid call of the
@@ -376,11 +454,10 @@ void takeRecord(AdifValues& v, const RecordText& rec)
     if (const std::size_t p = rec.at(QsoDate); p != 0) {
         const std::size_t length = lengthOf(rec.mid(p + 10, 1));
         std::string_view date = rec.mid(p + 14, length);
-        // Both begin with the tag's opening, so neither stands before its first one.
-        if (const std::size_t d = rec.find("<QSO_DATE:8:D>", p); d != 0) {
+        if (const std::size_t d = rec.findDate("<QSO_DATE:8:D>"); d != 0) {
             date = rec.mid(d + 14, length);
         }
-        if (const std::size_t d = rec.find("<QSO_DATE:8>", p); d != 0) {
+        if (const std::size_t d = rec.findDate("<QSO_DATE:8>"); d != 0) {
             date = rec.mid(d + 12, length);
         }
         assignLeft(v.year, date, 4);
@@ -572,8 +649,7 @@ long count_in_name_adi(const ReaderContext& ctx)
             decoded = text::decodeSjis(raw);
             line = decoded;
         }
-        count += text::contains(line, "<CALL:") ? 1 : 0;
-        count += text::contains(line, "<call:") ? 1 : 0;
+        count += callOpenings(line);
     }
     run.line_count = count;
     run.Label39 = std::to_string(count) + " 件";

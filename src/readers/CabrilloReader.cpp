@@ -11,6 +11,9 @@
 
 #include <algorithm>
 #include <array>
+#include <bit>
+#include <cstdint>
+#include <cstring>
 #include <limits>
 
 namespace vornhale::readers {
@@ -75,22 +78,77 @@ std::string_view nextUtf8(text::LineReader& in, std::string& decoded)
 constexpr std::array<std::string_view, 7> kContinents{"EU-", "AS-", "OC-", "AF-",
                                                       "NA-", "NS-", "AN-"};
 
-// Whether `text` holds any of `codes`, each two characters and a "-": looked for at each "-".
+// Whether `text` holds any of `codes`, each two characters and a "-": looked for at each "-",
+// the two characters before it compared at once.
 bool holdsAny(std::string_view text, const std::array<std::string_view, 7>& codes)
 {
-    for (std::size_t dash = text.find('-'); dash != std::string_view::npos;
-         dash = text.find('-', dash + 1)) {
-        if (dash < 2) {
+    const auto pair = [](char a, char b) {
+        return static_cast<unsigned>(static_cast<unsigned char>(a)) << 8 |
+               static_cast<unsigned char>(b);
+    };
+    for (std::size_t dash = 2; dash < text.size(); ++dash) {
+        if (text[dash] != '-') {
             continue;
         }
-        const std::string_view code = text.substr(dash - 2, 3);
+        const unsigned before = pair(text[dash - 2], text[dash - 1]);
         for (const std::string_view c : codes) {
-            if (code == c) {
+            if (before == pair(c[0], c[1])) {
                 return true;
             }
         }
     }
     return false;
+}
+
+// The number of blanks from `at` on; runs of a column's width are passed eight bytes at a time.
+std::size_t blankRun(std::string_view line, std::size_t at)
+{
+    std::size_t i = at;
+    if constexpr (std::endian::native == std::endian::little) {
+        constexpr std::uint64_t kBlanks = 0x2020202020202020ull;
+        for (; i + 8 <= line.size(); i += 8) {
+            std::uint64_t word = 0;
+            std::memcpy(&word, line.data() + i, 8);
+            if (const std::uint64_t other = word ^ kBlanks; other != 0) {
+                return i + static_cast<std::size_t>(std::countr_zero(other)) / 8 - at;
+            }
+        }
+    }
+    while (i < line.size() && line[i] == ' ') {
+        ++i;
+    }
+    return i - at;
+}
+
+// The tokens of a line in which every run of blanks and tabs is one boundary between two
+// tokens, as it is when the run holds no more characters than `divisor` (it cannot fold to
+// more blanks than that) and no ideographic blank. False, with `tokens` partly filled, at the
+// first run that is longer or at the first byte that may begin an ideographic blank.
+bool simpleTokenViews(std::string_view line, std::size_t divisor,
+                      std::vector<std::string_view>& tokens, std::size_t limit)
+{
+    const std::size_t n = line.size();
+    std::size_t i = 0;
+    for (;;) {
+        const std::size_t start = i;
+        while (i < n && !kMayStartBlank[static_cast<unsigned char>(line[i])]) {
+            ++i;
+        }
+        if (i < n && line[i] == kIdeographicBlank[0]) {
+            return false;
+        }
+        tokens.push_back(line.substr(start, i - start));
+        if (i == n || tokens.size() == limit) {
+            return true;
+        }
+        const std::size_t runStart = i;
+        while (i < n && (line[i] == ' ' || line[i] == '\t')) {
+            ++i;
+        }
+        if (i - runStart > divisor || (i < n && line[i] == kIdeographicBlank[0])) {
+            return false;
+        }
+    }
 }
 
 std::string_view cabrilloMode(std::string_view mode)
@@ -123,10 +181,8 @@ std::string normaliseCabrilloBlanks(std::string_view line, int passes)
         bool blankLike = false;
         while (i < line.size()) {
             if (line[i] == ' ') {
-                std::size_t blanks = 0;
-                for (; i < line.size() && line[i] == ' '; ++i) {
-                    ++blanks;
-                }
+                const std::size_t blanks = blankRun(line, i);
+                i += blanks;
                 run += (blanks + 1) / 2;
             } else if (line[i] == '\t') {
                 ++run;
@@ -182,6 +238,10 @@ void cabrilloTokenViews(std::string_view line, int passes, std::vector<std::stri
     // blank-like characters into one blank or more, so the tokens are the stretches between
     // the runs, with one empty token more for each blank beyond the first of a run.
     const std::size_t divisor = std::size_t{1} << std::min(passes - 1, 40);
+    if (simpleTokenViews(line, divisor, tokens, limit)) {
+        return;
+    }
+    tokens.clear();
     // The first byte decides for all but the lead byte of the ideographic blank.
     const auto ideographicAt = [line](std::size_t i) {
         return line[i] == kIdeographicBlank[0] &&
@@ -208,10 +268,8 @@ void cabrilloTokenViews(std::string_view line, int passes, std::vector<std::stri
         std::size_t run = 0; // blanks after the first pass
         while (i < line.size()) {
             if (line[i] == ' ') {
-                std::size_t blanks = 0;
-                for (; i < line.size() && line[i] == ' '; ++i) {
-                    ++blanks;
-                }
+                const std::size_t blanks = blankRun(line, i);
+                i += blanks;
                 run += (blanks + 1) / 2;
             } else if (line[i] == '\t') {
                 ++run;

@@ -31,10 +31,28 @@ std::string_view token(const std::vector<std::string_view>& tokens, std::size_t 
     return tokens[i];
 }
 
+// Whether `s` is ASCII alone; the short columns nearly always are, and a walk over a few
+// bytes is quicker than a call.
+bool isAsciiShort(std::string_view s)
+{
+    for (const char c : s) {
+        if (static_cast<unsigned char>(c) >= 0x80) {
+            return false;
+        }
+    }
+    return true;
+}
+
+// The Shift-JIS width of `s`: its length when it is ASCII.
+std::size_t sjisWidth(std::string_view s)
+{
+    return isAsciiShort(s) ? s.size() : text::Len_sjis(s);
+}
+
 // Blanks in front up to `width` bytes; a longer text is not cut.
 void appendRightAligned(std::string& out, std::string_view s, std::size_t width)
 {
-    const std::size_t bytes = text::Len_sjis(s);
+    const std::size_t bytes = sjisWidth(s);
     if (bytes < width) {
         out.append(width - bytes, ' ');
     }
@@ -44,7 +62,7 @@ void appendRightAligned(std::string& out, std::string_view s, std::size_t width)
 // Blanks behind up to `width` bytes; a longer text is not cut.
 void appendPadded(std::string& out, std::string_view s, std::size_t width)
 {
-    const std::size_t bytes = text::Len_sjis(s);
+    const std::size_t bytes = sjisWidth(s);
     out.append(s);
     if (bytes < width) {
         out.append(width - bytes, ' ');
@@ -55,7 +73,7 @@ void appendPadded(std::string& out, std::string_view s, std::size_t width)
 // where it stands; other text goes by its Shift-JIS widths, never splitting a character.
 void appendColumn(std::string& out, std::string_view s, std::size_t width)
 {
-    if (!text::isAsciiText(s)) {
+    if (!isAsciiShort(s)) {
         out += text::sjisColumn(s, static_cast<long>(width));
         return;
     }

@@ -500,3 +500,18 @@ TEST(AdifValues, AKanjiRecordCountsPositionsInCharactersAndCutsWholeCharacters)
     EXPECT_EQ(v.adi_state, "STATE: 大阪府");
     EXPECT_EQ(v.rst_rcvd, "東京");
 }
+
+TEST(AdifValues, WithTheDateTagWrittenTwiceEachFormIsFoundWhereverItStands)
+{
+    // The form without a type letter wins over the one with it, wherever each stands.
+    readers::AdifValues v = valuesOf("<CALL:6>JA1ABC <QSO_DATE:8>20260101 <QSO_DATE:8:D>20021123");
+    EXPECT_EQ(v.year + v.month + v.day, "20260101");
+    v = valuesOf("<CALL:6>JA1ABC <QSO_DATE:8:D>20021123 <QSO_DATE:8>20260101");
+    EXPECT_EQ(v.year + v.month + v.day, "20260101");
+    // A first opening of neither form gives the length; the typed form later gives the place.
+    v = valuesOf("<CALL:6>JA1ABC <QSO_DATE:6>260101 <QSO_DATE:8:D>20021123");
+    EXPECT_EQ(v.year + v.month + v.day, "20021111"); // six characters: "200211"
+    // One opening of neither form: the value starts as if it had the type letter.
+    v = valuesOf("<CALL:6>JA1ABC <QSO_DATE:8:X>20021123");
+    EXPECT_EQ(v.year + v.month + v.day, "20021123");
+}

@@ -632,3 +632,41 @@ TEST(CabrilloRecognition, AContinentCodeOutsideToken8SetsNothingWhereverItStands
         EXPECT_EQ(run.cbr_has_iota, c.iota) << c.line;
     }
 }
+
+TEST(CabrilloTxtForm, LettersOfTwoUtf8BytesAreCutAsWholeCharacters)
+{
+    readers::CabrilloTxtForm form;
+    const std::string head = "QSO: 14025 CW 2026-11-22 0905 ZZ9ZZZ        599 25     ";
+    // Greek and accented letters take two bytes in UTF-8 as a kanji takes three: the call
+    // column still cuts between characters, never inside one, by their Shift-JIS widths.
+    EXPECT_EQ(form.line(head + "ΑΒΓΔΕΖ 579 éé 0"),
+              " 11  22 0905 ΑΒΓΔΕ 59925        579      éé      14CW      ");
+}
+
+TEST(CabrilloReader, TokenViewsOfLinesWithoutIdeographicBlanksAreTheFoldedTokensAtAnyLength)
+{
+    // Lines on both sides of the length up to which no run can fold to two blanks.
+    const char* pieces[] = {" ", " ", " ", "\t", "A", "1", "大", "ｱ"};
+    unsigned seed = 777;
+    std::vector<std::string_view> views;
+    for (int trial = 0; trial < 3000; ++trial) {
+        std::string s;
+        seed = seed * 1103515245u + 12345u;
+        const int length = static_cast<int>(seed >> 16) % 700;
+        for (int k = 0; k < length; ++k) {
+            seed = seed * 1103515245u + 12345u;
+            s += pieces[(seed >> 16) % std::size(pieces)];
+        }
+        if (trial % 30 == 0) {
+            s.insert(s.size() / 2, std::string(trial % 60 == 0 ? 40 : 600, ' '));
+        }
+        for (int n : {1, 2, 6, 10}) {
+            const std::string folded = readers::normaliseCabrilloBlanks(s, n);
+            const std::vector<std::string> expected =
+                folded.empty() ? std::vector<std::string>{} : text::split(folded, " ");
+            readers::cabrilloTokenViews(s, n, views);
+            ASSERT_EQ(std::vector<std::string>(views.begin(), views.end()), expected)
+                << s << " " << n;
+        }
+    }
+}
