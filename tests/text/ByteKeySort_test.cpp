@@ -88,3 +88,40 @@ TEST(ByteKeySort, OrdersAsAStableSortOfTheKeyBytesDoes)
         }
     }
 }
+
+TEST(ByteKeySort, PutsANearlyOrderedFileInOrderAsAStableSortDoes)
+{
+    // Lines in key order but for small groups in reverse, with repeated keys, as a file keyed
+    // from lines already in the order of their calls comes; and the same lines reversed whole.
+    std::vector<std::string> lines;
+    for (int group = 0; group < 300; ++group) {
+        for (int inGroup = 4; inGroup >= 0; --inGroup) {
+            lines.push_back("K" + std::to_string(1000 + group) + "/" + std::to_string(inGroup % 3) +
+                            "#" + std::to_string(lines.size()));
+        }
+    }
+    for (bool reversed : {false, true}) {
+        std::vector<std::string> input = lines;
+        if (reversed) {
+            std::reverse(input.begin(), input.end());
+        }
+        std::string bytes;
+        for (const auto& line : input) {
+            bytes += line + "\r\n";
+        }
+        for (bool descending : {false, true}) {
+            std::vector<std::string> expected = input;
+            auto keyOf = [](const std::string& line) { return line.substr(0, 7); };
+            std::stable_sort(expected.begin(), expected.end(),
+                             [&](const std::string& a, const std::string& b) {
+                                 return descending ? keyOf(b) < keyOf(a) : keyOf(a) < keyOf(b);
+                             });
+            std::string output;
+            for (const auto& line : expected) {
+                output += line + "\r\n";
+            }
+            EXPECT_EQ(sorted(bytes, 1, 7, descending), output)
+                << (reversed ? "reversed" : "nearly ordered") << (descending ? ", descending" : "");
+        }
+    }
+}
