@@ -124,52 +124,62 @@ bool RecordBytes::quotedRecord(std::size_t count, std::vector<std::string_view>&
     }
     const char* const end = m_bytes.data() + m_bytes.size();
     const char* const start = m_bytes.data() + m_pos;
-    // The offsets from `start` of the record's quotes, two a field, gathered first.
+    // The offsets from `start` of the record's quotes, two a field, gathered first; a word
+    // can add up to eight beyond those wanted.
     std::uint32_t quoteAt[2 * kMostFields + 8];
     const std::size_t wanted = 2 * count;
     std::size_t found = 0;
     std::uint64_t high = 0;
+    std::uint64_t word = 0;
     const char* w = start;
-    for (;; w += 8) {
-        if (w >= end) {
-            return false;
-        }
-        std::uint64_t word = 0;
-        std::uint64_t quotes;
-        if (end - w >= 8) {
-            std::memcpy(&word, w, 8);
-            quotes = quoteBytes(word);
-        } else {
-            // The last bytes of the file; the missing ones are no quotes.
-            const auto n = static_cast<std::size_t>(end - w);
-            std::memcpy(&word, w, n);
-            quotes = quoteBytes(word) & ((std::uint64_t{1} << (8 * n)) - 1);
-        }
+    for (; end - w >= 8; w += 8) {
+        std::memcpy(&word, w, 8);
+        std::uint64_t quotes = quoteBytes(word);
         const auto base = static_cast<std::uint32_t>(w - start);
-        while (quotes != 0 && found < wanted) {
+        for (; quotes != 0; quotes &= quotes - 1) {
             quoteAt[found++] = base + static_cast<std::uint32_t>(std::countr_zero(quotes) / 8);
-            quotes &= quotes - 1;
         }
-        if (found == wanted) {
-            // The bytes of this word up to the last closing quote belong to the record.
-            const std::size_t used = quoteAt[wanted - 1] - base + 1;
-            high |= used < 8 ? word & ((std::uint64_t{1} << (8 * used)) - 1) : word;
+        if (found >= wanted) {
             break;
         }
         high |= word;
     }
-    if ((high & kHigh) != 0 || quoteAt[0] != 0) {
-        return false;
-    }
-    // Each closing quote but the last is followed by a comma and the next opening quote.
-    for (std::size_t k = 1; k + 1 < wanted; k += 2) {
-        if (quoteAt[k + 1] != quoteAt[k] + 2 || start[quoteAt[k] + 1] != ',') {
+    if (found < wanted) {
+        // The last bytes of the file; the missing ones are no quotes.
+        const auto n = static_cast<std::size_t>(end - w);
+        if (n == 0) {
+            return false;
+        }
+        word = 0;
+        std::memcpy(&word, w, n);
+        std::uint64_t quotes = quoteBytes(word) & ((std::uint64_t{1} << (8 * n)) - 1);
+        const auto base = static_cast<std::uint32_t>(w - start);
+        for (; quotes != 0; quotes &= quotes - 1) {
+            quoteAt[found++] = base + static_cast<std::uint32_t>(std::countr_zero(quotes) / 8);
+        }
+        if (found < wanted) {
             return false;
         }
     }
-    for (std::size_t i = 0; i < count; ++i) {
-        out[i] =
-            std::string_view(start + quoteAt[2 * i] + 1, quoteAt[2 * i + 1] - quoteAt[2 * i] - 1);
+    {
+        // The bytes of the last word up to the last closing quote belong to the record.
+        const std::size_t used = quoteAt[wanted - 1] - static_cast<std::size_t>(w - start) + 1;
+        high |= used < 8 ? word & ((std::uint64_t{1} << (8 * used)) - 1) : word;
+    }
+    if ((high & kHigh) != 0 || quoteAt[0] != 0) {
+        return false;
+    }
+    // Each closing quote but the last is followed by a comma and the next opening quote. The
+    // views are set on the way; a record that fails is read again by the general rules.
+    std::string_view* const view = out.data();
+    view[0] = std::string_view(start + 1, quoteAt[1] - 1);
+    for (std::size_t i = 1; i < count; ++i) {
+        const std::uint32_t close = quoteAt[2 * i - 1];
+        const std::uint32_t open = quoteAt[2 * i];
+        if (open != close + 2 || start[close + 1] != ',') {
+            return false;
+        }
+        view[i] = std::string_view(start + open + 1, quoteAt[2 * i + 1] - open - 1);
     }
     const char* p = start + quoteAt[wanted - 1] + 1;
     if (p < end && *p == ',') {

@@ -6,6 +6,7 @@
 #include "history/NoQslCountries.h"
 #include "support/TestSupport.h"
 #include "text/Record.h"
+#include "text/SjisCodec.h"
 
 #include <gtest/gtest.h>
 
@@ -247,6 +248,59 @@ TEST_F(Rewrite, AOneCharacterNoQslMojiKeepsThreeCharacters)
     text::RecordReader in(m_dir / "h.csv");
     EXPECT_EQ(in.fields(20)[10], "_  ");
     EXPECT_EQ(test::readBytes(m_dir / "c.csv"), "");
+}
+
+TEST_F(Rewrite, NoQslMojiKeepsKanjiAndTheFieldsOfEachLineAsTheyStand)
+{
+    // Lines of any number of fields, a kanji mark and kanji fields, an empty line.
+    test::writeBytes(
+        m_files.out_name_ham0,
+        text::encodeSjis("\"東\",\"\",\"a\",\"b\",\"c\",\"d\",\"e\",\"f\",\"g\","
+                         "\"h\",\"N* \",\"山田\"\r\n"
+                         "\r\n"
+                         " x , \"N\"\r\n"
+                         "\"1\",\"2\",\"3\",\"4\",\"5\",\"6\",\"7\",\"8\",\"9\",\"10\","
+                         "\"Nを\"\r\n"));
+    test::writeBytes(m_files.out_name_con0, "");
+    base::RunObserver observer;
+    No_QSL_moji_ReWrite(m_files.out_name_ham0, m_dir / "h.csv", m_files.out_name_con0,
+                        m_dir / "c.csv", "無", false, m_trace, observer);
+    EXPECT_EQ(test::readBytes(m_dir / "h.csv"),
+              text::encodeSjis("\"東\",\"\",\"a\",\"b\",\"c\",\"d\",\"e\",\"f\",\"g\",\"h\","
+                               "\"無* \",\"山田\"\r\n"
+                               "\r\n"
+                               "\"x\",\"N\"\r\n"
+                               "\"1\",\"2\",\"3\",\"4\",\"5\",\"6\",\"7\",\"8\",\"9\",\"10\","
+                               "\"無を \"\r\n"));
+}
+
+TEST_F(Rewrite, KanjiRecordsKeepTheirBytesThroughBothRewrites)
+{
+    auto kanji = [](std::string qsl3) {
+        auto r = result("JA1ABC", "", qsl3, "山 ", "　川", "@ 東京", "x");
+        r[11] = "山田";
+        return r;
+    };
+    write(m_files.out_name_con0, {kanji("N  "), result("W1AW", "", "J* ")});
+    write(m_files.out_name_ham0, {kanji("J* "), result("W1AW", "", "J* ")});
+    all_JN_Chikan_full(m_files, "B", "*", m_trace);
+    const auto con = read(m_files.out_name_con0);
+    ASSERT_EQ(con.size(), 2u);
+    EXPECT_EQ(con[0], (std::vector<std::string>{"JA1ABC", "",     "24/01/01", "12:00U", "599",
+                                                "599",    "7",    "CW",       "",       "",
+                                                "N*  ",   "山田", "",         "n1",     "n2",
+                                                " 東京",  "x",    "n1",       "n2",     "JA1ABC"}));
+    EXPECT_EQ(read(m_files.out_name_ham0)[0][10], "N*  ");
+    write(m_files.out_name_ham0, {kanji("J* ")});
+    write(m_files.out_name_con0, {kanji("N  ")});
+    all_NJ_Chikan_full(m_files, "J", "*", m_trace);
+    // The lone "@" is gone before the manager test, and the ideographic blank is no blank.
+    const auto ham = read(m_files.out_name_ham0);
+    EXPECT_EQ(ham[0], (std::vector<std::string>{"JA1ABC", "",     "24/01/01", "12:00U", "599",
+                                                "599",    "7",    "CW",       "",       "",
+                                                "J* ",    "山田", "",         "山 ",    "　川",
+                                                " 東京",  "x",    "n1",       "n2",     "JA1ABC"}));
+    EXPECT_EQ(read(m_files.out_name_con0)[0][10], "J  ");
 }
 
 } // namespace
