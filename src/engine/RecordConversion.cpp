@@ -60,13 +60,18 @@ std::string_view normalisedModeView(std::string_view mode)
 // Blanks at both ends taken off in place; the text keeps its capacity.
 void trimInPlace(std::string& s)
 {
-    if (s.empty() || (s.front() != ' ' && s.back() != ' ')) {
-        return;
+    std::size_t end = s.size();
+    while (end > 0 && s[end - 1] == ' ') {
+        --end;
     }
-    const std::string_view t = trim(s);
-    const std::size_t begin = t.empty() ? 0 : static_cast<std::size_t>(t.data() - s.data());
-    s.resize(begin + t.size());
-    s.erase(0, begin);
+    std::size_t begin = 0;
+    while (begin < end && s[begin] == ' ') {
+        ++begin;
+    }
+    s.resize(end);
+    if (begin > 0) {
+        s.erase(0, begin);
+    }
 }
 
 // `text::upper` into `out`. ASCII text is upper-cased byte by byte, as `text::upper` does it.
@@ -130,6 +135,11 @@ std::string withoutQtc(const std::string& memo)
 // A remark with the "@ " marks taken out into `out`; one that is then only "@" is emptied.
 void withoutAtMarksInto(std::string& out, std::string_view rmks)
 {
+    if (rmks.find('@') == std::string_view::npos) {
+        // Neither a mark nor a lone "@" can stand in it.
+        out.assign(rmks);
+        return;
+    }
     replaceAllInto(out, rmks, "@ ", "");
     if (trim(out) == "@") {
         out.clear();
@@ -365,8 +375,13 @@ void chooseManager(ContactState& c, ConversionScope& s)
 // none and takes the ordinary route.
 void cleanManager(ContactState& c)
 {
-    upperInto(c.scratch, c.mng);
-    if (text::contains(c.scratch, "DIRECT") || text::contains(c.scratch, "BURO") || blank(c.mng)) {
+    // Upper-casing keeps the length in bytes, so a manager shorter than "BURO" holds neither.
+    bool direct = false;
+    if (c.mng.size() >= 4) {
+        upperInto(c.scratch, c.mng);
+        direct = text::contains(c.scratch, "DIRECT") || text::contains(c.scratch, "BURO");
+    }
+    if (direct || blank(c.mng)) {
         std::erase(c.mng, '@');
     }
     if (c.mng.find("@@") != std::string::npos) {
@@ -586,11 +601,24 @@ void addProvince(ContactState& c, ConversionScope& s)
 void formDateAndTime(ContactState& c)
 {
     const std::string_view d = c.q_date6;
-    c.date8.assign(d.substr(0, 2));
-    c.date8 += '/';
-    c.date8 += d.substr(std::min<std::size_t>(2, d.size()), 2);
-    c.date8 += '/';
-    c.date8 += d.substr(std::min<std::size_t>(4, d.size()), 2);
+    if (d.size() >= 6) {
+        c.date8.resize(8);
+        char* p = c.date8.data();
+        p[0] = d[0];
+        p[1] = d[1];
+        p[2] = '/';
+        p[3] = d[2];
+        p[4] = d[3];
+        p[5] = '/';
+        p[6] = d[4];
+        p[7] = d[5];
+    } else {
+        c.date8.assign(d.substr(0, 2));
+        c.date8 += '/';
+        c.date8 += d.substr(std::min<std::size_t>(2, d.size()), 2);
+        c.date8 += '/';
+        c.date8 += d.substr(std::min<std::size_t>(4, d.size()), 2);
+    }
 
     const std::string_view t = c.q_time5;
     if (text::isAsciiText(t)) {

@@ -491,3 +491,16 @@ TEST(Henkan_txt, TheProgressLabelShowsTheRecordsDoneAndAllRecordsInFourPlaces)
     EXPECT_EQ(observer.labels,
               (std::vector<std::string>{"   1 /    3", "   2 /    3", "   3 /    3"}));
 }
+
+TEST(Henkan_txt, TheResultDateTakesTwoBytesEachOfTheSixDigitDateWhateverItsLength)
+{
+    for (const auto& [date, shown] : std::vector<std::pair<std::string, std::string>>{
+             {"261122", "26/11/22"}, {"2611", "26/11/"}, {"26112233", "26/11/22"}, {"", "//"}}) {
+        Conversion c;
+        c.options.set("Option05", "0");
+        auto e = line("JA1ABC", "JA1ABC");
+        e.q_date6 = date;
+        EXPECT_EQ(c.run({e}).second[0][RDate], shown) << date;
+        EXPECT_EQ(engine::date8Of(date), shown);
+    }
+}
