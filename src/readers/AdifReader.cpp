@@ -313,7 +313,8 @@ bool appendUpperLine(text::LineReader& in, std::string& record)
     } else {
         record += upperLine(text::decodeSjis(raw));
     }
-    return std::string_view(record).substr(from).find("<EOR>") != std::string_view::npos;
+    // Looked for from the end, where a record's closing tag stands.
+    return std::string_view(record).substr(from).rfind("<EOR>") != std::string_view::npos;
 }
 
 // One for a line holding "<CALL:" and one more for a line holding "<call:" (as written),
@@ -691,8 +692,10 @@ void henkan_adi_2_t(const ReaderContext& ctx)
             throw failure::Failure(f.number(), f.description() + " (" + std::to_string(done + 1) +
                                                    " 件目: " + record + ")");
         }
-        values.fill(q);
-        out.writeRecord(q.fields());
+        // As `fill` puts the record into the common line, written without the copy.
+        out.writeRecord({values.year, values.month, values.day, values.time, values.call,
+                         values.rst_sent, values.rst_rcvd, values.freq, values.mode, q.q_op,
+                         q.q_memo, values.freq, q.q_rcvd});
         ++run.written_count;
         ctx.observer.progress(++done);
     }

@@ -1,6 +1,5 @@
 #include "readers/CabrilloReader.h"
 
-#include "base/QsoLine.h"
 #include "base/WorkingFiles.h"
 #include "failure/Failure.h"
 #include "text/Chars.h"
@@ -86,8 +85,9 @@ bool holdsAny(std::string_view text, const std::array<std::string_view, 7>& code
         return static_cast<unsigned>(static_cast<unsigned char>(a)) << 8 |
                static_cast<unsigned char>(b);
     };
-    for (std::size_t dash = 2; dash < text.size(); ++dash) {
-        if (text[dash] != '-') {
+    for (std::size_t dash = text.find('-'); dash != std::string_view::npos;
+         dash = text.find('-', dash + 1)) {
+        if (dash < 2) {
             continue;
         }
         const unsigned before = pair(text[dash - 2], text[dash - 1]);
@@ -149,6 +149,18 @@ bool simpleTokenViews(std::string_view line, std::size_t divisor,
             return false;
         }
     }
+}
+
+// The band of a frequency in kHz, as `cabrilloBandOfKhz` gives it.
+std::string_view bandOfKhz(std::string_view token)
+{
+    const double khz = text::val(token);
+    for (const BandRange& r : kBandRanges) {
+        if (khz >= r.from && khz <= r.to) {
+            return r.band;
+        }
+    }
+    return {};
 }
 
 std::string_view cabrilloMode(std::string_view mode)
@@ -300,13 +312,7 @@ std::vector<std::string> cabrilloTokens(std::string_view line, int passes)
 
 std::string cabrilloBandOfKhz(std::string_view token)
 {
-    const double khz = text::val(token);
-    for (const BandRange& r : kBandRanges) {
-        if (khz >= r.from && khz <= r.to) {
-            return r.band;
-        }
-    }
-    return {};
+    return std::string(bandOfKhz(token));
 }
 
 std::string cabrilloFrequencyMhz(std::string_view token)
@@ -393,7 +399,7 @@ void henkan_cbr_2_t(const ReaderContext& ctx)
 
     // Operator, memo, frequency and received exchange are never assigned from a Cabrillo
     // line; the band keeps what the line before left when a frequency is between the ranges.
-    base::QsoLine q;
+    std::string band;
     long done = 0;
     long number = 1;
     std::string decoded;
@@ -402,8 +408,6 @@ void henkan_cbr_2_t(const ReaderContext& ctx)
     while (!in.atEnd()) {
         const std::string_view line = nextUtf8(in, decoded);
         ++number;
-        q.q_memo.clear();
-        q.q_freq.clear();
         if (!text::contains(line, "QSO:")) {
             continue; // header lines and the closing line
         }
@@ -428,28 +432,37 @@ void henkan_cbr_2_t(const ReaderContext& ctx)
         }
         const std::string_view date = t[3];
         const std::size_t thirdDash = date.find('-', secondDash + 1);
-        q.q_year.assign(date.substr(0, firstDash));
-        q.q_month.assign(date.substr(firstDash + 1, secondDash - firstDash - 1));
-        q.q_day.assign(date.substr(secondDash + 1, thirdDash == std::string_view::npos
-                                                       ? std::string_view::npos
-                                                       : thirdDash - secondDash - 1));
-        q.q_time.assign(t[4]);
+        const std::string_view year = date.substr(0, firstDash);
+        const std::string_view month = date.substr(firstDash + 1, secondDash - firstDash - 1);
+        const std::string_view day = date.substr(secondDash + 1, thirdDash == std::string_view::npos
+                                                                     ? std::string_view::npos
+                                                                     : thirdDash - secondDash - 1);
         if (frequencies) {
-            q.q_band = cabrilloFrequencyMhz(t[1]);
-        } else if (std::string band = cabrilloBandOfKhz(t[1]); !band.empty()) {
-            q.q_band = std::move(band);
+            band = cabrilloFrequencyMhz(t[1]);
+        } else if (const std::string_view b = bandOfKhz(t[1]); !b.empty()) {
+            band.assign(b);
         }
-        q.q_mode.assign(cabrilloMode(t[2]));
-        q.q_rst_sent.assign(t[6]);
-        q.q_call.assign(t[8]);
-        q.q_rst_rcvd.assign(t[9]);
         // The operator rule would look at a line buffer this reader never fills.
-        q.q_op.clear();
+        const std::string_view op;
 
         const bool dropped =
-            operatorFilter && !run.op_filter_name.empty() && q.q_op != run.op_filter_name;
+            operatorFilter && !run.op_filter_name.empty() && op != run.op_filter_name;
         if (!dropped) {
-            out.writeRecord(q.fields());
+            // Written from views of the line: year, month, day, time, call, the two reports,
+            // band, mode, then the operator, memo, frequency and received exchange, all empty.
+            out.writeRecord({year,
+                             month,
+                             day,
+                             t[4],
+                             t[8],
+                             t[6],
+                             t[9],
+                             std::string_view(band),
+                             cabrilloMode(t[2]),
+                             op,
+                             {},
+                             {},
+                             {}});
             ++run.written_count;
         }
         ctx.observer.progress(++done);
