@@ -8,7 +8,9 @@
 #include "text/LineFile.h"
 #include "text/Record.h"
 #include "readers/ExchangeAnalysis.h"
+#include "text/SjisCodec.h"
 #include "text/SjisText.h"
+#include "text/Utf8.h"
 
 #include <array>
 
@@ -77,6 +79,38 @@ std::string memoRule(std::string_view paddedLine, Form form)
     return text::left(memo, open - 1) + " " + text::mid(memo, close + 1);
 }
 
+// The fixed columns of one line, as `Mid_sjis` cuts them. A line of plain ASCII, which is
+// nearly every line zLog writes, is cut by bytes without looking at each column's width.
+class Columns
+{
+public:
+    explicit Columns(std::string_view line) : m_line(line), m_ascii(text::isAsciiText(line)) {}
+
+    std::string operator()(long start, long length) const
+    {
+        if (!m_ascii) {
+            return Mid_sjis(m_line, start, length);
+        }
+        const auto at = static_cast<std::size_t>(start - 1);
+        return at >= m_line.size() ? std::string()
+                                   : std::string(m_line.substr(at, static_cast<std::size_t>(length)));
+    }
+    std::string trimmed(long start, long length) const
+    {
+        if (!m_ascii) {
+            return std::string(trim(Mid_sjis(m_line, start, length)));
+        }
+        const auto at = static_cast<std::size_t>(start - 1);
+        return at >= m_line.size()
+                   ? std::string()
+                   : std::string(trim(m_line.substr(at, static_cast<std::size_t>(length))));
+    }
+
+private:
+    std::string_view m_line;
+    bool m_ascii;
+};
+
 // The IOTA form of the exchange: the two continent letters, "-", three digits.
 void iotaRule(std::string& q_rcvd, std::string& q_memo)
 {
@@ -116,8 +150,14 @@ void readZlogText(const ReaderContext& ctx, Form form)
 
     QsoLine q;
     long done = 0;
+    std::string line;
     do {
-        std::string line = in.next();
+        const std::string_view raw = in.nextRaw();
+        if (text::isAsciiText(raw)) {
+            line.assign(raw);
+        } else {
+            line = text::decodeSjis(raw);
+        }
         if (form == Form::Txt) {
             std::string t = trimmed(line);
             if (t.empty()) {
@@ -131,20 +171,21 @@ void readZlogText(const ReaderContext& ctx, Form form)
             line = trimmed(t);
         }
         line.append(20, ' ');
+        const Columns column(line);
 
         if (form == Form::All) {
-            q.q_year = Mid_sjis(line, 1, 4);
-            q.q_month = trimmed(Mid_sjis(line, 6, 2));
-            q.q_day = trimmed(Mid_sjis(line, 9, 2));
-            q.q_time = Mid_sjis(line, 12, 2) + Mid_sjis(line, 15, 2);
-            q.q_call = Mid_sjis(line, 18, 13);
-            q.q_rst_sent = Mid_sjis(line, 31, 3);
-            q.q_rst_rcvd = Mid_sjis(line, 43, 3);
-            q.q_rcvd = firstWord(Mid_sjis(line, 47, 9));
-            q.q_band = trimmed(Mid_sjis(line, 67, 4));
-            q.q_mode = trimmed(Mid_sjis(line, 72, 3));
+            q.q_year = column(1, 4);
+            q.q_month = column.trimmed(6, 2);
+            q.q_day = column.trimmed(9, 2);
+            q.q_time = column(12, 2) + column(15, 2);
+            q.q_call = column(18, 13);
+            q.q_rst_sent = column(31, 3);
+            q.q_rst_rcvd = column(43, 3);
+            q.q_rcvd = firstWord(column(47, 9));
+            q.q_band = column.trimmed(67, 4);
+            q.q_mode = column.trimmed(72, 3);
             if (text::contains(q.q_mode, "PSK")) {
-                const std::string five = trimmed(Mid_sjis(line, 72, 5));
+                const std::string five = column.trimmed(72, 5);
                 if (text::contains(five, "PSK3")) {
                     q.q_mode = "PSK31";
                 } else if (text::contains(five, "PSK6")) {
@@ -164,15 +205,15 @@ void readZlogText(const ReaderContext& ctx, Form form)
             q.q_memo = (run.use.memo || run.use.memoEquals) ? memoRule(line, form) : std::string();
         } else {
             q.q_year = year;
-            q.q_month = text::right("0" + trimmed(Mid_sjis(line, 1, 2)), 2);
-            q.q_day = text::right("0" + trimmed(Mid_sjis(line, 5, 2)), 2);
-            q.q_time = trimmed(Mid_sjis(line, 8, 4));
-            q.q_call = Mid_sjis(line, 13, 11);
-            q.q_rst_sent = trimmed(Mid_sjis(line, 24, 3));
-            q.q_rst_rcvd = trimmed(Mid_sjis(line, 37, 3));
-            q.q_rcvd = firstWord(Mid_sjis(line, 40, 9));
-            q.q_band = Mid_sjis(line, 58, 3);
-            q.q_mode = Mid_sjis(line, 64, 3);
+            q.q_month = text::right("0" + column.trimmed(1, 2), 2);
+            q.q_day = text::right("0" + column.trimmed(5, 2), 2);
+            q.q_time = column.trimmed(8, 4);
+            q.q_call = column(13, 11);
+            q.q_rst_sent = column.trimmed(24, 3);
+            q.q_rst_rcvd = column.trimmed(37, 3);
+            q.q_rcvd = firstWord(column(40, 9));
+            q.q_band = column(58, 3);
+            q.q_mode = column(64, 3);
             if (frequencies && text::contains(line, "(")) {
                 frequencyInParentheses(line, q.q_band, q.q_freq);
             } else {
