@@ -11,6 +11,17 @@
 namespace vornhale::reference {
 namespace {
 
+// The place of a byte in the trie's alphabet: digits, capitals, "/"; -1 for any other.
+int trieLetter(char c)
+{
+    if (c >= '0' && c <= '9') {
+        return c - '0';
+    }
+    if (c >= 'A' && c <= 'Z') {
+        return 10 + (c - 'A');
+    }
+    return c == '/' ? 36 : -1;
+}
 
 // The right part of a call caps its search at this many characters.
 constexpr std::size_t kRightSearchChars = 6;
@@ -58,10 +69,27 @@ void CtyEntityLookup::load(const CtyTables& tables, const std::filesystem::path&
             const std::size_t chars = text::charCount(prefix);
             m_shortMaxChars = std::max(m_shortMaxChars, chars);
             if (m_shortHasChars.size() <= chars) {
-                m_shortHasChars.resize(chars + 1, false);
+                m_shortHasChars.resize(chars + 1, 0);
             }
-            m_shortHasChars[chars] = true;
+            m_shortHasChars[chars] = 1;
         }
+    }
+    m_trie.assign(1, TrieNode{});
+    for (const auto& [prefix, primary] : m_short) {
+        if (prefix.empty() ||
+            !std::all_of(prefix.begin(), prefix.end(), [](char c) { return trieLetter(c) >= 0; })) {
+            continue;
+        }
+        std::size_t node = 0;
+        for (const char c : prefix) {
+            const auto letter = static_cast<std::size_t>(trieLetter(c));
+            if (m_trie[node].child[letter] == 0) {
+                m_trie[node].child[letter] = static_cast<std::int32_t>(m_trie.size());
+                m_trie.emplace_back();
+            }
+            node = static_cast<std::size_t>(m_trie[node].child[letter]);
+        }
+        m_trie[node].primary = &primary;
     }
 
     m_conv.clear();
@@ -89,19 +117,27 @@ void CtyEntityLookup::load(const CtyTables& tables, const std::filesystem::path&
 CtyEntityLookup::PartHit CtyEntityLookup::prefixSearchPlain(std::string_view part,
                                                             std::size_t length) const
 {
-    // Each character is one byte and none is a blank: the key of n is the first n bytes.
+    // Each character is one byte and none is a blank: the key of n is the first n bytes, and
+    // the longest key that the walk meets is the one the search from the longest finds first.
+    const std::string* primary = nullptr;
+    std::size_t matched = 0;
+    std::size_t node = 0;
+    for (std::size_t i = 0; i < length; ++i) {
+        const std::int32_t next = m_trie[node].child[static_cast<std::size_t>(trieLetter(part[i]))];
+        if (next == 0) {
+            break;
+        }
+        node = static_cast<std::size_t>(next);
+        if (m_trie[node].primary != nullptr) {
+            primary = m_trie[node].primary;
+            matched = i + 1;
+        }
+    }
     PartHit result;
-    for (std::size_t n = std::min(length, m_shortMaxChars); n >= 1; --n) {
-        if (!shortHasChars(n)) {
-            continue;
-        }
-        const auto it = m_short.find(part.substr(0, n));
-        if (it != m_short.end()) {
-            result.hit = true;
-            result.whole = n == length;
-            result.primary = it->second;
-            return result;
-        }
+    if (primary != nullptr) {
+        result.hit = true;
+        result.whole = matched == length;
+        result.primary = *primary;
     }
     return result;
 }
@@ -111,7 +147,8 @@ CtyEntityLookup::PartHit CtyEntityLookup::prefixSearch(std::string_view part,
 {
     if (length <= part.size()) {
         const std::string_view searched = part.substr(0, length);
-        if (text::isAsciiText(searched) && searched.find(' ') == std::string_view::npos) {
+        if (!m_trie.empty() && std::all_of(searched.begin(), searched.end(),
+                                           [](char c) { return trieLetter(c) >= 0; })) {
             return prefixSearchPlain(part, length);
         }
     }

@@ -83,7 +83,8 @@ private:
         std::string primary;  // upper case
     };
     PartHit prefixSearch(std::string_view part, std::size_t length) const;
-    // The search over keys that are plain byte prefixes of `part` (ASCII without blanks).
+    // The search along the trie, for a part whose first `length` bytes are all capitals,
+    // digits or "/".
     PartHit prefixSearchPlain(std::string_view part, std::size_t length) const;
     bool shortHasChars(std::size_t n) const
     {
@@ -95,7 +96,16 @@ private:
     Index<std::string> m_long;          // call or long prefix -> primary padded to 9
     Index<std::string> m_short;         // short prefix -> primary of its first entry, upper
     std::size_t m_shortMaxChars = 0;    // longest short prefix, in characters
-    std::vector<bool> m_shortHasChars;  // [n]: some short prefix has n characters
+    std::vector<char> m_shortHasChars;  // [n]: some short prefix has n characters
+    // The short prefixes made only of capitals, digits and "/", as a trie: a walk along a
+    // call meets every one of them that the call starts with, the longest last.
+    static constexpr std::size_t kTrieLetters = 37;
+    struct TrieNode
+    {
+        std::int32_t child[kTrieLetters] = {};
+        const std::string* primary = nullptr; // the value in m_short of the prefix ending here
+    };
+    std::vector<TrieNode> m_trie;
     Index<std::string> m_conv;          // entity -> alias, first row
     Index<DxccEntry> m_dxccByPrefix;    // trimmed prefix -> first record, trimmed
     Index<std::string> m_buroByCode;    // trimmed code -> flag of the first record, trimmed
