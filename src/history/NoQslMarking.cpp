@@ -125,6 +125,11 @@ bool RecordBytes::quotedRecord(std::size_t count, std::vector<std::string_view>&
     }
     const char* const end = m_bytes.data() + m_bytes.size();
     const char* const start = m_bytes.data() + m_pos;
+    // A record that does not open with a quote is never searched for quotes, so that a file of
+    // unquoted fields is not read to its end once for each record.
+    if (*start != '"') {
+        return false;
+    }
     // The offsets from `start` of the record's quotes, two a field, gathered first; a word
     // can add up to eight beyond those wanted.
     std::uint32_t quoteAt[2 * kMostFields + 8];

@@ -309,8 +309,8 @@ TEST_F(Rewrite, AKanjiRouteLetterReachesAnAsciiRecordEncoded)
     write(m_files.out_name_ham0, {result("W1AW", "", "J* ")});
     all_JN_Chikan_full(m_files, "Ｂ", "*", m_trace);
     const std::string expected = text::encodeSjis(
-        "\"W1AW\",\"\",\"24/01/01\",\"12:00U\",\"599\",\"599\",\"7\",\"CW\",\"\",\"\",\"Ｂ* \",\"\","
-        "\"\",\"r1\",\"r2\",\"c1\",\"c2\",\"n1\",\"n2\",\"W1AW\"\r\n");
+        "\"W1AW\",\"\",\"24/01/01\",\"12:00U\",\"599\",\"599\",\"7\",\"CW\",\"\",\"\","
+        "\"Ｂ* \",\"\",\"\",\"r1\",\"r2\",\"c1\",\"c2\",\"n1\",\"n2\",\"W1AW\"\r\n");
     EXPECT_EQ(test::readBytes(m_files.out_name_con0), expected);
     EXPECT_EQ(test::readBytes(m_files.out_name_ham0), expected);
 }
