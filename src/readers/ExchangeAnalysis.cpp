@@ -7,8 +7,11 @@
 #include "text/Chars.h"
 #include "text/LineFile.h"
 #include "text/Record.h"
+#include "text/SjisCodec.h"
 #include "text/SjisText.h"
+#include "text/Utf8.h"
 
+#include <algorithm>
 #include <limits>
 
 namespace vornhale::readers {
@@ -90,6 +93,11 @@ bool RemarkCells::inKeys(std::string_view item) const
 
 bool isNumericText(std::string_view s)
 {
+    // A few plain digits, the usual exchange, are a number without converting them.
+    if (!s.empty() && s.size() <= 15 &&
+        std::all_of(s.begin(), s.end(), [](char c) { return c >= '0' && c <= '9'; })) {
+        return true;
+    }
     return text::toNumber(s).has_value();
 }
 
@@ -266,9 +274,9 @@ void ExchangeAnalysis::startPass()
     counters = {};
 }
 
-void ExchangeAnalysis::countExchange(const std::string& exchange)
+void ExchangeAnalysis::countExchange(std::string_view exchange)
 {
-    const std::size_t length = text::charCount(exchange);
+    const std::size_t length = text::isAsciiText(exchange) ? exchange.size() : text::charCount(exchange);
     bump(length);
     const bool numeric = isNumericText(exchange);
     if (numeric) {
@@ -297,18 +305,27 @@ void ExchangeAnalysis::linePass(const std::filesystem::path& path, std::string_v
 
     text::LineReader in(path);
     in.next(); // the first line names the logger or titles the columns
+    const long exchangeStart = form == Form::All ? 47 : 41;
+    const long exchangeLength = form == Form::All ? 8 : 9;
+    const long callStart = form == Form::All ? 18 : 13;
     // The pass reads before it tests for the end: a file with only its first line fails.
     do {
-        const std::string line = in.next();
+        const std::string_view raw = in.nextRaw();
         ++qso_lines;
-        const std::string exchange = form == Form::All
-                                         ? std::string(text::trim(text::Mid_sjis(line, 47, 8)))
-                                         : std::string(text::trim(text::Mid_sjis(line, 41, 9)));
-        countExchange(exchange);
-        const std::string call = form == Form::All
-                                     ? std::string(text::trim(text::Mid_sjis(line, 18, 11)))
-                                     : std::string(text::trim(text::Mid_sjis(line, 13, 11)));
-        countCallParts(call, false, 0);
+        if (text::isAsciiText(raw)) {
+            // Bytes are characters: the columns are byte slices.
+            auto column = [&](long start, long length) {
+                const auto at = static_cast<std::size_t>(start - 1);
+                return at >= raw.size() ? std::string_view()
+                                        : text::trim(raw.substr(at, static_cast<std::size_t>(length)));
+            };
+            countExchange(column(exchangeStart, exchangeLength));
+            countCallParts(column(callStart, 11), false, 0);
+            continue;
+        }
+        const std::string line = text::decodeSjis(raw);
+        countExchange(text::trim(text::Mid_sjis(line, exchangeStart, exchangeLength)));
+        countCallParts(std::string(text::trim(text::Mid_sjis(line, callStart, 11))), false, 0);
     } while (!in.atEnd());
 
     if (counters[kNotNumeric] > 0) {

@@ -117,7 +117,7 @@ private:
     void linePass(const std::filesystem::path& path, std::string_view in_name, bool zonesKept,
                   const RemarkCells& layout, Form form);
     void startPass();
-    void countExchange(const std::string& exchange);
+    void countExchange(std::string_view exchange);
     void logPass(const std::filesystem::path& path, const RemarkCells& layout,
                  std::size_t fieldsPerRecord, std::size_t rcvdField, std::size_t callField);
     void countCallParts(std::string_view call, bool zlo, std::size_t lengthByte);

@@ -559,3 +559,28 @@ TEST_F(Pass, ALongLogDecidesAsAShortOneOfTheSameExchanges)
     EXPECT_EQ(a.lblCon_No, longName);
     EXPECT_EQ(a.rcvd_has_zone, longZone);
 }
+
+TEST_F(Pass, ALineWithKanjiCountsAsTheSameLineInPlainAscii)
+{
+    // In the second log every line has kanji behind its columns, so none is cut by bytes;
+    // the exchange "ＡＢ" has kanji of its own in both.
+    all({"25", "13", "ＡＢ", "0012"}, false, "PLAIN.ALL");
+    const auto plain = a.counters;
+    ExchangeAnalysis other;
+    std::vector<std::string> lines{kAllHeader};
+    for (const char* e : {"25", "13", "ＡＢ", "0012"}) {
+        lines.push_back(allLine("JA1ABC", e) + " 東京都");
+    }
+    const auto path = dir / "KANJI.ALL";
+    test::writeSjisLines(path, lines);
+    other.check_rcvd_all(path, path.string(), false, layout);
+    EXPECT_EQ(other.counters, plain);
+    EXPECT_EQ(other.counters[4], 1); // "0012"
+}
+
+TEST_F(Pass, DigitsBeyondWhatANumberHoldsAreNoNumber)
+{
+    EXPECT_TRUE(readers::isNumericText("007"));
+    EXPECT_TRUE(readers::isNumericText("123456789012345"));
+    EXPECT_FALSE(readers::isNumericText(std::string(400, '9')));
+}
