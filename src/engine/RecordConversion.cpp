@@ -641,7 +641,12 @@ void takeManagerOut(ContactState& c, const ConversionScope& s)
         w == 0 ? std::string() : std::string(static_cast<std::size_t>(w) + 1, ' ');
     const std::string_view from = w == 0 ? trim(c.mng_pad) : std::string_view(c.mng_pad);
     auto withoutManager = [&](const std::string& rmks, std::string& out) {
-        replaceAllInto(c.scratch, rmks, from, blanks);
+        if (from.empty() || rmks.find(from) == std::string::npos) {
+            // No manager stands in the remark: only the marks come out.
+            withoutAtMarksInto(out, rmks);
+            return;
+        }
+        c.scratch = text::replaceAll(rmks, from, blanks);
         withoutAtMarksInto(out, c.scratch);
     };
     withoutManager(c.rmks1, c.rmks1_nomng);
