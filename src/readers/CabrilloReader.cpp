@@ -14,6 +14,8 @@
 #include <cstdint>
 #include <cstring>
 #include <limits>
+#include <mutex>
+#include <system_error>
 
 namespace vornhale::readers {
 namespace {
@@ -60,16 +62,51 @@ failure::Failure atLine(const failure::Failure& f, long number, std::string_view
                                             " 行目: " + std::string(line) + ")");
 }
 
-// The next line as UTF-8: its own bytes when they are all ASCII, which decodes to itself;
-// otherwise decoded into `decoded`. The view lives until the next call.
-std::string_view nextUtf8(text::LineReader& in, std::string& decoded)
+// The last read of a Cabrillo log, kept so that the passes of one action share it, with what
+// tells whether the file is still the one read.
+struct SharedRead
 {
-    const std::string_view raw = in.nextRaw();
-    if (text::isAsciiText(raw)) {
-        return raw;
+    std::string path;
+    std::uintmax_t size = 0;
+    std::filesystem::file_time_type changed;
+    std::shared_ptr<const CabrilloLines> lines;
+};
+
+std::mutex g_sharedMutex;
+SharedRead g_shared;
+
+// The size and time of change of `path`; false when either cannot be had.
+bool fileStamp(const std::filesystem::path& path, std::uintmax_t& size,
+               std::filesystem::file_time_type& changed)
+{
+    std::error_code ec;
+    size = std::filesystem::file_size(path, ec);
+    if (ec) {
+        return false;
     }
-    decoded = text::decodeSjis(raw);
-    return decoded;
+    changed = std::filesystem::last_write_time(path, ec);
+    return !ec;
+}
+
+std::shared_ptr<const CabrilloLines> readCabrilloLines(const std::filesystem::path& path)
+{
+    auto log = std::make_shared<CabrilloLines>();
+    log->bytes = text::readFileBytes(path);
+    log->lines = text::splitLines(log->bytes);
+    // A file of ASCII alone decodes to itself line by line; any other is looked at by line.
+    if (!text::isAsciiText(log->bytes)) {
+        for (std::string_view& line : log->lines) {
+            if (!text::isAsciiText(line)) {
+                line = log->decoded.emplace_back(text::decodeSjis(line));
+            }
+        }
+    }
+    for (std::size_t i = 0; i < log->lines.size(); ++i) {
+        if (log->lines[i].find("QSO:") != std::string_view::npos) {
+            log->qsoLines.push_back(static_cast<std::uint32_t>(i));
+        }
+    }
+    return log;
 }
 
 // The continent codes of an IOTA reference: "NS-" where South America's "SA-" might be
@@ -324,10 +361,38 @@ std::string cabrilloFrequencyMhz(std::string_view token)
     return width < 6 ? std::string(6 - width, ' ') + mhz : mhz;
 }
 
+std::shared_ptr<const CabrilloLines> cabrilloLines(const std::filesystem::path& path, bool fresh)
+{
+    std::uintmax_t size = 0;
+    std::filesystem::file_time_type changed;
+    const bool stamped = fileStamp(path, size, changed);
+    {
+        const std::lock_guard lock(g_sharedMutex);
+        if (!fresh && stamped && g_shared.lines && g_shared.path == path.string() &&
+            g_shared.size == size && g_shared.changed == changed) {
+            return g_shared.lines;
+        }
+    }
+    std::shared_ptr<const CabrilloLines> log = readCabrilloLines(path);
+    const std::lock_guard lock(g_sharedMutex);
+    if (stamped && log->bytes.size() == size) {
+        g_shared = SharedRead{path.string(), size, changed, log};
+    } else {
+        g_shared = SharedRead{}; // changing while read: never shared
+    }
+    return log;
+}
+
+void forgetCabrilloLines()
+{
+    const std::lock_guard lock(g_sharedMutex);
+    g_shared = SharedRead{};
+}
+
 bool FileOpen_cbr(InputState& run, const std::filesystem::path& path)
 {
-    text::LineReader in(path);
-    const std::string first = in.atEnd() ? std::string() : in.next();
+    const std::shared_ptr<const CabrilloLines> log = cabrilloLines(path, true);
+    const std::string_view first = log->lines.empty() ? std::string_view() : log->lines.front();
     if (!text::contains(first, "START-OF-LOG:")) {
         run.lblIn_name = kNotCabrillo;
         run.in_name = kNotCabrillo;
@@ -335,20 +400,18 @@ bool FileOpen_cbr(InputState& run, const std::filesystem::path& path)
     }
     run.setKind(InputKind::Cbr);
     run.opened_as_cbr = true;
-    run.cbr_has_iota = check_cbr_iota(in);
+    run.cbr_has_iota = check_cbr_iota(*log, 1);
     return true;
 }
 
-bool check_cbr_iota(text::LineReader& in)
+bool check_cbr_iota(const CabrilloLines& log, std::size_t from)
 {
-    std::string decoded;
     std::vector<std::string_view> t;
     t.reserve(16);
-    while (!in.atEnd()) {
-        const std::string_view line = nextUtf8(in, decoded);
-        if (!text::contains(line, "QSO:")) {
-            continue;
-        }
+    // Only the lines holding "QSO:" are looked at.
+    for (auto it = std::lower_bound(log.qsoLines.begin(), log.qsoLines.end(), from);
+         it != log.qsoLines.end(); ++it) {
+        const std::string_view line = log.lines[*it];
         // Token 8 is a part of the line: a line without any of the codes cannot hold one there.
         if (!holdsAny(line, kContinents)) {
             continue;
@@ -370,14 +433,8 @@ long count_in_name_cbr(const ReaderContext& ctx)
     if (run.f_type != "cbr") {
         return run.line_count;
     }
-    long count = 0;
-    text::LineReader in(run.in_name);
-    std::string decoded;
-    while (!in.atEnd()) {
-        if (text::contains(nextUtf8(in, decoded), "QSO:")) {
-            ++count;
-        }
-    }
+    // The read of the same file by the pass before, when it has not changed since.
+    const long count = static_cast<long>(cabrilloLines(run.in_name, false)->qsoLines.size());
     run.line_count = count;
     run.Label39 = std::to_string(count) + " 件";
     ctx.observer.label("Label39", run.Label39);
@@ -388,29 +445,32 @@ void henkan_cbr_2_t(const ReaderContext& ctx)
 {
     InputState& run = ctx.run;
     ctx.trace.line("Private sub henkan_cbr_2_t()");
+    // A run reads the log anew; its count and its .TXT form share this read.
+    const std::shared_ptr<const CabrilloLines> log = cabrilloLines(run.in_name, true);
     const long count = count_in_name_cbr(ctx);
     const bool operatorFilter = ctx.options.tick("Check02");
     const bool frequencies = ctx.options.tick("Check17");
 
-    text::LineReader in(run.in_name);
     text::LineWriter out(ctx.work(base::working::zlog_1));
     ctx.observer.progressRange(count + 1);
-    in.next(); // the START-OF-LOG line
+    if (log->lines.empty()) {
+        throw failure::Failure(failure::InputPastEnd,
+                               "ファイルの終わりを越えて入力しようとしました。");
+    }
+    // The first line is the START-OF-LOG line; header lines and the closing line hold no
+    // "QSO:" and are passed over.
 
     // Operator, memo, frequency and received exchange are never assigned from a Cabrillo
     // line; the band keeps what the line before left when a frequency is between the ranges.
     std::string band;
     long done = 0;
     long number = 1;
-    std::string decoded;
     std::vector<std::string_view> t;
     t.reserve(16);
-    while (!in.atEnd()) {
-        const std::string_view line = nextUtf8(in, decoded);
-        ++number;
-        if (!text::contains(line, "QSO:")) {
-            continue; // header lines and the closing line
-        }
+    for (auto it = std::upper_bound(log->qsoLines.begin(), log->qsoLines.end(), 0u);
+         it != log->qsoLines.end(); ++it) {
+        const std::string_view line = log->lines[*it];
+        number = static_cast<long>(*it) + 1;
         // Tokens beyond the eleventh are never read.
         cabrilloTokenViews(line, 6, t, 11);
         // The date's first three pieces between "-"; fewer than three is out of range.

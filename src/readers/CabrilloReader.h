@@ -4,7 +4,10 @@
 #include "readers/ReaderContext.h"
 #include "text/LineFile.h"
 
+#include <cstdint>
+#include <deque>
 #include <filesystem>
+#include <memory>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -43,17 +46,36 @@ std::string cabrilloBandOfKhz(std::string_view token);
 /// stands whole; a token of three characters or fewer gets the point in front of it.
 std::string cabrilloFrequencyMhz(std::string_view token);
 
+/// The lines of a Cabrillo log read once and shared by the passes over it: each line as
+/// UTF-8 (an ASCII line is its own bytes, any other decoded from Shift-JIS), split as
+/// `text::LineReader` splits them, and which of them hold "QSO:".
+struct CabrilloLines
+{
+    std::string bytes;
+    std::vector<std::string_view> lines; ///< every line, views into `bytes` or `decoded`
+    std::deque<std::string> decoded;     ///< the lines that are not ASCII, decoded
+    std::vector<std::uint32_t> qsoLines; ///< indices of the lines holding "QSO:"
+};
+
+/// The lines of `path`. With `fresh` the file is read anew; otherwise the last read is
+/// shared when it was of the same file and the file's size and time of change are still
+/// those of that read. Throws Failure 53 when the file cannot be read.
+std::shared_ptr<const CabrilloLines> cabrilloLines(const std::filesystem::path& path, bool fresh);
+
+/// Lets go of the read that `cabrilloLines` keeps for sharing.
+void forgetCabrilloLines();
+
 /// `FileOpen_cbr` once a file is chosen: a first line holding "START-OF-LOG:" anywhere makes
 /// the kind "cbr", sets `opened_as_cbr` and runs `check_cbr_iota` over the rest of the file;
 /// otherwise `in_name` and `lblIn_name` take `kNotCabrillo`. Returns false on a rejection.
 /// An empty file is rejected. Throws Failure 53 when the file cannot be read.
 bool FileOpen_cbr(InputState& run, const std::filesystem::path& path);
 
-/// `check_cbr_iota`: reads `in` from where it stands to its end, or until a line holding
-/// "QSO:" has in its token 8 one of "EU-", "AS-", "OC-", "AF-", "NA-", "NS-", "AN-"
-/// (tokens after ten passes of `normaliseCabrilloBlanks`). A line with fewer than nine
-/// tokens cannot hold a reference and is passed over.
-bool check_cbr_iota(text::LineReader& in);
+/// `check_cbr_iota`: reads the lines of `log` from line `from` (from 0) to the end, or until a line
+/// holding "QSO:" has in its token 8 one of "EU-", "AS-", "OC-", "AF-", "NA-", "NS-", "AN-" (tokens
+/// after ten passes of `normaliseCabrilloBlanks`). A line with fewer than nine tokens cannot hold a
+/// reference and is passed over.
+bool check_cbr_iota(const CabrilloLines& log, std::size_t from);
 
 /// `count_in_name_cbr`: when the kind is "cbr", counts the lines of `in_name` holding "QSO:"
 /// into `line_count` and shows the count followed by " 件" in `Label39`. Returns the count.

@@ -222,26 +222,17 @@ std::string cabrillo_2_zlog_txt(const ReaderContext& ctx)
 {
     ctx.trace.line("Private sub cabrillo_2_zlog_txt()");
     const std::string path = replaceExtension(ctx.run.in_name, "_cbr2zlogt.txt");
-    text::LineReader in(ctx.run.in_name);
+    // The read of the run's reader, when the log has not changed since; the last pass over it.
+    const std::shared_ptr<const CabrilloLines> log = cabrilloLines(ctx.run.in_name, false);
+    forgetCabrilloLines();
     text::LineWriter out(path, text::LineWriter::Mode::ReplaceWhenDone);
     // zLog's own column title of the .TXT form.
     out.write(kZa2tTitle);
     CabrilloTxtForm form;
-    long number = 0;
-    std::string decoded;
     std::string formed;
-    while (!in.atEnd()) {
-        // An ASCII line decodes to itself, so it is read as it stands.
-        const std::string_view raw = in.nextRaw();
-        std::string_view line = raw;
-        if (!text::isAsciiText(raw)) {
-            decoded = text::decodeSjis(raw);
-            line = decoded;
-        }
-        ++number;
-        if (line.find("QSO:") == std::string_view::npos) {
-            continue;
-        }
+    for (const std::uint32_t index : log->qsoLines) {
+        const std::string_view line = log->lines[index];
+        const long number = static_cast<long>(index) + 1;
         formed.clear();
         try {
             form.appendLine(line, formed);

@@ -3,6 +3,8 @@
 #include "readers/CabrilloTxtForm.h"
 #include "readers/InputSelection.h"
 #include "support/RunFixture.h"
+#include "text/LineFile.h"
+#include "text/SjisCodec.h"
 
 #include <gtest/gtest.h>
 
@@ -669,4 +671,113 @@ TEST(CabrilloReader, TokenViewsOfLinesWithoutIdeographicBlanksAreTheFoldedTokens
                 << s << " " << n;
         }
     }
+}
+
+// The lines of a file as a line reader gives them, decoded.
+std::vector<std::string> linesByReader(const fs::path& path)
+{
+    std::vector<std::string> lines;
+    text::LineReader in(path);
+    while (!in.atEnd()) {
+        lines.push_back(in.next());
+    }
+    return lines;
+}
+
+TEST(CabrilloSharedRead, HoldsTheLinesALineReaderGivesWhateverTheLineEnds)
+{
+    test::RunFixture f;
+    const std::string kanji =
+        text::encodeSjis("QSO: 14025 PH 2026-11-22 0905 ZZ9ZZZ 59 東京 JA1ABC 59 大阪 0");
+    for (const std::string& bytes :
+         {std::string("START-OF-LOG: 3.0\r\nQSO: a\r\nCALLSIGN: X\r\nQSO: b\r\n"),
+          std::string("START-OF-LOG: 3.0\nQSO: a\nQSO: b"),
+          std::string("START-OF-LOG: 3.0\rQSO: a\r\rQSO: b\r"),
+          std::string("START-OF-LOG: 3.0\r\n") + kanji + "\r\nQSO: b\n\r" + kanji,
+          std::string("\r\n\n"), std::string()}) {
+        const fs::path p = f.dir / "SHARED.CBR";
+        test::writeBytes(p, bytes);
+        const auto log = readers::cabrilloLines(p, true);
+        const std::vector<std::string> expected = linesByReader(p);
+        ASSERT_EQ(log->lines.size(), expected.size()) << bytes;
+        std::vector<std::uint32_t> qso;
+        for (std::size_t i = 0; i < expected.size(); ++i) {
+            EXPECT_EQ(log->lines[i], expected[i]) << bytes;
+            if (text::contains(expected[i], "QSO:")) {
+                qso.push_back(static_cast<std::uint32_t>(i));
+            }
+        }
+        EXPECT_EQ(log->qsoLines, qso) << bytes;
+    }
+}
+
+TEST(CabrilloSharedRead, IsSharedWhileTheFileStaysAndReadAnewWhenItChangesOrIsAskedFresh)
+{
+    test::RunFixture f;
+    const fs::path p = f.dir / "SHARED.CBR";
+    test::writeSjisLines(p, {kStart, qso(), kEnd});
+    const auto first = readers::cabrilloLines(p, true);
+    EXPECT_EQ(readers::cabrilloLines(p, false), first);
+    EXPECT_NE(readers::cabrilloLines(p, true), first);
+
+    test::writeSjisLines(p, {kStart, qso(), qso(), kEnd});
+    EXPECT_EQ(readers::cabrilloLines(p, false)->qsoLines.size(), 2u);
+
+    readers::forgetCabrilloLines();
+    fs::remove(p);
+    try {
+        readers::cabrilloLines(p, false);
+        FAIL() << "a missing file was read";
+    } catch (const failure::Failure& e) {
+        EXPECT_EQ(e.number(), 53);
+    }
+}
+
+TEST(CabrilloSharedRead, ALogChangedAfterItsOpeningIsReadAsItIsAtTheRun)
+{
+    CabrilloRun r;
+    const fs::path p = r.write({kStart, qso(), kEnd});
+    auto& c = r.context(r.options);
+    c.run.in_name = p.string();
+    ASSERT_TRUE(readers::FileOpen_cbr(c.run, p));
+    readers::count_in_name_cbr(c);
+    EXPECT_EQ(c.run.line_count, 1);
+    // Rewritten with the same size: only a fresh read sees the change.
+    r.write({kStart, qso("7025"), kEnd});
+    readers::henkan_cbr_2_t(c);
+    const auto rows = test::RunFixture::records(r.work("zlog_1.txt"), 13);
+    ASSERT_EQ(rows.size(), 1u);
+    EXPECT_EQ(rows[0][Band], "7");
+    const auto txt = test::readSjisLines(readers::cabrillo_2_zlog_txt(c));
+    ASSERT_EQ(txt.size(), 2u);
+    EXPECT_EQ(txt[1], readers::CabrilloTxtForm().line(qso("7025")));
+}
+
+TEST(CabrilloSharedRead, AMissingLogFailsEveryPassWith53AndAnEmptyOneReadsPastItsEnd)
+{
+    CabrilloRun r;
+    auto& c = r.context(r.options);
+    c.run.in_name = (r.dir / "GONE.CBR").string();
+    c.run.setKind(readers::InputKind::Cbr);
+    const auto number = [](auto&& pass) {
+        try {
+            pass();
+        } catch (const failure::Failure& e) {
+            return e.number();
+        }
+        return 0;
+    };
+    EXPECT_EQ(number([&] { readers::FileOpen_cbr(c.run, r.dir / "GONE.CBR"); }), 53);
+    EXPECT_EQ(number([&] { readers::count_in_name_cbr(c); }), 53);
+    EXPECT_EQ(number([&] { readers::henkan_cbr_2_t(c); }), 53);
+    EXPECT_EQ(number([&] { readers::cabrillo_2_zlog_txt(c); }), 53);
+
+    const fs::path empty = r.dir / "EMPTY.CBR";
+    test::writeBytes(empty, "");
+    c.run.in_name = empty.string();
+    EXPECT_FALSE(readers::FileOpen_cbr(c.run, empty));
+    c.run.in_name = empty.string();
+    c.run.setKind(readers::InputKind::Cbr);
+    EXPECT_EQ(readers::count_in_name_cbr(c), 0);
+    EXPECT_EQ(number([&] { readers::henkan_cbr_2_t(c); }), 62);
 }
