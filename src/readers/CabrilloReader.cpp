@@ -69,7 +69,7 @@ struct SharedRead
     std::string path;
     std::uintmax_t size = 0;
     std::filesystem::file_time_type changed;
-    std::shared_ptr<const CabrilloLines> lines;
+    std::shared_ptr<CabrilloLines> lines;
 };
 
 std::mutex g_sharedMutex;
@@ -88,13 +88,14 @@ bool fileStamp(const std::filesystem::path& path, std::uintmax_t& size,
     return !ec;
 }
 
-std::shared_ptr<const CabrilloLines> readCabrilloLines(const std::filesystem::path& path)
+std::shared_ptr<CabrilloLines> readCabrilloLines(const std::filesystem::path& path)
 {
     auto log = std::make_shared<CabrilloLines>();
     log->bytes = text::readFileBytes(path);
     log->lines = text::splitLines(log->bytes);
     // A file of ASCII alone decodes to itself line by line; any other is looked at by line.
-    if (!text::isAsciiText(log->bytes)) {
+    log->ascii = text::isAsciiText(log->bytes);
+    if (!log->ascii) {
         for (std::string_view& line : log->lines) {
             if (!text::isAsciiText(line)) {
                 line = log->decoded.emplace_back(text::decodeSjis(line));
@@ -185,6 +186,74 @@ bool simpleTokenViews(std::string_view line, std::size_t divisor,
         if (i - runStart > divisor || (i < n && line[i] == kIdeographicBlank[0])) {
             return false;
         }
+    }
+}
+
+// The record line of `fields` as `text::LineWriter::writeRecord` writes it (each field in
+// double quotes, separated by commas) into `line`, when every field is ASCII, which Shift-JIS
+// holds as it stands, so that the line can be written as it is; false when a field is not.
+template <std::size_t N>
+bool asciiRecordLine(const std::array<std::string_view, N>& fields, std::string& line)
+{
+    std::size_t size = N * 3 - 1;
+    for (const std::string_view f : fields) {
+        size += f.size();
+    }
+    line.resize(size);
+    char* p = line.data();
+    unsigned high = 0;
+    for (std::size_t i = 0; i < N; ++i) {
+        const std::string_view f = fields[i];
+        if (i != 0) {
+            *p++ = ',';
+        }
+        *p++ = '"';
+        for (const char c : f) {
+            high |= static_cast<unsigned char>(c);
+        }
+        if (!f.empty()) {
+            std::memcpy(p, f.data(), f.size());
+            p += f.size();
+        }
+        *p++ = '"';
+    }
+    return high < 0x80;
+}
+
+// The first `limit` tokens of an ASCII line into `tokens`, as `cabrilloTokenViews` gives them
+// with six passes or more, and the start and end offsets of every run of blanks and tabs of
+// the line appended to `edges`; false, with both partly filled, when the line is too long for
+// the offsets or a run is longer than 32 characters (more than one boundary after six passes).
+bool plainTokensAndRuns(std::string_view line, std::vector<std::string_view>& tokens,
+                        std::size_t limit, std::vector<std::uint16_t>& edges)
+{
+    tokens.clear();
+    const std::size_t n = line.size();
+    if (n == 0 || n > 0xFFFF) {
+        return n == 0;
+    }
+    const char* const s = line.data();
+    std::size_t i = 0;
+    for (;;) {
+        const std::size_t start = i;
+        while (i < n && s[i] != ' ' && s[i] != '\t') {
+            ++i;
+        }
+        if (tokens.size() < limit) {
+            tokens.emplace_back(s + start, i - start);
+        }
+        if (i == n) {
+            return true;
+        }
+        const std::size_t runStart = i;
+        while (i < n && (s[i] == ' ' || s[i] == '\t')) {
+            ++i;
+        }
+        if (i - runStart > 32) {
+            return false;
+        }
+        edges.push_back(static_cast<std::uint16_t>(runStart));
+        edges.push_back(static_cast<std::uint16_t>(i));
     }
 }
 
@@ -339,6 +408,35 @@ void cabrilloTokenViews(std::string_view line, int passes, std::vector<std::stri
     }
 }
 
+void cabrilloTokensFromRuns(std::string_view line, const std::uint16_t* edges, std::size_t count,
+                            std::size_t from, std::size_t to, std::vector<std::string_view>& tokens,
+                            std::size_t limit)
+{
+    tokens.clear();
+    if (from >= to || limit == 0) {
+        return; // an empty text has no token
+    }
+    // Each run, cut to the range, is one boundary: a run at either end of the range leaves an
+    // empty token there.
+    std::size_t start = from;
+    for (std::size_t k = 0; k < count; ++k) {
+        const std::size_t runStart = edges[2 * k];
+        const std::size_t runEnd = edges[2 * k + 1];
+        if (runEnd <= from) {
+            continue;
+        }
+        if (runStart >= to) {
+            break;
+        }
+        tokens.push_back(line.substr(start, std::max(runStart, from) - start));
+        if (tokens.size() == limit) {
+            return;
+        }
+        start = std::min(runEnd, to);
+    }
+    tokens.push_back(line.substr(start, to - start));
+}
+
 std::vector<std::string> cabrilloTokens(std::string_view line, int passes)
 {
     std::vector<std::string_view> views;
@@ -361,7 +459,7 @@ std::string cabrilloFrequencyMhz(std::string_view token)
     return width < 6 ? std::string(6 - width, ' ') + mhz : mhz;
 }
 
-std::shared_ptr<const CabrilloLines> cabrilloLines(const std::filesystem::path& path, bool fresh)
+std::shared_ptr<CabrilloLines> cabrilloLines(const std::filesystem::path& path, bool fresh)
 {
     std::uintmax_t size = 0;
     std::filesystem::file_time_type changed;
@@ -373,7 +471,7 @@ std::shared_ptr<const CabrilloLines> cabrilloLines(const std::filesystem::path& 
             return g_shared.lines;
         }
     }
-    std::shared_ptr<const CabrilloLines> log = readCabrilloLines(path);
+    std::shared_ptr<CabrilloLines> log = readCabrilloLines(path);
     const std::lock_guard lock(g_sharedMutex);
     if (stamped && log->bytes.size() == size) {
         g_shared = SharedRead{path.string(), size, changed, log};
@@ -391,7 +489,7 @@ void forgetCabrilloLines()
 
 bool FileOpen_cbr(InputState& run, const std::filesystem::path& path)
 {
-    const std::shared_ptr<const CabrilloLines> log = cabrilloLines(path, true);
+    const std::shared_ptr<CabrilloLines> log = cabrilloLines(path, true);
     const std::string_view first = log->lines.empty() ? std::string_view() : log->lines.front();
     if (!text::contains(first, "START-OF-LOG:")) {
         run.lblIn_name = kNotCabrillo;
@@ -446,7 +544,7 @@ void henkan_cbr_2_t(const ReaderContext& ctx)
     InputState& run = ctx.run;
     ctx.trace.line("Private sub henkan_cbr_2_t()");
     // A run reads the log anew; its count and its .TXT form share this read.
-    const std::shared_ptr<const CabrilloLines> log = cabrilloLines(run.in_name, true);
+    const std::shared_ptr<CabrilloLines> log = cabrilloLines(run.in_name, true);
     const long count = count_in_name_cbr(ctx);
     const bool operatorFilter = ctx.options.tick("Check02");
     const bool frequencies = ctx.options.tick("Check17");
@@ -465,14 +563,30 @@ void henkan_cbr_2_t(const ReaderContext& ctx)
     std::string band;
     long done = 0;
     long number = 1;
+    std::string record;
     std::vector<std::string_view> t;
     t.reserve(16);
+    // The runs of an ASCII file are kept while their offsets fit.
+    const bool keepRuns = log->ascii && log->bytes.size() < CabrilloLines::kNoRuns;
+    log->runEdges.clear();
+    log->runsFrom.assign(keepRuns ? log->qsoLines.size() : 0, CabrilloLines::kNoRuns);
+    log->runsTo.assign(log->runsFrom.size(), 0);
+    std::uint32_t runsFrom = 0;
     for (auto it = std::upper_bound(log->qsoLines.begin(), log->qsoLines.end(), 0u);
          it != log->qsoLines.end(); ++it) {
         const std::string_view line = log->lines[*it];
         number = static_cast<long>(*it) + 1;
-        // Tokens beyond the eleventh are never read.
-        cabrilloTokenViews(line, 6, t, 11);
+        // Tokens beyond the eleventh are never read. The runs between them are kept for the
+        // .TXT form, which splits the same line.
+        const std::size_t k = static_cast<std::size_t>(it - log->qsoLines.begin());
+        if (keepRuns && plainTokensAndRuns(line, t, 11, log->runEdges)) {
+            log->runsFrom[k] = runsFrom;
+            log->runsTo[k] = static_cast<std::uint32_t>(log->runEdges.size());
+            runsFrom = static_cast<std::uint32_t>(log->runEdges.size());
+        } else {
+            log->runEdges.resize(runsFrom);
+            cabrilloTokenViews(line, 6, t, 11);
+        }
         // The date's first three pieces between "-"; fewer than three is out of range.
         std::size_t firstDash = std::string_view::npos;
         std::size_t secondDash = std::string_view::npos;
@@ -510,19 +624,13 @@ void henkan_cbr_2_t(const ReaderContext& ctx)
         if (!dropped) {
             // Written from views of the line: year, month, day, time, call, the two reports,
             // band, mode, then the operator, memo, frequency and received exchange, all empty.
-            out.writeRecord({year,
-                             month,
-                             day,
-                             t[4],
-                             t[8],
-                             t[6],
-                             t[9],
-                             std::string_view(band),
-                             cabrilloMode(t[2]),
-                             op,
-                             {},
-                             {},
-                             {}});
+            const std::array<std::string_view, 13> fields{
+                year, month, day, t[4], t[8], t[6], t[9], band, cabrilloMode(t[2]), op, {}, {}, {}};
+            if (asciiRecordLine(fields, record)) {
+                out.writeRaw(record);
+            } else {
+                out.writeRecord(fields);
+            }
             ++run.written_count;
         }
         ctx.observer.progress(++done);

@@ -55,12 +55,31 @@ struct CabrilloLines
     std::vector<std::string_view> lines; ///< every line, views into `bytes` or `decoded`
     std::deque<std::string> decoded;     ///< the lines that are not ASCII, decoded
     std::vector<std::uint32_t> qsoLines; ///< indices of the lines holding "QSO:"
+    bool ascii = true;                   ///< every byte of the file is ASCII
+
+    /// Left by the reader for the `.TXT` form, which splits the same lines: for the line
+    /// `qsoLines[k]`, the pairs `runEdges[runsFrom[k]]` to `runEdges[runsTo[k]]` are the
+    /// start and end offsets of its runs of blanks and tabs, when the line is ASCII and no
+    /// run is longer than 32 characters (every run is then one boundary between tokens,
+    /// however many passes fold it and wherever a range of the line is cut); `runsFrom[k]`
+    /// is `kNoRuns` for any other line. Empty when the reader has not read the lines.
+    std::vector<std::uint16_t> runEdges;
+    std::vector<std::uint32_t> runsFrom, runsTo;
+    static constexpr std::uint32_t kNoRuns = 0xFFFFFFFFu;
 };
+
+/// The tokens of `line.substr(from, to - from)` as `cabrilloTokenViews` gives them with any
+/// number of passes from 6 on, the first `limit` of them, from the runs of blanks and tabs of
+/// the line (`edges`: `count` pairs of start and end offsets in the line, in order, none
+/// longer than 32 characters), replacing the contents of `tokens`.
+void cabrilloTokensFromRuns(std::string_view line, const std::uint16_t* edges, std::size_t count,
+                            std::size_t from, std::size_t to, std::vector<std::string_view>& tokens,
+                            std::size_t limit = static_cast<std::size_t>(-1));
 
 /// The lines of `path`. With `fresh` the file is read anew; otherwise the last read is
 /// shared when it was of the same file and the file's size and time of change are still
 /// those of that read. Throws Failure 53 when the file cannot be read.
-std::shared_ptr<const CabrilloLines> cabrilloLines(const std::filesystem::path& path, bool fresh);
+std::shared_ptr<CabrilloLines> cabrilloLines(const std::filesystem::path& path, bool fresh);
 
 /// Lets go of the read that `cabrilloLines` keeps for sharing.
 void forgetCabrilloLines();

@@ -149,6 +149,22 @@ void CabrilloTxtForm::appendLine(std::string_view qsoLine, std::string& out)
     cabrilloTokenViews(first, kPasses, m_first);
     cabrilloTokenViews(second, kPasses, m_second);
     cabrilloTokenViews(third, kPasses, m_third);
+    appendFromTokens(out);
+}
+
+void CabrilloTxtForm::appendLine(std::string_view qsoLine, std::string& out,
+                                 const std::uint16_t* edges, std::size_t count)
+{
+    // In ASCII text a byte is a character: the ranges end at bytes 30 and 55.
+    const std::size_t n = qsoLine.size();
+    cabrilloTokensFromRuns(qsoLine, edges, count, 0, std::min<std::size_t>(n, 30), m_first);
+    cabrilloTokensFromRuns(qsoLine, edges, count, 30, std::min<std::size_t>(n, 55), m_second);
+    cabrilloTokensFromRuns(qsoLine, edges, count, 55, n, m_third);
+    appendFromTokens(out);
+}
+
+void CabrilloTxtForm::appendFromTokens(std::string& out)
+{
 
     // The date's second and third pieces between "-"; fewer than three is out of range.
     const std::string_view date = token(m_first, 3);
@@ -223,25 +239,39 @@ std::string cabrillo_2_zlog_txt(const ReaderContext& ctx)
     ctx.trace.line("Private sub cabrillo_2_zlog_txt()");
     const std::string path = replaceExtension(ctx.run.in_name, "_cbr2zlogt.txt");
     // The read of the run's reader, when the log has not changed since; the last pass over it.
-    const std::shared_ptr<const CabrilloLines> log = cabrilloLines(ctx.run.in_name, false);
+    const std::shared_ptr<CabrilloLines> log = cabrilloLines(ctx.run.in_name, false);
     forgetCabrilloLines();
     text::LineWriter out(path, text::LineWriter::Mode::ReplaceWhenDone);
     // zLog's own column title of the .TXT form.
     out.write(kZa2tTitle);
     CabrilloTxtForm form;
     std::string formed;
-    for (const std::uint32_t index : log->qsoLines) {
+    for (std::size_t k = 0; k < log->qsoLines.size(); ++k) {
+        const std::uint32_t index = log->qsoLines[k];
         const std::string_view line = log->lines[index];
         const long number = static_cast<long>(index) + 1;
         formed.clear();
+        // The reader's runs of the line, where it left them.
+        const bool runs = log->runsFrom.size() == log->qsoLines.size() &&
+                          log->runsFrom[k] != CabrilloLines::kNoRuns;
         try {
-            form.appendLine(line, formed);
+            if (runs) {
+                form.appendLine(line, formed, log->runEdges.data() + log->runsFrom[k],
+                                (log->runsTo[k] - log->runsFrom[k]) / 2);
+            } else {
+                form.appendLine(line, formed);
+            }
         } catch (const failure::Failure& f) {
             // Where it stands, so that the trace shows the line that does not fit the ranges.
             throw failure::Failure(f.number(), f.description() + " (" + std::to_string(number) +
                                                    " 行目: " + std::string(line) + ")");
         }
-        out.write(formed);
+        // A line of an ASCII file is formed of ASCII alone, which Shift-JIS holds as it stands.
+        if (log->ascii) {
+            out.writeRaw(formed);
+        } else {
+            out.write(formed);
+        }
     }
     out.close();
     return path;

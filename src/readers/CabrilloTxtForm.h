@@ -2,6 +2,7 @@
 
 #include "readers/ReaderContext.h"
 
+#include <cstdint>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -36,7 +37,16 @@ public:
     /// as `line` does; `out` may then hold part of the line.
     void appendLine(std::string_view qsoLine, std::string& out);
 
+    /// The same as `appendLine` for an ASCII line whose runs of blanks and tabs are known:
+    /// `edges` holds `count` pairs of their start and end offsets, none longer than 32
+    /// characters (see `CabrilloLines::runEdges`).
+    void appendLine(std::string_view qsoLine, std::string& out, const std::uint16_t* edges,
+                    std::size_t count);
+
 private:
+    // The line from the tokens of its three ranges.
+    void appendFromTokens(std::string& out);
+
     std::string m_extra1, m_extra2;
     // Reused from line to line, so that a line allocates nothing once they have grown.
     std::vector<std::string_view> m_first, m_second, m_third;

@@ -781,3 +781,94 @@ TEST(CabrilloSharedRead, AMissingLogFailsEveryPassWith53AndAnEmptyOneReadsPastIt
     EXPECT_EQ(readers::count_in_name_cbr(c), 0);
     EXPECT_EQ(number([&] { readers::henkan_cbr_2_t(c); }), 62);
 }
+
+// The runs of blanks and tabs of a line as start and end offsets.
+std::vector<std::uint16_t> blankRunsOf(std::string_view line)
+{
+    std::vector<std::uint16_t> edges;
+    for (std::size_t i = 0; i < line.size();) {
+        if (line[i] != ' ' && line[i] != '\t') {
+            ++i;
+            continue;
+        }
+        const std::size_t start = i;
+        while (i < line.size() && (line[i] == ' ' || line[i] == '\t')) {
+            ++i;
+        }
+        edges.push_back(static_cast<std::uint16_t>(start));
+        edges.push_back(static_cast<std::uint16_t>(i));
+    }
+    return edges;
+}
+
+TEST(CabrilloReader, TokensFromTheRunsOfALineAreTheTokensOfEveryRangeOfIt)
+{
+    for (const std::string line :
+         {qso(), qso("7025", "PH"), std::string(" QSO: 14025  CW\t2026-11-22 0905 "),
+          std::string("QSO:") + std::string(32, ' ') + "X" + std::string(20, '\t') + "Y",
+          std::string("   "), std::string("QSO: a b c d e f g h i j k l m n"),
+          std::string("QSO:\t\t 7025 CW 2026-11-22 0905 ZZ9ZZZ 599 13 JA1ABC 599 25 0  ")}) {
+        const std::vector<std::uint16_t> edges = blankRunsOf(line);
+        std::vector<std::string_view> expected;
+        std::vector<std::string_view> fromRuns;
+        for (std::size_t from = 0; from <= line.size(); ++from) {
+            for (std::size_t to = from; to <= line.size(); ++to) {
+                const std::string_view range = std::string_view(line).substr(from, to - from);
+                for (const int passes : {6, 10}) {
+                    readers::cabrilloTokenViews(range, passes, expected);
+                    readers::cabrilloTokensFromRuns(line, edges.data(), edges.size() / 2, from, to,
+                                                    fromRuns);
+                    ASSERT_EQ(fromRuns, expected) << line << " " << from << " " << to;
+                }
+                readers::cabrilloTokenViews(range, 6, expected, 3);
+                readers::cabrilloTokensFromRuns(line, edges.data(), edges.size() / 2, from, to,
+                                                fromRuns, 3);
+                ASSERT_EQ(fromRuns, expected) << line << " " << from << " " << to;
+            }
+        }
+    }
+}
+
+TEST(CabrilloTxtForm, ALineFormedFromTheReadersRunsIsTheLineFormedFromItsRanges)
+{
+    for (const std::string& line :
+         {qso(), qso("7025", "PH", "2026-11-22", "0905", "JA1ABCDEFGHIJK", "59", "25 AS-007"),
+          qso("144100", "RY", "2026-11-22", "0905", "JA1A/1", "599", "1 2 3"),
+          std::string("QSO: 14025 CW 2026-11-22 0905 ZZ9ZZZ 599 13 JA1ABC 599 25 0 1 2"),
+          std::string("QSO:  3512 CW 2026-11-22 0905 ZZ9ZZZ        599 13     JA1ABC\t599 1")}) {
+        const std::vector<std::uint16_t> edges = blankRunsOf(line);
+        readers::CabrilloTxtForm byRanges;
+        readers::CabrilloTxtForm byRuns;
+        // Twice each, so that the extra columns the line before left are compared too.
+        for (int i = 0; i < 2; ++i) {
+            std::string a;
+            std::string b;
+            byRanges.appendLine(line, a);
+            byRuns.appendLine(line, b, edges.data(), edges.size() / 2);
+            EXPECT_EQ(b, a) << line;
+        }
+    }
+}
+
+TEST(CabrilloTxtForm, AKanjiLogAndALogWithLongBlankRunsGiveTheSameTxtFormAfterTheReader)
+{
+    CabrilloRun r;
+    // A run of 40 blanks is two boundaries for the reader, one for the .TXT form.
+    const std::string longRun = qso("21025") + std::string(40, ' ') + "1";
+    for (const std::vector<std::string>& lines :
+         {std::vector<std::string>{
+              kStart, qso(), qso("7025", "PH", "2026-11-22", "0906", "東京", "59", "大阪"), kEnd},
+          std::vector<std::string>{kStart, qso(), longRun, qso("3512"), kEnd}}) {
+        const fs::path p = r.write(lines, "MIXED.CBR");
+        auto& c = r.context(r.options);
+        c.run.in_name = p.string();
+        c.run.setKind(readers::InputKind::Cbr);
+        readers::henkan_cbr_2_t(c);
+        const auto txt = test::readSjisLines(readers::cabrillo_2_zlog_txt(c));
+        readers::CabrilloTxtForm form;
+        ASSERT_EQ(txt.size(), lines.size() - 1);
+        for (std::size_t i = 1; i + 1 < lines.size(); ++i) {
+            EXPECT_EQ(txt[i], form.line(lines[i]));
+        }
+    }
+}
