@@ -42,7 +42,6 @@
 #include <QCheckBox>
 #include <QCloseEvent>
 #include <QComboBox>
-#include <QFileInfo>
 #include <QGridLayout>
 #include <QGroupBox>
 #include <QHBoxLayout>
@@ -79,11 +78,6 @@ QString frameCaption(std::string_view name, int member = -1)
 {
     const session::OptionEntry* e = session::OptionCatalog::find(name, member);
     return e != nullptr ? qs(e->frame) : QString();
-}
-
-QString fileNameOf(const std::string& path)
-{
-    return QFileInfo(qs(path)).fileName();
 }
 
 void addStretchRow(QVBoxLayout* layout)
