@@ -13,7 +13,10 @@
 #include <bit>
 #include <cstdint>
 #include <cstring>
+#include <filesystem>
+#include <mutex>
 #include <string>
+#include <system_error>
 #include <utility>
 #include <vector>
 
@@ -317,6 +320,110 @@ bool appendUpperLine(text::LineReader& in, std::string& record)
     return std::string_view(record).substr(from).rfind("<EOR>") != std::string_view::npos;
 }
 
+// The offset of the CR or LF that ends the line starting at `start`, or the size of `text`,
+// and the offset after that line end (past a CR LF pair, a CR or an LF): lines as
+// `text::LineReader` reads them.
+std::size_t lineEndAt(std::string_view text, std::size_t start)
+{
+    // By windows, so that a file whose lines end in CR alone is not searched to its end for
+    // an LF at every line.
+    constexpr std::size_t kWindow = 256;
+    for (std::size_t at = start; at < text.size(); at += kWindow) {
+        const char* const from = text.data() + at;
+        const std::size_t size = std::min(kWindow, text.size() - at);
+        const auto* lf = static_cast<const char*>(std::memchr(from, '\n', size));
+        const std::size_t span = lf != nullptr ? static_cast<std::size_t>(lf - from) : size;
+        const auto* cr = static_cast<const char*>(std::memchr(from, '\r', span));
+        if (cr != nullptr) {
+            return at + static_cast<std::size_t>(cr - from);
+        }
+        if (lf != nullptr) {
+            return at + span;
+        }
+    }
+    return text.size();
+}
+
+std::size_t afterLineEndAt(std::string_view text, std::size_t end)
+{
+    if (end >= text.size()) {
+        return end;
+    }
+    return (text[end] == '\r' && end + 1 < text.size() && text[end + 1] == '\n') ? end + 2
+                                                                                 : end + 1;
+}
+
+// Whether an ASCII line holds "<call:": the lower-case letter is looked for, rare in a log
+// written in capitals.
+bool holdsLowerCall(std::string_view line)
+{
+    const char* const begin = line.data();
+    const char* const end = begin + line.size();
+    for (const char* p = begin;
+         (p = static_cast<const char*>(std::memchr(p, 'c', static_cast<std::size_t>(end - p))));
+         ++p) {
+        if (p > begin && p[-1] == '<' && end - p >= 5 && std::memcmp(p, "call:", 5) == 0) {
+            return true;
+        }
+    }
+    return false;
+}
+
+// The bytes an opening read, kept for the count that follows it, with what tells whether the
+// file is still the one read.
+struct OpenedBytes
+{
+    std::string path;
+    std::uintmax_t size = 0;
+    std::filesystem::file_time_type changed;
+    std::string bytes;
+};
+
+std::mutex g_openedMutex;
+OpenedBytes g_opened;
+
+bool fileStamp(const std::filesystem::path& path, std::uintmax_t& size,
+               std::filesystem::file_time_type& changed)
+{
+    std::error_code ec;
+    size = std::filesystem::file_size(path, ec);
+    if (ec) {
+        return false;
+    }
+    changed = std::filesystem::last_write_time(path, ec);
+    return !ec;
+}
+
+void keepOpenedBytes(const std::filesystem::path& path, std::string bytes)
+{
+    OpenedBytes kept;
+    if (fileStamp(path, kept.size, kept.changed) && kept.size == bytes.size()) {
+        kept.path = path.string();
+        kept.bytes = std::move(bytes);
+    }
+    const std::lock_guard lock(g_openedMutex);
+    g_opened = std::move(kept);
+}
+
+// The bytes of `path`: those the opening kept when the file has not changed since (they are
+// then let go), else read anew. Throws Failure 53 when the file cannot be read.
+std::string takeOpenedBytes(const std::filesystem::path& path)
+{
+    OpenedBytes kept;
+    {
+        const std::lock_guard lock(g_openedMutex);
+        kept = std::move(g_opened);
+        g_opened = OpenedBytes{};
+    }
+    std::uintmax_t size = 0;
+    std::filesystem::file_time_type changed;
+    if (!kept.path.empty() && kept.path == path.string() && fileStamp(path, size, changed) &&
+        size == kept.size && changed == kept.changed) {
+        return std::move(kept.bytes);
+    }
+    return text::readFileBytes(path);
+}
+
 // One for a line holding "<CALL:" and one more for a line holding "<call:" (as written),
 // both looked for in one walk over the "<" of the line.
 long callOpenings(std::string_view line)
@@ -377,12 +484,30 @@ std::optional<std::string_view> valueOf(const RecordText& rec, Tag tag)
     return valueAt(rec, p, openingLength(tag));
 }
 
+// Whether `s` is ASCII alone: values are short, and a walk over a few bytes is quicker than
+// a call.
+bool isAsciiShort(std::string_view s)
+{
+    unsigned high = 0;
+    for (const char c : s) {
+        high |= static_cast<unsigned char>(c);
+    }
+    return high < 0x80;
+}
+
+// `s` into `to`, which keeps its room from record to record.
+void setTo(std::string& to, std::string_view s)
+{
+    to.clear();
+    to.append(s);
+}
+
 // The first `n` characters, the `n` characters from `start` and the last `n` characters of
 // `s` into `to`; ASCII text is cut as bytes.
 void assignLeft(std::string& to, std::string_view s, std::size_t n)
 {
-    if (text::isAsciiText(s)) {
-        to.assign(s.substr(0, n));
+    if (isAsciiShort(s)) {
+        setTo(to, s.substr(0, n));
     } else {
         to = text::left(s, n);
     }
@@ -390,8 +515,8 @@ void assignLeft(std::string& to, std::string_view s, std::size_t n)
 
 void assignMid(std::string& to, std::string_view s, std::size_t start, std::size_t n)
 {
-    if (text::isAsciiText(s)) {
-        to.assign(start - 1 < s.size() ? s.substr(start - 1, n) : std::string_view());
+    if (isAsciiShort(s)) {
+        setTo(to, start - 1 < s.size() ? s.substr(start - 1, n) : std::string_view());
     } else {
         to = text::mid(s, start, n);
     }
@@ -399,8 +524,8 @@ void assignMid(std::string& to, std::string_view s, std::size_t start, std::size
 
 void assignRight(std::string& to, std::string_view s, std::size_t n)
 {
-    if (text::isAsciiText(s)) {
-        to.assign(s.size() > n ? s.substr(s.size() - n) : s);
+    if (isAsciiShort(s)) {
+        setTo(to, s.size() > n ? s.substr(s.size() - n) : s);
     } else {
         to = text::right(s, n);
     }
@@ -418,11 +543,42 @@ void assignCaptioned(std::string& to, std::string_view caption, std::string_view
 // `s` cut to its first `n` characters, in place.
 void cutTo(std::string& s, std::size_t n)
 {
-    if (text::isAsciiText(s)) {
+    if (isAsciiShort(s)) {
         s.resize(std::min(s.size(), n));
     } else {
         s = text::left(s, n);
     }
+}
+
+// The record line of `fields` as `text::LineWriter::writeRecord` writes it (each field in
+// double quotes, separated by commas) into `line`, when every field is ASCII, which Shift-JIS
+// holds as it stands, so that the line can be written as it is; false when a field is not.
+template <std::size_t N>
+bool asciiRecordLine(const std::array<std::string_view, N>& fields, std::string& line)
+{
+    std::size_t size = N * 3 - 1;
+    for (const std::string_view f : fields) {
+        size += f.size();
+    }
+    line.resize(size);
+    char* p = line.data();
+    unsigned high = 0;
+    for (std::size_t i = 0; i < N; ++i) {
+        const std::string_view f = fields[i];
+        if (i != 0) {
+            *p++ = ',';
+        }
+        *p++ = '"';
+        for (const char c : f) {
+            high |= static_cast<unsigned char>(c);
+        }
+        if (!f.empty()) {
+            std::memcpy(p, f.data(), f.size());
+            p += f.size();
+        }
+        *p++ = '"';
+    }
+    return high < 0x80;
 }
 
 void takeRecord(AdifValues& v, const RecordText& rec)
@@ -445,9 +601,9 @@ void takeRecord(AdifValues& v, const RecordText& rec)
     {
         const std::size_t p = rec.at(Call);
         if (rec.mid(p + 6, 1) == "1") {
-            v.call.assign(text::trim(rec.mid(p + 9, lengthOf(rec.mid(p + 6, 2)))));
+            setTo(v.call, text::trim(rec.mid(p + 9, lengthOf(rec.mid(p + 6, 2)))));
         } else {
-            v.call.assign(text::trim(rec.mid(p + 8, lengthOf(rec.mid(p + 6, 1)))));
+            setTo(v.call, text::trim(rec.mid(p + 8, lengthOf(rec.mid(p + 6, 1)))));
         }
     }
 
@@ -470,31 +626,31 @@ void takeRecord(AdifValues& v, const RecordText& rec)
         assignLeft(v.time, rec.mid(p + 11, lengthOf(rec.mid(p + 9, 1))), 4);
     }
     if (auto x = valueOf(rec, Band)) {
-        v.band.assign(*x);
+        setTo(v.band, *x);
     }
     if (auto x = valueOf(rec, Freq)) {
-        v.freq.assign(*x);
+        setTo(v.freq, *x);
     }
     if (auto x = valueOf(rec, RstSent)) {
-        v.rst_sent.assign(*x);
+        setTo(v.rst_sent, *x);
     }
     if (const std::size_t p = rec.at(RstRcvd); p != 0) {
-        v.rst_rcvd.assign(text::trim(valueByClose(rec, p, 10, rec.mid(p + 11, 1) == ">")));
+        setTo(v.rst_rcvd, text::trim(valueByClose(rec, p, 10, rec.mid(p + 11, 1) == ">")));
     }
     if (auto x = valueOf(rec, Stx)) {
-        v.stx.assign(*x);
+        setTo(v.stx, *x);
     }
     if (auto x = valueOf(rec, Srx)) {
-        v.rcvd_exchange.assign(*x);
+        setTo(v.rcvd_exchange, *x);
     }
     if (auto x = valueOf(rec, Rcvd)) {
-        v.rcvd_exchange.assign(*x);
+        setTo(v.rcvd_exchange, *x);
     }
     if (auto x = valueOf(rec, AppWritelogRcvd)) {
-        v.rcvd_exchange.assign(*x);
+        setTo(v.rcvd_exchange, *x);
     }
     if (auto x = valueOf(rec, Mode)) {
-        v.mode.assign(*x);
+        setTo(v.mode, *x);
     }
     if (auto x = valueOf(rec, Cqz)) {
         assignCaptioned(v.cqz, "CQZ: ", *x);
@@ -512,7 +668,7 @@ void takeRecord(AdifValues& v, const RecordText& rec)
     }
     if (const std::size_t p = rec.at(Comment); p != 0) {
         const bool oneDigit = rec.find(">", p) == p + 10;
-        v.comment.assign(text::trim(valueByClose(rec, p, 9, oneDigit)));
+        setTo(v.comment, text::trim(valueByClose(rec, p, 9, oneDigit)));
     }
     if (auto x = valueOf(rec, QslSent)) {
         const bool sent = *x == "Y";
@@ -523,10 +679,10 @@ void takeRecord(AdifValues& v, const RecordText& rec)
         v.qsl_rcvd_mark = *x == "Y" ? "*" : " ";
     }
     if (auto x = valueOf(rec, Iota)) {
-        v.adi_iota.assign(text::trim(*x));
+        setTo(v.adi_iota, text::trim(*x));
     }
     if (auto x = valueOf(rec, Dxcc)) {
-        v.dxcc.assign(*x);
+        setTo(v.dxcc, *x);
     }
 
     // The reports carry the exchanges until the cut below.
@@ -620,10 +776,14 @@ void AdifValues::fill(base::QsoLine& q) const
 
 bool FileOpen_adi(InputState& run, const std::filesystem::path& path)
 {
-    text::LineReader in(path);
+    std::string bytes = text::readFileBytes(path);
     bool reports = false;
-    while (!in.atEnd() && !reports) {
-        reports = text::contains(text::upper(in.next()), "<RST_SENT:");
+    const std::string_view all(bytes);
+    for (std::size_t start = 0; start < all.size() && !reports;) {
+        const std::size_t end = lineEndAt(all, start);
+        reports = text::contains(text::upper(text::decodeSjis(all.substr(start, end - start))),
+                                 "<RST_SENT:");
+        start = afterLineEndAt(all, end);
     }
     if (!reports) {
         run.lblIn_name = kNotAdif;
@@ -631,6 +791,7 @@ bool FileOpen_adi(InputState& run, const std::filesystem::path& path)
         return false;
     }
     run.setKind(InputKind::Adi);
+    keepOpenedBytes(path, std::move(bytes));
     return true;
 }
 
@@ -640,11 +801,21 @@ long count_in_name_adi(const ReaderContext& ctx)
     if (run.f_type != "adi") {
         return run.line_count;
     }
+    // The bytes the opening read, when the file has not changed since.
+    std::string bytes = takeOpenedBytes(run.in_name);
     long count = 0;
-    text::LineReader in(run.in_name);
+    const std::string_view all(bytes);
+    const bool ascii = text::isAsciiText(all);
     std::string decoded;
-    while (!in.atEnd()) {
-        const std::string_view raw = in.nextRaw();
+    for (std::size_t start = 0; start < all.size();) {
+        const std::size_t end = lineEndAt(all, start);
+        const std::string_view raw = all.substr(start, end - start);
+        start = afterLineEndAt(all, end);
+        if (ascii) {
+            count += (raw.find("<CALL:") != std::string_view::npos ? 1 : 0) +
+                     (holdsLowerCall(raw) ? 1 : 0);
+            continue;
+        }
         std::string_view line = raw;
         if (!text::isAsciiText(raw)) {
             decoded = text::decodeSjis(raw);
@@ -676,6 +847,7 @@ void henkan_adi_2_t(const ReaderContext& ctx)
     base::QsoLine q; // operator, memo and received exchange: never assigned here
     long done = 0;
     std::string record;
+    std::string line;
     RecordText joined;
     while (!in.atEnd()) {
         // The lines of a record are joined in upper case.
@@ -693,9 +865,15 @@ void henkan_adi_2_t(const ReaderContext& ctx)
                                                    " 件目: " + record + ")");
         }
         // As `fill` puts the record into the common line, written without the copy.
-        out.writeRecord({values.year, values.month, values.day, values.time, values.call,
-                         values.rst_sent, values.rst_rcvd, values.freq, values.mode, q.q_op,
-                         q.q_memo, values.freq, q.q_rcvd});
+        const std::array<std::string_view, 13> fields{
+            values.year,     values.month,    values.day,  values.time, values.call,
+            values.rst_sent, values.rst_rcvd, values.freq, values.mode, q.q_op,
+            q.q_memo,        values.freq,     q.q_rcvd};
+        if (asciiRecordLine(fields, line)) {
+            out.writeRaw(line);
+        } else {
+            out.writeRecord(fields);
+        }
         ++run.written_count;
         ctx.observer.progress(++done);
     }

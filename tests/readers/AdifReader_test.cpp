@@ -2,6 +2,9 @@
 #include "readers/AdifReader.h"
 #include "readers/InputSelection.h"
 #include "support/RunFixture.h"
+#include "text/Chars.h"
+#include "text/LineFile.h"
+#include "text/SjisCodec.h"
 
 #include <gtest/gtest.h>
 
@@ -514,4 +517,66 @@ TEST(AdifValues, WithTheDateTagWrittenTwiceEachFormIsFoundWhereverItStands)
     // One opening of neither form: the value starts as if it had the type letter.
     v = valuesOf("<CALL:6>JA1ABC <QSO_DATE:8:X>20021123");
     EXPECT_EQ(v.year + v.month + v.day, "20021123");
+}
+
+namespace {
+
+// The count of an ADIF log as the line reader's lines give it: one for a line holding
+// "<CALL:", one more for one holding "<call:".
+long countByLines(const fs::path& path)
+{
+    long count = 0;
+    text::LineReader in(path);
+    while (!in.atEnd()) {
+        const std::string line = in.next();
+        count +=
+            (text::contains(line, "<CALL:") ? 1 : 0) + (text::contains(line, "<call:") ? 1 : 0);
+    }
+    return count;
+}
+
+} // namespace
+
+TEST(AdifCount, CountsCallTagsByLineWhateverTheLineEndsAndTheText)
+{
+    AdifRun r;
+    const std::string kanji = text::encodeSjis("<call:4>JA1A <COMMENT:4>東京 <CALL:4>JA1A <EOR>");
+    for (const std::string& bytes :
+         {std::string("<RST_SENT:3>599 <EOH>\r\n<CALL:4>JA1A <call:4>JA1B <EOR>\r\n<CALL:4>JA1C "
+                      "<EOR>\r\n"),
+          std::string("<RST_SENT:3>599\n<call:4>JA1A<EOR>\n<CALL:4>JA1C <CALL:4>JA1D\n"),
+          std::string("<RST_SENT:3>599\r<call:4>JA1A<EOR>\r\r<CALL:4>JA1C\r<xcall:1>X"),
+          std::string("<RST_SENT:3>599\r\n") + kanji + "\n\r" + kanji + "\r\n<call:1>x",
+          std::string("<RST_SENT:3>599 call: <c <call <CALL: <call:")}) {
+        const fs::path p = r.dir / "COUNT.ADI";
+        test::writeBytes(p, bytes);
+        auto& c = r.context(r.options);
+        ASSERT_TRUE(readers::FileOpen_adi(c.run, p)) << bytes;
+        c.run.in_name = p.string();
+        EXPECT_EQ(readers::count_in_name_adi(c), countByLines(p)) << bytes;
+        // Without the opening's bytes the file is read anew, to the same count.
+        EXPECT_EQ(readers::count_in_name_adi(c), countByLines(p)) << bytes;
+    }
+}
+
+TEST(AdifCount, ALogChangedAfterItsOpeningIsCountedAsItIsAndAMissingOneFailsWith53)
+{
+    AdifRun r;
+    const fs::path p = r.write({"<RST_SENT:3>599 <EOH>", "<CALL:4>JA1A <EOR>"});
+    auto& c = r.context(r.options);
+    ASSERT_TRUE(readers::FileOpen_adi(c.run, p));
+    c.run.in_name = p.string();
+    r.write({"<RST_SENT:3>599 <EOH>", "<CALL:4>JA1A <EOR>", "<CALL:4>JA1B <EOR>"});
+    EXPECT_EQ(readers::count_in_name_adi(c), 2);
+
+    ASSERT_TRUE(readers::FileOpen_adi(c.run, p));
+    fs::remove(p);
+    try {
+        readers::count_in_name_adi(c);
+        FAIL() << "a missing file was counted";
+    } catch (const failure::Failure& e) {
+        EXPECT_EQ(e.number(), 53);
+    }
+    test::writeBytes(p, "");
+    EXPECT_FALSE(readers::FileOpen_adi(c.run, p));
 }
