@@ -127,6 +127,17 @@ constexpr std::size_t openingLength(Tag t)
     return kTagNames[t].size() + 2;
 }
 
+// 0x80 in each byte of `word` that equals `c`, and nothing in the others: the low seven bits
+// of each byte are added up to 0x7F so that no sum carries into the next byte.
+constexpr std::uint64_t bytesEqual(std::uint64_t word, unsigned char c)
+{
+    constexpr std::uint64_t kLow = 0x7F7F7F7F7F7F7F7Full;
+    const std::uint64_t x = word ^ (0x0101010101010101ull * c);
+    return ~(((x & kLow) + kLow) | x | kLow);
+}
+
+static_assert(bytesEqual(0x3A41423A0000BA3Aull, ':') == 0x8000008000000080ull);
+
 // A record as characters, with positions counted from 1 as the reader counts them. Values are
 // views into the record's text. A record of ASCII alone (the common case) is searched and cut
 // as bytes; any other through the byte offset of each character, so that each find and cut
@@ -141,11 +152,14 @@ public:
     RecordText(const RecordText&) = delete;
     RecordText& operator=(const RecordText&) = delete;
 
-    void reset(std::string_view utf8)
+    void reset(std::string_view utf8) { reset(utf8, text::isAsciiText(utf8)); }
+
+    // The same, for a text already known to be ASCII alone or not (`ascii`).
+    void reset(std::string_view utf8, bool ascii)
     {
         m_tagAt.fill(0);
         m_soleDate = true;
-        m_ascii = text::isAsciiText(utf8);
+        m_ascii = ascii;
         if (!m_ascii) {
             // Each character in its own UTF-8 form, as the character walk reads it, with the
             // byte offset where it starts.
@@ -171,6 +185,24 @@ public:
         const std::size_t n = m_text.size();
         for (std::size_t lt = m_text.find('<'); lt != std::string_view::npos;
              lt = m_text.find('<', lt + 1)) {
+            // The eight bytes behind the "<" at once, where the text reaches that far: a name
+            // that ends within them ends at the first ":" among them.
+            std::size_t t = kTagCount;
+            if (std::endian::native == std::endian::little && lt + 9 <= n) {
+                std::uint64_t word = 0;
+                std::memcpy(&word, m_text.data() + lt + 1, 8);
+                if (const std::uint64_t colons = bytesEqual(word, ':'); colons != 0) {
+                    const std::size_t size = static_cast<std::size_t>(std::countr_zero(colons)) / 8;
+                    word &= (std::uint64_t{1} << (8 * size)) - 1;
+                    t = tagOfKey(size, word);
+                    if (t != kTagCount && m_tagAt[t] == 0) {
+                        m_tagAt[t] = lt + 1;
+                    } else if (t == QsoDate) {
+                        m_soleDate = false;
+                    }
+                    continue;
+                }
+            }
             // Names are short: a walk finds their end sooner than a search.
             std::size_t colon = lt + 1;
             while (colon < n && m_text[colon] != ':') {
@@ -180,15 +212,10 @@ public:
                 break;
             }
             const std::string_view name = m_text.substr(lt + 1, colon - lt - 1);
-            // Eight bytes from the name's start at once where the text reaches that far.
-            std::size_t t = kTagCount;
-            if (std::endian::native == std::endian::little && name.size() <= 8 && lt + 9 <= n) {
+            if (std::endian::native == std::endian::little && name.size() == 8 && lt + 9 <= n) {
                 std::uint64_t word = 0;
                 std::memcpy(&word, name.data(), 8);
-                if (name.size() < 8) {
-                    word &= (std::uint64_t{1} << (8 * name.size())) - 1;
-                }
-                t = tagOfKey(name.size(), word);
+                t = tagOfKey(8, word);
             } else {
                 t = tagOfName(name);
             }
@@ -304,9 +331,10 @@ void upperAscii(char* bytes, std::size_t n)
     }
 }
 
-// Appends the next line of `in`, decoded and in upper case, to `record`; true when the line
-// holds "<EOR>". An ASCII line decodes to itself, so it is taken as it stands.
-bool appendUpperLine(text::LineReader& in, std::string& record)
+// Appends the next line of `in`, decoded and in upper case, to `record`, clearing `ascii`
+// when the line appended is not ASCII; true when the line holds "<EOR>". An ASCII line decodes to
+// itself, so it is taken as it stands.
+bool appendUpperLine(text::LineReader& in, std::string& record, bool& ascii)
 {
     const std::string_view raw = in.nextRaw();
     const std::size_t from = record.size();
@@ -315,6 +343,7 @@ bool appendUpperLine(text::LineReader& in, std::string& record)
         upperAscii(record.data() + from, raw.size());
     } else {
         record += upperLine(text::decodeSjis(raw));
+        ascii = ascii && text::isAsciiText(std::string_view(record).substr(from));
     }
     // Looked for from the end, where a record's closing tag stands.
     return std::string_view(record).substr(from).rfind("<EOR>") != std::string_view::npos;
@@ -495,6 +524,21 @@ bool isAsciiShort(std::string_view s)
     return high < 0x80;
 }
 
+// Whether `a` and `b` hold the same bytes; the texts compared are a few bytes long, compared
+// in place rather than through a call.
+bool sameBytes(std::string_view a, std::string_view b)
+{
+    if (a.size() != b.size()) {
+        return false;
+    }
+    for (std::size_t i = 0; i < a.size(); ++i) {
+        if (a[i] != b[i]) {
+            return false;
+        }
+    }
+    return true;
+}
+
 // `s` into `to`, which keeps its room from record to record.
 void setTo(std::string& to, std::string_view s)
 {
@@ -551,10 +595,10 @@ void cutTo(std::string& s, std::size_t n)
 }
 
 // The record line of `fields` as `text::LineWriter::writeRecord` writes it (each field in
-// double quotes, separated by commas) into `line`, when every field is ASCII, which Shift-JIS
-// holds as it stands, so that the line can be written as it is; false when a field is not.
+// double quotes, separated by commas) into `line`, as the fields' bytes stand: the line
+// `writeRecord` writes when every field is ASCII, which Shift-JIS holds as it stands.
 template <std::size_t N>
-bool asciiRecordLine(const std::array<std::string_view, N>& fields, std::string& line)
+void recordLine(const std::array<std::string_view, N>& fields, std::string& line)
 {
     std::size_t size = N * 3 - 1;
     for (const std::string_view f : fields) {
@@ -562,23 +606,18 @@ bool asciiRecordLine(const std::array<std::string_view, N>& fields, std::string&
     }
     line.resize(size);
     char* p = line.data();
-    unsigned high = 0;
     for (std::size_t i = 0; i < N; ++i) {
         const std::string_view f = fields[i];
         if (i != 0) {
             *p++ = ',';
         }
         *p++ = '"';
-        for (const char c : f) {
-            high |= static_cast<unsigned char>(c);
-        }
         if (!f.empty()) {
             std::memcpy(p, f.data(), f.size());
             p += f.size();
         }
         *p++ = '"';
     }
-    return high < 0x80;
 }
 
 void takeRecord(AdifValues& v, const RecordText& rec)
@@ -600,7 +639,8 @@ void takeRecord(AdifValues& v, const RecordText& rec)
     // A first length digit of 1 is read as two digits (calls of 10 to 19 characters).
     {
         const std::size_t p = rec.at(Call);
-        if (rec.mid(p + 6, 1) == "1") {
+        if (const std::string_view digit = rec.mid(p + 6, 1);
+            digit.size() == 1 && digit[0] == '1') {
             setTo(v.call, text::trim(rec.mid(p + 9, lengthOf(rec.mid(p + 6, 2)))));
         } else {
             setTo(v.call, text::trim(rec.mid(p + 8, lengthOf(rec.mid(p + 6, 1)))));
@@ -689,9 +729,9 @@ void takeRecord(AdifValues& v, const RecordText& rec)
     v.rst_sent.append(text::trim(v.stx));
     v.rst_rcvd.append(text::trim(v.rcvd_exchange));
 
-    if (v.mode == "RTTY") {
+    if (sameBytes(v.mode, "RTTY")) {
         v.mode = "RTY";
-    } else if (v.mode == "SSTV") {
+    } else if (sameBytes(v.mode, "SSTV")) {
         v.mode = "STV";
     }
 
@@ -706,7 +746,7 @@ void takeRecord(AdifValues& v, const RecordText& rec)
                                      {"15M", "15"},
                                      {"12M", "12"},
                                      {"10M", "10"}}) {
-        if (v.band == written) {
+        if (sameBytes(v.band, written)) {
             metres = m;
             break;
         }
@@ -728,7 +768,7 @@ void takeRecord(AdifValues& v, const RecordText& rec)
                                     {"12", "24", nullptr},
                                     {"10", "28", "5"},
                                     {"6", "50", nullptr}}) {
-            if (metres == f.metres) {
+            if (sameBytes(metres, f.metres)) {
                 v.freq = f.freq;
                 if (f.digit != nullptr) {
                     v.band_digit = f.digit;
@@ -738,7 +778,7 @@ void takeRecord(AdifValues& v, const RecordText& rec)
         }
     }
 
-    const std::size_t keep = v.mode == "SSB" ? 2 : 3;
+    const std::size_t keep = sameBytes(v.mode, "SSB") ? 2 : 3;
     cutTo(v.rst_sent, keep);
     cutTo(v.rst_rcvd, keep);
 }
@@ -852,12 +892,13 @@ void henkan_adi_2_t(const ReaderContext& ctx)
     while (!in.atEnd()) {
         // The lines of a record are joined in upper case.
         record.clear();
+        bool ascii = true;
         for (int i = 0; i < kMaxRecordLines && !in.atEnd(); ++i) {
-            if (appendUpperLine(in, record)) {
+            if (appendUpperLine(in, record, ascii)) {
                 break;
             }
         }
-        joined.reset(record);
+        joined.reset(record, ascii);
         try {
             takeRecord(values, joined);
         } catch (const failure::Failure& f) {
@@ -869,7 +910,8 @@ void henkan_adi_2_t(const ReaderContext& ctx)
             values.year,     values.month,    values.day,  values.time, values.call,
             values.rst_sent, values.rst_rcvd, values.freq, values.mode, q.q_op,
             q.q_memo,        values.freq,     q.q_rcvd};
-        if (asciiRecordLine(fields, line)) {
+        recordLine(fields, line);
+        if (text::isAsciiText(line)) {
             out.writeRaw(line);
         } else {
             out.writeRecord(fields);

@@ -190,10 +190,10 @@ bool simpleTokenViews(std::string_view line, std::size_t divisor,
 }
 
 // The record line of `fields` as `text::LineWriter::writeRecord` writes it (each field in
-// double quotes, separated by commas) into `line`, when every field is ASCII, which Shift-JIS
-// holds as it stands, so that the line can be written as it is; false when a field is not.
+// double quotes, separated by commas) into `line`, as the fields' bytes stand: the line
+// `writeRecord` writes when every field is ASCII, which Shift-JIS holds as it stands.
 template <std::size_t N>
-bool asciiRecordLine(const std::array<std::string_view, N>& fields, std::string& line)
+void recordLine(const std::array<std::string_view, N>& fields, std::string& line)
 {
     std::size_t size = N * 3 - 1;
     for (const std::string_view f : fields) {
@@ -201,23 +201,18 @@ bool asciiRecordLine(const std::array<std::string_view, N>& fields, std::string&
     }
     line.resize(size);
     char* p = line.data();
-    unsigned high = 0;
     for (std::size_t i = 0; i < N; ++i) {
         const std::string_view f = fields[i];
         if (i != 0) {
             *p++ = ',';
         }
         *p++ = '"';
-        for (const char c : f) {
-            high |= static_cast<unsigned char>(c);
-        }
         if (!f.empty()) {
             std::memcpy(p, f.data(), f.size());
             p += f.size();
         }
         *p++ = '"';
     }
-    return high < 0x80;
 }
 
 // The first `limit` tokens of an ASCII line into `tokens`, as `cabrilloTokenViews` gives them
@@ -626,7 +621,9 @@ void henkan_cbr_2_t(const ReaderContext& ctx)
             // band, mode, then the operator, memo, frequency and received exchange, all empty.
             const std::array<std::string_view, 13> fields{
                 year, month, day, t[4], t[8], t[6], t[9], band, cabrilloMode(t[2]), op, {}, {}, {}};
-            if (asciiRecordLine(fields, record)) {
+            // Every field of an ASCII log is ASCII: cut from the line or taken from tables.
+            if (log->ascii) {
+                recordLine(fields, record);
                 out.writeRaw(record);
             } else {
                 out.writeRecord(fields);
