@@ -82,11 +82,23 @@ void appendColumn(std::string& out, std::string_view s, std::size_t width)
     out.append(width - taken, ' ');
 }
 
+// Whether `s` holds `a` followed by `b`; a band text is a few bytes long, looked through in
+// place.
+bool holdsPair(std::string_view s, char a, char b)
+{
+    for (std::size_t i = 0; i + 1 < s.size(); ++i) {
+        if (s[i] == a && s[i + 1] == b) {
+            return true;
+        }
+    }
+    return false;
+}
+
 // The band text of `khz` into `band`, which is reused from line to line.
 void txtBandInto(std::string_view khz, std::string& band)
 {
     band.clear();
-    if (text::isAsciiText(khz)) {
+    if (isAsciiShort(khz)) {
         const std::size_t n = khz.size();
         const std::string_view last3 = n > 3 ? khz.substr(n - 3) : khz;
         if (n > 3) {
@@ -106,9 +118,9 @@ void txtBandInto(std::string_view khz, std::string& band)
             band += "." + text::left(last3, 1);
         }
     }
-    if (text::contains(band, "1.")) {
+    if (holdsPair(band, '1', '.')) {
         band = "1.9";
-    } else if (text::contains(band, "3.")) {
+    } else if (holdsPair(band, '3', '.')) {
         band = "3.5";
     } else if (const std::size_t point = band.find('.'); point != std::string::npos) {
         band.resize(point); // the characters before the point are the bytes before it
