@@ -161,6 +161,7 @@ void CabrilloTxtForm::appendLine(std::string_view qsoLine, std::string& out)
     cabrilloTokenViews(first, kPasses, m_first);
     cabrilloTokenViews(second, kPasses, m_second);
     cabrilloTokenViews(third, kPasses, m_third);
+    m_ascii = false;
     appendFromTokens(out);
 }
 
@@ -172,6 +173,7 @@ void CabrilloTxtForm::appendLine(std::string_view qsoLine, std::string& out,
     cabrilloTokensFromRuns(qsoLine, edges, count, 0, std::min<std::size_t>(n, 30), m_first);
     cabrilloTokensFromRuns(qsoLine, edges, count, 30, std::min<std::size_t>(n, 55), m_second);
     cabrilloTokensFromRuns(qsoLine, edges, count, 55, n, m_third);
+    m_ascii = true;
     appendFromTokens(out);
 }
 
@@ -225,6 +227,12 @@ void CabrilloTxtForm::appendFromTokens(std::string& out)
         mode = "RTY";
     }
 
+    txtBandInto(khz, m_band);
+    if (m_ascii) {
+        appendAsciiColumns(out, month, day, time, call, sentRst, sentExchange, rcvdRst,
+                           rcvdExchange, mode);
+        return;
+    }
     out.push_back(' ');
     out.append(month);
     out.append("  ");
@@ -240,10 +248,71 @@ void CabrilloTxtForm::appendFromTokens(std::string& out)
     out.append(m_extra1);
     out.append(m_extra2);
     out.append("  ");
-    txtBandInto(khz, m_band);
     appendRightAligned(out, m_band, 6);
     appendPadded(out, mode, 4);
     out.append(4, ' '); // points: none in a Cabrillo log, and no memo
+}
+
+void CabrilloTxtForm::appendAsciiColumns(std::string& out, std::string_view month,
+                                         std::string_view day, std::string_view time,
+                                         std::string_view call, std::string_view sentRst,
+                                         std::string_view sentExchange, std::string_view rcvdRst,
+                                         std::string_view rcvdExchange, std::string_view mode)
+{
+    // The columns as the general way writes them, where a byte is a column: the whole line
+    // measured first and written in place.
+    const auto atLeast = [](std::string_view s, std::size_t width) {
+        return std::max(s.size(), width);
+    };
+    const std::size_t length = 1 + month.size() + 2 + day.size() + 1 + time.size() + 1 + 11 +
+                               atLeast(sentRst, 3) + 10 + atLeast(rcvdRst, 3) +
+                               atLeast(rcvdExchange, 8) + m_extra1.size() + m_extra2.size() + 2 +
+                               atLeast(m_band, 6) + atLeast(mode, 4) + 4;
+    const std::size_t at = out.size();
+    out.resize(at + length);
+    char* p = out.data() + at;
+    const auto put = [&p](std::string_view s) {
+        for (const char c : s) {
+            *p++ = c;
+        }
+    };
+    const auto blanks = [&p](std::size_t n) {
+        for (; n > 0; --n) {
+            *p++ = ' ';
+        }
+    };
+    const auto column = [&](std::string_view s, std::size_t width) {
+        const std::size_t taken = std::min(s.size(), width);
+        put(s.substr(0, taken));
+        blanks(width - taken);
+    };
+    const auto right = [&](std::string_view s, std::size_t width) {
+        if (s.size() < width) {
+            blanks(width - s.size());
+        }
+        put(s);
+    };
+    *p++ = ' ';
+    put(month);
+    blanks(2);
+    put(day);
+    *p++ = ' ';
+    put(time);
+    *p++ = ' ';
+    column(call, 11);
+    right(sentRst, 3);
+    column(sentExchange, 10);
+    right(rcvdRst, 3);
+    right(rcvdExchange, 8);
+    put(m_extra1);
+    put(m_extra2);
+    blanks(2);
+    right(m_band, 6);
+    put(mode);
+    if (mode.size() < 4) {
+        blanks(4 - mode.size());
+    }
+    blanks(4); // points: none in a Cabrillo log, and no memo
 }
 
 std::string cabrillo_2_zlog_txt(const ReaderContext& ctx)

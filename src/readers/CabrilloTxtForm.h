@@ -46,6 +46,13 @@ public:
 private:
     // The line from the tokens of its three ranges.
     void appendFromTokens(std::string& out);
+    // The columns of the line when every token is ASCII.
+    void appendAsciiColumns(std::string& out, std::string_view month, std::string_view day,
+                            std::string_view time, std::string_view call, std::string_view sentRst,
+                            std::string_view sentExchange, std::string_view rcvdRst,
+                            std::string_view rcvdExchange, std::string_view mode);
+
+    bool m_ascii = false; // the tokens are of an ASCII line
 
     std::string m_extra1, m_extra2;
     // Reused from line to line, so that a line allocates nothing once they have grown.
