@@ -230,6 +230,10 @@ public:
     // The position of the first opening of `t` ("<NAME:"); 0 when absent.
     std::size_t at(Tag t) const { return m_tagAt[t]; }
 
+    // Whether the text is ASCII alone, and the text itself, a byte a character then.
+    bool ascii() const { return m_ascii; }
+    std::string_view text() const { return m_text; }
+
     // The position of the first `needle`, which begins with the opening of the date's tag.
     // Every such text stands at an opening of that tag: with only one, it is there or nowhere.
     std::size_t findDate(std::string_view needle) const
@@ -331,24 +335,6 @@ void upperAscii(char* bytes, std::size_t n)
     }
 }
 
-// Appends the next line of `in`, decoded and in upper case, to `record`, clearing `ascii`
-// when the line appended is not ASCII; true when the line holds "<EOR>". An ASCII line decodes to
-// itself, so it is taken as it stands.
-bool appendUpperLine(text::LineReader& in, std::string& record, bool& ascii)
-{
-    const std::string_view raw = in.nextRaw();
-    const std::size_t from = record.size();
-    if (text::isAsciiText(raw)) {
-        record.append(raw);
-        upperAscii(record.data() + from, raw.size());
-    } else {
-        record += upperLine(text::decodeSjis(raw));
-        ascii = ascii && text::isAsciiText(std::string_view(record).substr(from));
-    }
-    // Looked for from the end, where a record's closing tag stands.
-    return std::string_view(record).substr(from).rfind("<EOR>") != std::string_view::npos;
-}
-
 // The offset of the CR or LF that ends the line starting at `start`, or the size of `text`,
 // and the offset after that line end (past a CR LF pair, a CR or an LF): lines as
 // `text::LineReader` reads them.
@@ -380,6 +366,51 @@ std::size_t afterLineEndAt(std::string_view text, std::size_t end)
     }
     return (text[end] == '\r' && end + 1 < text.size() && text[end + 1] == '\n') ? end + 2
                                                                                  : end + 1;
+}
+
+// The lines of a file as `text::LineReader` gives them, each found where the one before ended.
+class ByteLines
+{
+public:
+    // Throws Failure 53 when the file cannot be read.
+    explicit ByteLines(const std::filesystem::path& path) : m_bytes(text::readFileBytes(path)) {}
+
+    bool atEnd() const { return m_pos >= m_bytes.size(); }
+
+    // The next line as bytes; atEnd() is tested first.
+    std::string_view nextRaw()
+    {
+        const std::string_view all(m_bytes);
+        const std::size_t end = lineEndAt(all, m_pos);
+        const std::string_view line = all.substr(m_pos, end - m_pos);
+        m_pos = afterLineEndAt(all, end);
+        return line;
+    }
+
+    // The next line, decoded.
+    std::string next() { return text::decodeSjis(nextRaw()); }
+
+private:
+    std::string m_bytes;
+    std::size_t m_pos = 0;
+};
+
+// Appends the next line of `in`, decoded and in upper case, to `record`, clearing `ascii`
+// when the line appended is not ASCII; true when the line holds "<EOR>". An ASCII line decodes to
+// itself, so it is taken as it stands.
+bool appendUpperLine(ByteLines& in, std::string& record, bool& ascii)
+{
+    const std::string_view raw = in.nextRaw();
+    const std::size_t from = record.size();
+    if (text::isAsciiText(raw)) {
+        record.append(raw);
+        upperAscii(record.data() + from, raw.size());
+    } else {
+        record += upperLine(text::decodeSjis(raw));
+        ascii = ascii && text::isAsciiText(std::string_view(record).substr(from));
+    }
+    // Looked for from the end, where a record's closing tag stands.
+    return std::string_view(record).substr(from).rfind("<EOR>") != std::string_view::npos;
 }
 
 // Whether an ASCII line holds "<call:": the lower-case letter is looked for, rare in a log
@@ -491,6 +522,18 @@ std::size_t lengthOf(std::string_view digits)
 // tag, the value starts two places behind it.
 std::string_view valueAt(const RecordText& rec, std::size_t p, std::size_t n)
 {
+    // The usual case, a one-digit length in an ASCII record, read where it stands.
+    if (rec.ascii() && p >= 1) {
+        const std::string_view text = rec.text();
+        if (p + n - 1 < text.size()) {
+            if (const char digit = text[p + n - 1]; digit >= '0' && digit <= '9') {
+                const std::size_t start = p + n + 1;
+                return start < text.size()
+                           ? text.substr(start, static_cast<std::size_t>(digit - '0'))
+                           : std::string_view();
+            }
+        }
+    }
     return rec.mid(p + n + 2, lengthOf(rec.mid(p + n, 1)));
 }
 
@@ -873,7 +916,7 @@ void henkan_adi_2_t(const ReaderContext& ctx)
 {
     InputState& run = ctx.run;
     ctx.trace.line("Private sub henkan_adi_2_t()");
-    text::LineReader in(run.in_name);
+    ByteLines in(run.in_name);
     text::LineWriter out(ctx.work(base::working::zlog_1));
     ctx.observer.progressRange(run.line_count + 1);
 
