@@ -75,32 +75,41 @@ constexpr std::array<std::uint64_t, kTagCount> kPackedNames = [] {
     return keys;
 }();
 
+// A multiplier that sends the packed names of up to eight characters to 20 different slots
+// of 32 by the top five bits of the product.
+constexpr std::uint64_t kSlotMultiplier = 0x18d8ed81e9113469ull;
+
+constexpr std::size_t slotOf(std::uint64_t key)
+{
+    return static_cast<std::size_t>((key * kSlotMultiplier) >> 59);
+}
+
+// The tag of each slot, kTagCount where none.
+constexpr std::array<std::uint8_t, 32> kSlotTags = [] {
+    std::array<std::uint8_t, 32> slots{};
+    slots.fill(static_cast<std::uint8_t>(kTagCount));
+    for (std::size_t t = 0; t < kTagCount; ++t) {
+        if (kTagNames[t].size() <= 8) {
+            slots[slotOf(kPackedNames[t])] = static_cast<std::uint8_t>(t);
+        }
+    }
+    return slots;
+}();
+
+static_assert([] {
+    std::size_t filled = 0;
+    for (const std::uint8_t t : kSlotTags) {
+        filled += t != kTagCount ? 1 : 0;
+    }
+    return filled == kTagCount - 1; // every name but the one longer than eight
+}());
+
 // The tag of a name of `size` characters (up to 8) packed as `packedName` packs it, or
-// kTagCount: only the names of the same length are compared.
+// kTagCount: the one name of its slot is compared, with its length.
 constexpr std::size_t tagOfKey(std::size_t size, std::uint64_t key)
 {
-    const auto among = [key](std::initializer_list<Tag> tags) {
-        for (const Tag t : tags) {
-            if (kPackedNames[t] == key) {
-                return static_cast<std::size_t>(t);
-            }
-        }
-        return static_cast<std::size_t>(kTagCount);
-    };
-    switch (size) {
-    case 3:
-        return among({Stx, Srx, Cqz});
-    case 4:
-        return among({Call, Band, Freq, Rcvd, Mode, Ituz, Cnty, Iota, Dxcc});
-    case 5:
-        return among({State});
-    case 7:
-        return among({TimeOn, Comment});
-    case 8:
-        return among({QsoDate, RstSent, RstRcvd, QslSent, QslRcvd});
-    default:
-        return kTagCount;
-    }
+    const std::size_t t = kSlotTags[slotOf(key)];
+    return t != kTagCount && kPackedNames[t] == key && kTagNames[t].size() == size ? t : kTagCount;
 }
 
 // The tag of a name, or kTagCount.
@@ -195,6 +204,16 @@ public:
                     const std::size_t size = static_cast<std::size_t>(std::countr_zero(colons)) / 8;
                     word &= (std::uint64_t{1} << (8 * size)) - 1;
                     t = tagOfKey(size, word);
+                    if (t != kTagCount && m_tagAt[t] == 0) {
+                        m_tagAt[t] = lt + 1;
+                    } else if (t == QsoDate) {
+                        m_soleDate = false;
+                    }
+                    continue;
+                }
+                // A name of eight characters, its ":" just behind them.
+                if (lt + 10 <= n && m_text[lt + 9] == ':') {
+                    t = tagOfKey(8, word);
                     if (t != kTagCount && m_tagAt[t] == 0) {
                         m_tagAt[t] = lt + 1;
                     } else if (t == QsoDate) {
@@ -313,26 +332,31 @@ std::string upperLine(std::string line)
     return ascii ? line : text::upper(line);
 }
 
-// ASCII letters a to z of `bytes` (all ASCII) in upper case, eight bytes at a time: a byte
-// from 'a' up reaches 0x80 when 0x1F is added, one beyond 'z' when 5 is; no sum carries into
-// the next byte, and upper case is lower case without 0x20.
-void upperAscii(char* bytes, std::size_t n)
+// ASCII letters a to z of `bytes` in upper case, eight bytes at a time: a byte from 'a' up
+// reaches 0x80 when 0x1F is added, one beyond 'z' when 5 is; no sum of an ASCII byte carries
+// into the next byte, and upper case is lower case without 0x20. Returns whether every byte
+// was ASCII; the bytes are of no use when one was not.
+bool upperAscii(char* bytes, std::size_t n)
 {
     constexpr std::uint64_t kOnes = 0x0101010101010101ull;
+    std::uint64_t high = 0;
     std::size_t i = 0;
     for (; i + 8 <= n; i += 8) {
         std::uint64_t word = 0;
         std::memcpy(&word, bytes + i, 8);
+        high |= word;
         const std::uint64_t fromA = word + 0x1F * kOnes;
         const std::uint64_t pastZ = word + 0x05 * kOnes;
         word ^= ((fromA & ~pastZ) & (0x80 * kOnes)) >> 2;
         std::memcpy(bytes + i, &word, 8);
     }
     for (; i < n; ++i) {
+        high |= static_cast<unsigned char>(bytes[i]);
         if (bytes[i] >= 'a' && bytes[i] <= 'z') {
             bytes[i] = static_cast<char>(bytes[i] - 0x20);
         }
     }
+    return (high & 0x8080808080808080ull) == 0;
 }
 
 // The offset of the CR or LF that ends the line starting at `start`, or the size of `text`,
@@ -402,10 +426,11 @@ bool appendUpperLine(ByteLines& in, std::string& record, bool& ascii)
 {
     const std::string_view raw = in.nextRaw();
     const std::size_t from = record.size();
-    if (text::isAsciiText(raw)) {
-        record.append(raw);
-        upperAscii(record.data() + from, raw.size());
-    } else {
+    // Taken as it stands and put in upper case in place; a line that proves not to be ASCII
+    // is taken back and decoded.
+    record.append(raw);
+    if (!upperAscii(record.data() + from, raw.size())) {
+        record.resize(from);
         record += upperLine(text::decodeSjis(raw));
         ascii = ascii && text::isAsciiText(std::string_view(record).substr(from));
     }

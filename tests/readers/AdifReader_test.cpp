@@ -580,3 +580,53 @@ TEST(AdifCount, ALogChangedAfterItsOpeningIsCountedAsItIsAndAMissingOneFailsWith
     test::writeBytes(p, "");
     EXPECT_FALSE(readers::FileOpen_adi(c.run, p));
 }
+
+TEST(AdifReader, ReadsTheSameRecordsWhateverTheLineEndsAndTheCaseOfTheTags)
+{
+    AdifRun r;
+    const std::string kanji = text::encodeSjis(
+        "<call:6>ja1abc <QSO_DATE:8>20261122 <TIME_ON:4>0905 <BAND:3>20M <COMMENT:2>東京 "
+        "<MODE:2>CW <RST_SENT:3>599 <RST_RCVD:3>579 <EOR>");
+    const std::string lower = "<call:6>ja1xyz <qso_date:8>20261123 <time_on:4>1005 <band:3>40m "
+                              "<mode:3>ssb <rst_sent:2>59 <rst_rcvd:2>57 <srx:2>25 <eor>";
+    const auto rowsOf = [&](const std::string& end) {
+        const fs::path p = r.dir / "ENDS.ADI";
+        test::writeBytes(p, "<ADIF_VER:5>3.1.4 <EOH>" + end + kCw + " <EOR>" + end +
+                                "<CALL:6>JA1AB" + end + "C <RST_SENT:3>599 <EOR>" + end + lower +
+                                end + kanji + end + kCw + "<RST_RCVD:1>5");
+        auto& c = r.context(r.options);
+        c.run.in_name = p.string();
+        c.run.setKind(readers::InputKind::Adi);
+        readers::henkan_adi_2_t(c);
+        return test::RunFixture::records(r.work("zlog_1.txt"), 13);
+    };
+    const auto crlf = rowsOf("\r\n");
+    ASSERT_EQ(crlf.size(), 5u);
+    EXPECT_EQ(crlf[1][Call], "JA1ABC"); // the lines of a record are joined as they stand
+    EXPECT_EQ(crlf[2][Call], "JA1XYZ");
+    EXPECT_EQ(crlf[2][Mode], "SSB");
+    EXPECT_EQ(crlf[2][Rcvd], "57");
+    EXPECT_EQ(crlf[3][Call], "JA1ABC");
+    EXPECT_EQ(crlf[4][Rcvd], "579");
+    EXPECT_EQ(rowsOf("\n"), crlf);
+    EXPECT_EQ(rowsOf("\r"), crlf);
+}
+
+TEST(AdifReader, AnEmptyLogWritesNoRecordAndAMissingOneFailsWith53)
+{
+    AdifRun r;
+    const fs::path p = r.dir / "EMPTY.ADI";
+    test::writeBytes(p, "");
+    auto& c = r.context(r.options);
+    c.run.in_name = p.string();
+    c.run.setKind(readers::InputKind::Adi);
+    readers::henkan_adi_2_t(c);
+    EXPECT_TRUE(test::RunFixture::records(r.work("zlog_1.txt"), 13).empty());
+    c.run.in_name = (r.dir / "GONE.ADI").string();
+    try {
+        readers::henkan_adi_2_t(c);
+        FAIL() << "a missing log was read";
+    } catch (const failure::Failure& e) {
+        EXPECT_EQ(e.number(), 53);
+    }
+}
