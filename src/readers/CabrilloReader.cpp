@@ -255,7 +255,14 @@ bool plainTokensAndRuns(std::string_view line, std::vector<std::string_view>& to
 // The band of a frequency in kHz, as `cabrilloBandOfKhz` gives it.
 std::string_view bandOfKhz(std::string_view token)
 {
-    const double khz = text::val(token);
+    // Plain digits, the usual frequency, are their number as they stand.
+    bool digits = !token.empty() && token.size() <= 9;
+    long plain = 0;
+    for (std::size_t i = 0; digits && i < token.size(); ++i) {
+        digits = token[i] >= '0' && token[i] <= '9';
+        plain = plain * 10 + (token[i] - '0');
+    }
+    const double khz = digits ? static_cast<double>(plain) : text::val(token);
     for (const BandRange& r : kBandRanges) {
         if (khz >= r.from && khz <= r.to) {
             return r.band;

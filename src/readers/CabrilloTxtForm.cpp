@@ -94,6 +94,41 @@ bool holdsPair(std::string_view s, char a, char b)
     return false;
 }
 
+// The tokens of `line.substr(from, to - from)` from the runs of blanks and tabs of the line,
+// as `cabrilloTokensFromRuns` gives them, the runs looked at from the run `next` on; `next`
+// is left at the first run that may reach a range behind `to`, so that the ranges of a line
+// taken in order walk its runs once.
+void rangeTokens(std::string_view line, const std::uint16_t* edges, std::size_t count,
+                 std::size_t from, std::size_t to, std::vector<std::string_view>& tokens,
+                 std::size_t& next)
+{
+    tokens.clear();
+    if (from >= to) {
+        return;
+    }
+    const char* const text = line.data();
+    std::size_t start = from;
+    for (; next < count; ++next) {
+        const std::size_t runStart = edges[2 * next];
+        const std::size_t runEnd = edges[2 * next + 1];
+        if (runEnd <= from) {
+            continue;
+        }
+        if (runStart >= to) {
+            break;
+        }
+        const std::size_t cut = std::max(runStart, from);
+        tokens.emplace_back(text + start, cut - start);
+        if (runEnd > to) {
+            start = to; // the run goes on into the next range
+            tokens.emplace_back(text + start, 0);
+            return;
+        }
+        start = runEnd;
+    }
+    tokens.emplace_back(text + start, to - start);
+}
+
 // The band text of `khz` into `band`, which is reused from line to line.
 void txtBandInto(std::string_view khz, std::string& band)
 {
@@ -170,9 +205,10 @@ void CabrilloTxtForm::appendLine(std::string_view qsoLine, std::string& out,
 {
     // In ASCII text a byte is a character: the ranges end at bytes 30 and 55.
     const std::size_t n = qsoLine.size();
-    cabrilloTokensFromRuns(qsoLine, edges, count, 0, std::min<std::size_t>(n, 30), m_first);
-    cabrilloTokensFromRuns(qsoLine, edges, count, 30, std::min<std::size_t>(n, 55), m_second);
-    cabrilloTokensFromRuns(qsoLine, edges, count, 55, n, m_third);
+    std::size_t next = 0;
+    rangeTokens(qsoLine, edges, count, 0, std::min<std::size_t>(n, 30), m_first, next);
+    rangeTokens(qsoLine, edges, count, 30, std::min<std::size_t>(n, 55), m_second, next);
+    rangeTokens(qsoLine, edges, count, 55, n, m_third, next);
     m_ascii = true;
     appendFromTokens(out);
 }

@@ -835,7 +835,10 @@ TEST(CabrilloTxtForm, ALineFormedFromTheReadersRunsIsTheLineFormedFromItsRanges)
          {qso(), qso("7025", "PH", "2026-11-22", "0905", "JA1ABCDEFGHIJK", "59", "25 AS-007"),
           qso("144100", "RY", "2026-11-22", "0905", "JA1A/1", "599", "1 2 3"),
           std::string("QSO: 14025 CW 2026-11-22 0905 ZZ9ZZZ 599 13 JA1ABC 599 25 0 1 2"),
-          std::string("QSO:  3512 CW 2026-11-22 0905 ZZ9ZZZ        599 13     JA1ABC\t599 1")}) {
+          std::string("QSO:  3512 CW 2026-11-22 0905 ZZ9ZZZ        599 13     JA1ABC\t599 1"),
+          // Runs across both range boundaries.
+          std::string(
+              "QSO: 14025 CW 2026-11-22 0905    ZZ9ZZZ 599 13            JA1ABC 599 25 0")}) {
         const std::vector<std::uint16_t> edges = blankRunsOf(line);
         readers::CabrilloTxtForm byRanges;
         readers::CabrilloTxtForm byRuns;
@@ -871,4 +874,18 @@ TEST(CabrilloTxtForm, AKanjiLogAndALogWithLongBlankRunsGiveTheSameTxtFormAfterTh
             EXPECT_EQ(txt[i], form.line(lines[i]));
         }
     }
+}
+
+TEST(CabrilloReader, AFrequencyOfPlainDigitsGivesTheBandValWouldGiveIt)
+{
+    EXPECT_EQ(readers::cabrilloBandOfKhz("0014025"), "14");
+    EXPECT_EQ(readers::cabrilloBandOfKhz("1000"), "1.9");
+    EXPECT_EQ(readers::cabrilloBandOfKhz("2000"), "1.9");
+    EXPECT_EQ(readers::cabrilloBandOfKhz("999"), "");
+    EXPECT_EQ(readers::cabrilloBandOfKhz("5850000"), "5600");
+    EXPECT_EQ(readers::cabrilloBandOfKhz("123456789"), "");
+    EXPECT_EQ(readers::cabrilloBandOfKhz("1234567890"), "");
+    EXPECT_EQ(readers::cabrilloBandOfKhz("14025.5"), "14");
+    EXPECT_EQ(readers::cabrilloBandOfKhz("7O25"), "");
+    EXPECT_EQ(readers::cabrilloBandOfKhz(""), "");
 }
