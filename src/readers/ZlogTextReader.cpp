@@ -13,6 +13,7 @@
 #include "text/Utf8.h"
 
 #include <array>
+#include <cstdio>
 
 namespace vornhale::readers {
 namespace {
@@ -257,15 +258,32 @@ void readZlogText(const ReaderContext& ctx, Form form)
 
 } // namespace
 
+namespace {
+
+// The start of the file's first line, decoded: enough of it for the heading tests, without
+// reading a long log whole. A file that cannot be read fails as a whole read would.
+std::string firstLineStart(const std::filesystem::path& path)
+{
+    constexpr std::size_t kHead = 4096;
+    std::error_code ec;
+    std::FILE* f = fs::is_directory(path, ec) ? nullptr : std::fopen(path.c_str(), "rb");
+    if (f == nullptr) {
+        (void)text::readFileBytes(path); // throws the failure of a file that cannot be opened
+        return {};
+    }
+    std::string head(kHead, '\0');
+    head.resize(std::fread(head.data(), 1, head.size(), f));
+    std::fclose(f);
+    const std::vector<std::string_view> lines = text::splitLines(head);
+    return lines.empty() ? std::string() : text::decodeSjis(lines.front());
+}
+
+} // namespace
+
 bool FileOpen_all_txt_set(InputState& run, const std::filesystem::path& path)
 {
-    std::string first;
-    {
-        text::LineReader in(path);
-        if (!in.atEnd()) {
-            first = in.next();
-        }
-    }
+    // Only the first 16 or 22 characters of the first line are looked at.
+    const std::string first = firstLineStart(path);
     const std::string name = path.filename().string();
     const std::string letter = text::upper(text::left(text::right(name, 3), 1));
     bool accepted;

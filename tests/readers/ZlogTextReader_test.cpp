@@ -6,6 +6,7 @@
 
 using namespace vornhale;
 using test::ColumnLine;
+namespace fs = std::filesystem;
 
 namespace {
 
@@ -167,6 +168,34 @@ TEST(ZlogTextRecognition, TxtNeedsTheColumnTitle)
     engine::RunState run;
     EXPECT_TRUE(readers::FileOpen_all_txt_set(run, dir / "x.txt"));
     EXPECT_EQ(run.f_type, "txt");
+}
+
+TEST(ZlogTextRecognition, OnlyTheStartOfTheFirstLineCountsWhateverItsLengthOrLineEnd)
+{
+    test::TempDir dir;
+    // A heading without a line end, longer than anything read to test it.
+    test::writeBytes(dir / "LONG.ALL", std::string(kAllHeader) + std::string(10000, 'x'));
+    test::writeBytes(dir / "CR.TXT", std::string(kTxtHeader) + "\r" + "x\r");
+    test::writeBytes(dir / "EMPTY.ALL", "");
+    engine::RunState run;
+    EXPECT_TRUE(readers::FileOpen_all_txt_set(run, dir / "LONG.ALL"));
+    EXPECT_TRUE(readers::FileOpen_all_txt_set(run, dir / "CR.TXT"));
+    EXPECT_FALSE(readers::FileOpen_all_txt_set(run, dir / "EMPTY.ALL"));
+}
+
+TEST(ZlogTextRecognition, AMissingFileOrAFolderFailsAsAWholeReadWould)
+{
+    test::TempDir dir;
+    fs::create_directories(dir / "FOLDER.ALL");
+    for (const char* name : {"NONE.ALL", "FOLDER.ALL"}) {
+        engine::RunState run;
+        try {
+            readers::FileOpen_all_txt_set(run, dir / name);
+            ADD_FAILURE() << name;
+        } catch (const failure::Failure& f) {
+            EXPECT_EQ(f.number(), 53) << name;
+        }
+    }
 }
 
 TEST(ZlogTextRecognition, ANameOfNeitherLetterChangesNothing)
