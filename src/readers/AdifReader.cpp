@@ -607,6 +607,21 @@ bool sameBytes(std::string_view a, std::string_view b)
     return true;
 }
 
+// `s` without the blanks at either end, as `text::trim` gives it; values are short, looked
+// through in place.
+std::string_view trimBlanks(std::string_view s)
+{
+    std::size_t from = 0;
+    std::size_t to = s.size();
+    while (from < to && s[from] == ' ') {
+        ++from;
+    }
+    while (to > from && s[to - 1] == ' ') {
+        --to;
+    }
+    return s.substr(from, to - from);
+}
+
 // `s` into `to`, which keeps its room from record to record.
 void setTo(std::string& to, std::string_view s)
 {
@@ -665,8 +680,9 @@ void cutTo(std::string& s, std::size_t n)
 // The record line of `fields` as `text::LineWriter::writeRecord` writes it (each field in
 // double quotes, separated by commas) into `line`, as the fields' bytes stand: the line
 // `writeRecord` writes when every field is ASCII, which Shift-JIS holds as it stands.
+// Returns whether every field is ASCII.
 template <std::size_t N>
-void recordLine(const std::array<std::string_view, N>& fields, std::string& line)
+bool recordLine(const std::array<std::string_view, N>& fields, std::string& line)
 {
     std::size_t size = N * 3 - 1;
     for (const std::string_view f : fields) {
@@ -674,6 +690,7 @@ void recordLine(const std::array<std::string_view, N>& fields, std::string& line
     }
     line.resize(size);
     char* p = line.data();
+    unsigned high = 0;
     for (std::size_t i = 0; i < N; ++i) {
         const std::string_view f = fields[i];
         if (i != 0) {
@@ -682,10 +699,12 @@ void recordLine(const std::array<std::string_view, N>& fields, std::string& line
         *p++ = '"';
         // Fields are short: copied in place rather than through a call.
         for (const char c : f) {
+            high |= static_cast<unsigned char>(c);
             *p++ = c;
         }
         *p++ = '"';
     }
+    return high < 0x80;
 }
 
 void takeRecord(AdifValues& v, const RecordText& rec)
@@ -709,9 +728,9 @@ void takeRecord(AdifValues& v, const RecordText& rec)
         const std::size_t p = rec.at(Call);
         if (const std::string_view digit = rec.mid(p + 6, 1);
             digit.size() == 1 && digit[0] == '1') {
-            setTo(v.call, text::trim(rec.mid(p + 9, lengthOf(rec.mid(p + 6, 2)))));
+            setTo(v.call, trimBlanks(rec.mid(p + 9, lengthOf(rec.mid(p + 6, 2)))));
         } else {
-            setTo(v.call, text::trim(rec.mid(p + 8, lengthOf(rec.mid(p + 6, 1)))));
+            setTo(v.call, trimBlanks(rec.mid(p + 8, lengthOf(rec.mid(p + 6, 1)))));
         }
     }
 
@@ -743,7 +762,7 @@ void takeRecord(AdifValues& v, const RecordText& rec)
         setTo(v.rst_sent, *x);
     }
     if (const std::size_t p = rec.at(RstRcvd); p != 0) {
-        setTo(v.rst_rcvd, text::trim(valueByClose(rec, p, 10, rec.mid(p + 11, 1) == ">")));
+        setTo(v.rst_rcvd, trimBlanks(valueByClose(rec, p, 10, rec.mid(p + 11, 1) == ">")));
     }
     if (auto x = valueOf(rec, Stx)) {
         setTo(v.stx, *x);
@@ -776,7 +795,7 @@ void takeRecord(AdifValues& v, const RecordText& rec)
     }
     if (const std::size_t p = rec.at(Comment); p != 0) {
         const bool oneDigit = rec.find(">", p) == p + 10;
-        setTo(v.comment, text::trim(valueByClose(rec, p, 9, oneDigit)));
+        setTo(v.comment, trimBlanks(valueByClose(rec, p, 9, oneDigit)));
     }
     if (auto x = valueOf(rec, QslSent)) {
         const bool sent = *x == "Y";
@@ -787,15 +806,15 @@ void takeRecord(AdifValues& v, const RecordText& rec)
         v.qsl_rcvd_mark = *x == "Y" ? "*" : " ";
     }
     if (auto x = valueOf(rec, Iota)) {
-        setTo(v.adi_iota, text::trim(*x));
+        setTo(v.adi_iota, trimBlanks(*x));
     }
     if (auto x = valueOf(rec, Dxcc)) {
         setTo(v.dxcc, *x);
     }
 
     // The reports carry the exchanges until the cut below.
-    v.rst_sent.append(text::trim(v.stx));
-    v.rst_rcvd.append(text::trim(v.rcvd_exchange));
+    v.rst_sent.append(trimBlanks(v.stx));
+    v.rst_rcvd.append(trimBlanks(v.rcvd_exchange));
 
     if (sameBytes(v.mode, "RTTY")) {
         v.mode = "RTY";
@@ -978,8 +997,7 @@ void henkan_adi_2_t(const ReaderContext& ctx)
             values.year,     values.month,    values.day,  values.time, values.call,
             values.rst_sent, values.rst_rcvd, values.freq, values.mode, q.q_op,
             q.q_memo,        values.freq,     q.q_rcvd};
-        recordLine(fields, line);
-        if (text::isAsciiText(line)) {
+        if (recordLine(fields, line)) {
             out.writeRaw(line);
         } else {
             out.writeRecord(fields);
