@@ -630,28 +630,28 @@ void setTo(std::string& to, std::string_view s)
 }
 
 // The first `n` characters, the `n` characters from `start` and the last `n` characters of
-// `s` into `to`; ASCII text is cut as bytes.
-void assignLeft(std::string& to, std::string_view s, std::size_t n)
+// `s` into `to`; ASCII text (`ascii` when it is known to be) is cut as bytes.
+void assignLeft(std::string& to, std::string_view s, std::size_t n, bool ascii)
 {
-    if (isAsciiShort(s)) {
+    if (ascii || isAsciiShort(s)) {
         setTo(to, s.substr(0, n));
     } else {
         to = text::left(s, n);
     }
 }
 
-void assignMid(std::string& to, std::string_view s, std::size_t start, std::size_t n)
+void assignMid(std::string& to, std::string_view s, std::size_t start, std::size_t n, bool ascii)
 {
-    if (isAsciiShort(s)) {
+    if (ascii || isAsciiShort(s)) {
         setTo(to, start - 1 < s.size() ? s.substr(start - 1, n) : std::string_view());
     } else {
         to = text::mid(s, start, n);
     }
 }
 
-void assignRight(std::string& to, std::string_view s, std::size_t n)
+void assignRight(std::string& to, std::string_view s, std::size_t n, bool ascii)
 {
-    if (isAsciiShort(s)) {
+    if (ascii || isAsciiShort(s)) {
         setTo(to, s.size() > n ? s.substr(s.size() - n) : s);
     } else {
         to = text::right(s, n);
@@ -744,13 +744,14 @@ void takeRecord(AdifValues& v, const RecordText& rec)
         if (const std::size_t d = rec.findDate("<QSO_DATE:8>"); d != 0) {
             date = rec.mid(d + 12, length);
         }
-        assignLeft(v.year, date, 4);
-        assignMid(v.month, date, 5, 2);
-        assignRight(v.day, date, 2);
+        // A view of an ASCII record is ASCII.
+        assignLeft(v.year, date, 4, rec.ascii());
+        assignMid(v.month, date, 5, 2, rec.ascii());
+        assignRight(v.day, date, 2, rec.ascii());
     }
 
     if (const std::size_t p = rec.at(TimeOn); p != 0) {
-        assignLeft(v.time, rec.mid(p + 11, lengthOf(rec.mid(p + 9, 1))), 4);
+        assignLeft(v.time, rec.mid(p + 11, lengthOf(rec.mid(p + 9, 1))), 4, rec.ascii());
     }
     if (auto x = valueOf(rec, Band)) {
         setTo(v.band, *x);
