@@ -103,7 +103,9 @@ std::shared_ptr<CabrilloLines> readCabrilloLines(const std::filesystem::path& pa
         }
     }
     for (std::size_t i = 0; i < log->lines.size(); ++i) {
-        if (log->lines[i].find("QSO:") != std::string_view::npos) {
+        // A QSO line opens with it; any other is searched whole.
+        const std::string_view line = log->lines[i];
+        if (line.starts_with("QSO:") || line.find("QSO:") != std::string_view::npos) {
             log->qsoLines.push_back(static_cast<std::uint32_t>(i));
         }
     }
