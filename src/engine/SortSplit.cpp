@@ -316,8 +316,11 @@ public:
     }
     void put(std::string_view bytes)
     {
-        std::memcpy(m_end, bytes.data(), bytes.size());
-        m_end += bytes.size();
+        // An empty view may have no bytes at all to point at.
+        if (!bytes.empty()) {
+            std::memcpy(m_end, bytes.data(), bytes.size());
+            m_end += bytes.size();
+        }
     }
     void put(char byte) { *m_end++ = byte; }
     std::string_view view() const

@@ -31,7 +31,9 @@ std::uint64_t headOf(std::string_view key)
         }
     }
     unsigned char bytes[8] = {};
-    std::memcpy(bytes, key.data(), std::min<std::size_t>(key.size(), 8));
+    if (!key.empty()) {
+        std::memcpy(bytes, key.data(), std::min<std::size_t>(key.size(), 8));
+    }
     std::uint64_t head = 0;
     for (unsigned char b : bytes) {
         head = head << 8 | b;

@@ -214,7 +214,9 @@ void AsciiRecordLine::field(std::string_view f)
     char* p = room(f.size() + 3);
     *p++ = ',';
     *p++ = '"';
-    std::memcpy(p, f.data(), f.size());
+    if (!f.empty()) {
+        std::memcpy(p, f.data(), f.size());
+    }
     p[f.size()] = '"';
     m_size += f.size() + 3;
 }

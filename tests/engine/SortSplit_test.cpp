@@ -305,7 +305,8 @@ std::string mixedRecords(bool withManagers)
     looseLine.replace(0, 8, " JA1LSE ");
     looseLine.replace(looseLine.find("\"CW\""), 4, "  \"CW\"xx");
     bytes += looseLine + "\r\n";
-    const auto split = rec("JA1TWO", "50").fields();
+    const SortRecord two = rec("JA1TWO", "50");
+    const auto split = two.fields();
     bytes += text::formatRecord(std::vector<std::string_view>(split.begin(), split.begin() + 10)) +
              "\n" +
              text::formatRecord(std::vector<std::string_view>(split.begin() + 10, split.end())) +

@@ -803,7 +803,7 @@ std::vector<std::uint16_t> blankRunsOf(std::string_view line)
 
 TEST(CabrilloReader, TokensFromTheRunsOfALineAreTheTokensOfEveryRangeOfIt)
 {
-    for (const std::string line :
+    for (const std::string& line :
          {qso(), qso("7025", "PH"), std::string(" QSO: 14025  CW\t2026-11-22 0905 "),
           std::string("QSO:") + std::string(32, ' ') + "X" + std::string(20, '\t') + "Y",
           std::string("   "), std::string("QSO: a b c d e f g h i j k l m n"),
