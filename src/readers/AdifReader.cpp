@@ -359,70 +359,10 @@ bool upperAscii(char* bytes, std::size_t n)
     return (high & 0x8080808080808080ull) == 0;
 }
 
-// The offset of the CR or LF that ends the line starting at `start`, or the size of `text`,
-// and the offset after that line end (past a CR LF pair, a CR or an LF): lines as
-// `text::LineReader` reads them.
-std::size_t lineEndAt(std::string_view text, std::size_t start)
-{
-    // By windows, so that a file whose lines end in CR alone is not searched to its end for
-    // an LF at every line.
-    constexpr std::size_t kWindow = 256;
-    for (std::size_t at = start; at < text.size(); at += kWindow) {
-        const char* const from = text.data() + at;
-        const std::size_t size = std::min(kWindow, text.size() - at);
-        const auto* lf = static_cast<const char*>(std::memchr(from, '\n', size));
-        const std::size_t span = lf != nullptr ? static_cast<std::size_t>(lf - from) : size;
-        const auto* cr = static_cast<const char*>(std::memchr(from, '\r', span));
-        if (cr != nullptr) {
-            return at + static_cast<std::size_t>(cr - from);
-        }
-        if (lf != nullptr) {
-            return at + span;
-        }
-    }
-    return text.size();
-}
-
-std::size_t afterLineEndAt(std::string_view text, std::size_t end)
-{
-    if (end >= text.size()) {
-        return end;
-    }
-    return (text[end] == '\r' && end + 1 < text.size() && text[end + 1] == '\n') ? end + 2
-                                                                                 : end + 1;
-}
-
-// The lines of a file as `text::LineReader` gives them, each found where the one before ended.
-class ByteLines
-{
-public:
-    // Throws Failure 53 when the file cannot be read.
-    explicit ByteLines(const std::filesystem::path& path) : m_bytes(text::readFileBytes(path)) {}
-
-    bool atEnd() const { return m_pos >= m_bytes.size(); }
-
-    // The next line as bytes; atEnd() is tested first.
-    std::string_view nextRaw()
-    {
-        const std::string_view all(m_bytes);
-        const std::size_t end = lineEndAt(all, m_pos);
-        const std::string_view line = all.substr(m_pos, end - m_pos);
-        m_pos = afterLineEndAt(all, end);
-        return line;
-    }
-
-    // The next line, decoded.
-    std::string next() { return text::decodeSjis(nextRaw()); }
-
-private:
-    std::string m_bytes;
-    std::size_t m_pos = 0;
-};
-
 // Appends the next line of `in`, decoded and in upper case, to `record`, clearing `ascii`
 // when the line appended is not ASCII; true when the line holds "<EOR>". An ASCII line decodes to
 // itself, so it is taken as it stands.
-bool appendUpperLine(ByteLines& in, std::string& record, bool& ascii)
+bool appendUpperLine(text::LineReader& in, std::string& record, bool& ascii)
 {
     const std::string_view raw = in.nextRaw();
     const std::size_t from = record.size();
@@ -906,12 +846,11 @@ bool FileOpen_adi(InputState& run, const std::filesystem::path& path)
 {
     std::string bytes = text::readFileBytes(path);
     bool reports = false;
-    const std::string_view all(bytes);
-    for (std::size_t start = 0; start < all.size() && !reports;) {
-        const std::size_t end = lineEndAt(all, start);
-        reports = text::contains(text::upper(text::decodeSjis(all.substr(start, end - start))),
-                                 "<RST_SENT:");
-        start = afterLineEndAt(all, end);
+    for (const std::string_view line : text::splitLines(bytes)) {
+        reports = text::contains(text::upper(text::decodeSjis(line)), "<RST_SENT:");
+        if (reports) {
+            break;
+        }
     }
     if (!reports) {
         run.lblIn_name = kNotAdif;
@@ -935,10 +874,7 @@ long count_in_name_adi(const ReaderContext& ctx)
     const std::string_view all(bytes);
     const bool ascii = text::isAsciiText(all);
     std::string decoded;
-    for (std::size_t start = 0; start < all.size();) {
-        const std::size_t end = lineEndAt(all, start);
-        const std::string_view raw = all.substr(start, end - start);
-        start = afterLineEndAt(all, end);
+    for (const std::string_view raw : text::splitLines(all)) {
         if (ascii) {
             count += (raw.find("<CALL:") != std::string_view::npos ? 1 : 0) +
                      (holdsLowerCall(raw) ? 1 : 0);
@@ -961,7 +897,7 @@ void henkan_adi_2_t(const ReaderContext& ctx)
 {
     InputState& run = ctx.run;
     ctx.trace.line("Private sub henkan_adi_2_t()");
-    ByteLines in(run.in_name);
+    text::LineReader in(run.in_name);
     text::LineWriter out(ctx.work(base::working::zlog_1));
     ctx.observer.progressRange(run.line_count + 1);
 
