@@ -1,5 +1,6 @@
 #include "readers/AdifReader.h"
 
+#include "base/FileStamp.h"
 #include "base/WorkingFiles.h"
 #include "failure/Failure.h"
 #include "text/Chars.h"
@@ -399,30 +400,18 @@ bool holdsLowerCall(std::string_view line)
 struct OpenedBytes
 {
     std::string path;
-    std::uintmax_t size = 0;
-    std::filesystem::file_time_type changed;
+    base::FileStamp stamp;
     std::string bytes;
 };
 
 std::mutex g_openedMutex;
 OpenedBytes g_opened;
 
-bool fileStamp(const std::filesystem::path& path, std::uintmax_t& size,
-               std::filesystem::file_time_type& changed)
-{
-    std::error_code ec;
-    size = std::filesystem::file_size(path, ec);
-    if (ec) {
-        return false;
-    }
-    changed = std::filesystem::last_write_time(path, ec);
-    return !ec;
-}
-
 void keepOpenedBytes(const std::filesystem::path& path, std::string bytes)
 {
     OpenedBytes kept;
-    if (fileStamp(path, kept.size, kept.changed) && kept.size == bytes.size()) {
+    if (const auto stamp = base::FileStamp::of(path); stamp && stamp->size == bytes.size()) {
+        kept.stamp = *stamp;
         kept.path = path.string();
         kept.bytes = std::move(bytes);
     }
@@ -440,10 +429,8 @@ std::string takeOpenedBytes(const std::filesystem::path& path)
         kept = std::move(g_opened);
         g_opened = OpenedBytes{};
     }
-    std::uintmax_t size = 0;
-    std::filesystem::file_time_type changed;
-    if (!kept.path.empty() && kept.path == path.string() && fileStamp(path, size, changed) &&
-        size == kept.size && changed == kept.changed) {
+    const std::optional<base::FileStamp> stamp = base::FileStamp::of(path);
+    if (!kept.path.empty() && kept.path == path.string() && stamp && *stamp == kept.stamp) {
         return std::move(kept.bytes);
     }
     return text::readFileBytes(path);

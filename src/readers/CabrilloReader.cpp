@@ -1,5 +1,6 @@
 #include "readers/CabrilloReader.h"
 
+#include "base/FileStamp.h"
 #include "base/WorkingFiles.h"
 #include "failure/Failure.h"
 #include "text/Chars.h"
@@ -67,26 +68,12 @@ failure::Failure atLine(const failure::Failure& f, long number, std::string_view
 struct SharedRead
 {
     std::string path;
-    std::uintmax_t size = 0;
-    std::filesystem::file_time_type changed;
+    base::FileStamp stamp;
     std::shared_ptr<CabrilloLines> lines;
 };
 
 std::mutex g_sharedMutex;
 SharedRead g_shared;
-
-// The size and time of change of `path`; false when either cannot be had.
-bool fileStamp(const std::filesystem::path& path, std::uintmax_t& size,
-               std::filesystem::file_time_type& changed)
-{
-    std::error_code ec;
-    size = std::filesystem::file_size(path, ec);
-    if (ec) {
-        return false;
-    }
-    changed = std::filesystem::last_write_time(path, ec);
-    return !ec;
-}
 
 std::shared_ptr<CabrilloLines> readCabrilloLines(const std::filesystem::path& path)
 {
@@ -158,6 +145,30 @@ std::size_t blankRun(std::string_view line, std::size_t at)
         ++i;
     }
     return i - at;
+}
+
+// The blanks the first folding pass leaves of the run of blanks, tabs and ideographic blanks
+// at `i` (each run of blanks halved, rounding up; each tab and ideographic blank one blank),
+// with `i` moved past the run; 0, with `i` unmoved, where no run starts.
+std::size_t firstPassRun(std::string_view line, std::size_t& i)
+{
+    std::size_t run = 0;
+    while (i < line.size()) {
+        if (line[i] == ' ') {
+            const std::size_t blanks = blankRun(line, i);
+            i += blanks;
+            run += (blanks + 1) / 2;
+        } else if (line[i] == '\t') {
+            ++run;
+            ++i;
+        } else if (line.substr(i, kIdeographicBlank.size()) == kIdeographicBlank) {
+            ++run;
+            i += kIdeographicBlank.size();
+        } else {
+            break;
+        }
+    }
+    return run;
 }
 
 // The tokens of a line in which every run of blanks and tabs is one boundary between two
@@ -299,25 +310,8 @@ std::string normaliseCabrilloBlanks(std::string_view line, int passes)
     out.reserve(line.size());
     std::size_t i = 0;
     while (i < line.size()) {
-        std::size_t run = 0; // blanks after the first pass
-        bool blankLike = false;
-        while (i < line.size()) {
-            if (line[i] == ' ') {
-                const std::size_t blanks = blankRun(line, i);
-                i += blanks;
-                run += (blanks + 1) / 2;
-            } else if (line[i] == '\t') {
-                ++run;
-                ++i;
-            } else if (line.substr(i, kIdeographicBlank.size()) == kIdeographicBlank) {
-                ++run;
-                i += kIdeographicBlank.size();
-            } else {
-                break;
-            }
-            blankLike = true;
-        }
-        if (blankLike) {
+        const std::size_t run = firstPassRun(line, i);
+        if (run > 0) {
             out.append((run + divisor - 1) / divisor, ' ');
         } else {
             out.push_back(line[i]);
@@ -387,22 +381,7 @@ void cabrilloTokenViews(std::string_view line, int passes, std::vector<std::stri
         if (i == n || tokens.size() == limit) {
             return;
         }
-        std::size_t run = 0; // blanks after the first pass
-        while (i < line.size()) {
-            if (line[i] == ' ') {
-                const std::size_t blanks = blankRun(line, i);
-                i += blanks;
-                run += (blanks + 1) / 2;
-            } else if (line[i] == '\t') {
-                ++run;
-                ++i;
-            } else if (ideographicAt(i)) {
-                ++run;
-                i += kIdeographicBlank.size();
-            } else {
-                break;
-            }
-        }
+        const std::size_t run = firstPassRun(line, i);
         for (std::size_t extra = (run + divisor - 1) / divisor; extra > 1; --extra) {
             tokens.emplace_back();
             if (tokens.size() == limit) {
@@ -465,20 +444,18 @@ std::string cabrilloFrequencyMhz(std::string_view token)
 
 std::shared_ptr<CabrilloLines> cabrilloLines(const std::filesystem::path& path, bool fresh)
 {
-    std::uintmax_t size = 0;
-    std::filesystem::file_time_type changed;
-    const bool stamped = fileStamp(path, size, changed);
+    const std::optional<base::FileStamp> stamp = base::FileStamp::of(path);
     {
         const std::lock_guard lock(g_sharedMutex);
-        if (!fresh && stamped && g_shared.lines && g_shared.path == path.string() &&
-            g_shared.size == size && g_shared.changed == changed) {
+        if (!fresh && stamp && g_shared.lines && g_shared.path == path.string() &&
+            g_shared.stamp == *stamp) {
             return g_shared.lines;
         }
     }
     std::shared_ptr<CabrilloLines> log = readCabrilloLines(path);
     const std::lock_guard lock(g_sharedMutex);
-    if (stamped && log->bytes.size() == size) {
-        g_shared = SharedRead{path.string(), size, changed, log};
+    if (stamp && log->bytes.size() == stamp->size) {
+        g_shared = SharedRead{path.string(), *stamp, log};
     } else {
         g_shared = SharedRead{}; // changing while read: never shared
     }
