@@ -2,6 +2,7 @@
 
 #include "text/Chars.h"
 #include "text/Utf8.h"
+#include "text/WriteBehind.h"
 
 #include <system_error>
 #include <vector>
@@ -55,7 +56,7 @@ int deleteByMask(const std::filesystem::path& folder, std::string_view mask,
         if (before) {
             before(path);
         }
-        if (std::filesystem::remove(path, ec)) {
+        if (text::removeBehind(path, ec)) {
             ++deleted;
         }
     }

@@ -2,6 +2,7 @@
 
 #include "base/FileReplace.h"
 #include "failure/Failure.h"
+#include "text/WriteBehind.h"
 
 #include <fstream>
 #include <iterator>
@@ -94,7 +95,7 @@ void PairedReplace::commit()
     m_done = true;
     for (const fs::path& f : m_finals) {
         std::error_code ec;
-        fs::rename(writingNameOf(f), f, ec);
+        text::renameBehind(writingNameOf(f), f, ec);
         if (ec) {
             throw failure::Failure(failure::PathFileAccess, "パス名が無効です。 " + f.string());
         }
@@ -114,7 +115,7 @@ void PairedReplace::recover(const fs::path& drive_path)
             // A temporary already renamed is gone; the others follow it.
             for (const fs::path& f : finals) {
                 if (fs::is_regular_file(writingNameOf(f), ec)) {
-                    fs::rename(writingNameOf(f), f, ec);
+                    text::renameBehind(writingNameOf(f), f, ec);
                 }
             }
         } else {

@@ -20,6 +20,7 @@
 #include "tools/DuplicateList.h"
 #include "text/Chars.h"
 #include "text/LineFile.h"
+#include "text/WriteBehind.h"
 
 #include <filesystem>
 #include <memory>
@@ -33,7 +34,7 @@ namespace fs = std::filesystem;
 void removeIfExists(const fs::path& path)
 {
     std::error_code ec;
-    fs::remove(path, ec);
+    text::removeBehind(path, ec);
 }
 
 // Stores the settings through `write` when the run has settings files.

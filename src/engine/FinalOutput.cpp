@@ -14,6 +14,7 @@
 #include "text/SjisCodec.h"
 #include "text/SjisText.h"
 #include "text/Utf8.h"
+#include "text/WriteBehind.h"
 
 #include <algorithm>
 #include <ctime>
@@ -102,7 +103,7 @@ void reduceFile(const fs::path& path, bool managerForNoCard, bool anyWidth)
     }
     // The reduced copy takes the place of the file.
     std::error_code ec;
-    fs::rename(copy, path, ec);
+    text::renameBehind(copy, path, ec);
     if (ec) {
         throw failure::Failure(failure::PathFileAccess, "パス名が無効です。 " + path.string());
     }

@@ -815,7 +815,7 @@ void Henkan_txt(RunContext& ctx, const RemarkLayout& layout)
     RecordLookups& look = ctx.lookups != nullptr ? *ctx.lookups : none;
     look.beforeFirstRecord(ctx);
     const long count = text::Count_lines(ctx.work(base::working::zlog_2));
-    text::RecordReader in(ctx.work(base::working::zlog_2));
+    auto in = text::RecordReader::ofWorkingFile(ctx.work(base::working::zlog_2));
     text::LineWriter sortOut(ctx.work(base::working::sort_in));
     text::LineWriter hamOut(run.names.out_name_ham0);
     ctx.observer.progressRange(count + 2);

@@ -3,6 +3,7 @@
 #include "base/WorkingFiles.h"
 #include "failure/Failure.h"
 #include "text/ByteKeySort.h"
+#include "text/FileBytes.h"
 #include "text/Chars.h"
 #include "text/LineFile.h"
 #include "text/Record.h"
@@ -83,7 +84,7 @@ class RawRecords
 {
 public:
     explicit RawRecords(const fs::path& path)
-        : m_bytes(text::readFileBytes(path)), m_ascii(text::isAsciiText(m_bytes))
+        : m_bytes(path), m_ascii(text::isAsciiText(m_bytes.view()))
     {
     }
 
@@ -206,7 +207,7 @@ private:
         return q;
     }
 
-    std::string m_bytes;
+    text::FileBytes m_bytes;
     bool m_ascii;
     std::size_t m_pos = 0;
     bool m_plain = true;

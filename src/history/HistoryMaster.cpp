@@ -97,7 +97,7 @@ void HistoryMaster::sum_bak_4_bas_p(const std::filesystem::path& bak_qso_mas_fil
     m_itemCount = 0;
 
     text::RecordReader in(file);
-    text::RecordReader items = in;
+    text::RecordReader items(file);
     while (!items.atEnd()) {
         items.field();
         ++m_itemCount;

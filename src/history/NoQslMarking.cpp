@@ -9,6 +9,7 @@
 #include "text/Record.h"
 #include "text/SjisCodec.h"
 #include "text/Utf8.h"
+#include "text/WriteBehind.h"
 
 #include <algorithm>
 #include <array>
@@ -116,7 +117,7 @@ void copyLines(const fs::path& from, const fs::path& to)
 void removeFile(const fs::path& path)
 {
     std::error_code ec;
-    fs::remove(path, ec);
+    text::removeBehind(path, ec);
 }
 
 // Reads `from` as result records and writes them to `to` as `change` leaves them.

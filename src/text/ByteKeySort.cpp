@@ -1,11 +1,14 @@
 #include "text/ByteKeySort.h"
 
+#include "text/FileBytes.h"
 #include "text/LineFile.h"
 
 #include <algorithm>
 #include <bit>
 #include <cstdint>
 #include <cstring>
+#include <optional>
+#include <string>
 #include <string_view>
 #include <vector>
 
@@ -85,8 +88,18 @@ template <typename Before> void sortEntries(std::vector<Entry>& entries, Before 
 void sortLinesByKey(const std::filesystem::path& in, const std::filesystem::path& out, int start,
                     int length, bool descending)
 {
-    const std::string bytes = readFileBytes(in);
-    const std::vector<std::string_view> lines = splitLines(bytes);
+    // A file sorted onto itself is emptied before its lines are written: they are then held
+    // rather than read where the file lies.
+    std::error_code ec;
+    std::optional<FileBytes> mapped;
+    std::string held;
+    if (std::filesystem::equivalent(in, out, ec)) {
+        held = readFileBytes(in);
+    } else {
+        mapped.emplace(in);
+    }
+    const std::vector<std::string_view> lines =
+        splitLines(mapped ? mapped->view() : std::string_view(held));
     const std::size_t from = start > 0 ? static_cast<std::size_t>(start - 1) : 0;
     const std::size_t count = length > 0 ? static_cast<std::size_t>(length) : 0;
 

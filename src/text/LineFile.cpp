@@ -3,6 +3,7 @@
 #include "failure/Failure.h"
 #include "text/SjisCodec.h"
 #include "text/Utf8.h"
+#include "text/WriteBehind.h"
 
 #include <algorithm>
 #include <cstring>
@@ -53,6 +54,10 @@ std::size_t afterLineEnd(std::string_view text, std::size_t end)
     return (text[end] == '\r' && end + 1 < text.size() && text[end + 1] == '\n') ? end + 2
                                                                                 : end + 1;
 }
+
+// The bytes a writer gathers before handing them to the writer thread: few enough hand-overs
+// that their cost does not count, little enough memory that a short file needs one buffer.
+constexpr std::size_t kHandOver = 1 << 18;
 
 } // namespace
 
@@ -170,8 +175,8 @@ LineWriter::LineWriter(const std::filesystem::path& path, Mode mode)
     if (m_replace) {
         m_writePath += ".writing";
     }
-    m_file = std::fopen(m_writePath.c_str(), mode == Mode::Append ? "ab" : "wb");
-    if (m_file == nullptr) {
+    m_file = std::make_unique<WriteBehind>(m_writePath, mode == Mode::Append);
+    if (!m_file->isOpen()) {
         throw failure::Failure(failure::PathFileAccess,
                            "パス名が無効です。 " + m_path.string());
     }
@@ -183,9 +188,9 @@ LineWriter::~LineWriter()
     if (m_file != nullptr) {
         // A replacing writer that was not closed is abandoned; any other keeps what it wrote.
         if (!m_replace) {
-            flush();
+            m_file->writeNow(m_buffer);
         }
-        std::fclose(m_file);
+        m_file->close();
         if (m_replace) {
             std::error_code ec;
             std::filesystem::remove(m_writePath, ec);
@@ -202,7 +207,7 @@ void LineWriter::writeRaw(std::string_view bytes)
 void LineWriter::endLine()
 {
     m_buffer.append("\r\n", 2);
-    if (m_buffer.size() >= (1 << 16)) {
+    if (m_buffer.size() >= kHandOver) [[unlikely]] {
         flush();
     }
 }
@@ -218,8 +223,7 @@ void LineWriter::appendEncoded(std::string_view utf8)
 
 void LineWriter::flush()
 {
-    std::fwrite(m_buffer.data(), 1, m_buffer.size(), m_file);
-    m_buffer.clear();
+    m_file->write(m_buffer);
 }
 
 void LineWriter::write(std::string_view line)
@@ -236,11 +240,10 @@ void LineWriter::close()
     if (m_file == nullptr) {
         return;
     }
-    flush();
-    const bool failed = std::ferror(m_file) != 0;
-    const bool closeFailed = std::fclose(m_file) != 0;
-    m_file = nullptr;
-    if (failed || closeFailed) {
+    m_file->writeNow(m_buffer);
+    const bool written = m_file->close();
+    m_file.reset();
+    if (!written) {
         if (m_replace) {
             std::error_code ec;
             std::filesystem::remove(m_writePath, ec);

@@ -2,12 +2,15 @@
 
 #include <cstdio>
 #include <filesystem>
+#include <memory>
 #include <initializer_list>
 #include <string>
 #include <string_view>
 #include <vector>
 
 namespace vornhale::text {
+
+class WriteBehind;
 
 /// The whole file as bytes. Throws Failure 53 when it cannot be opened.
 std::string readFileBytes(const std::filesystem::path& path);
@@ -93,7 +96,7 @@ private:
 
     std::filesystem::path m_path;
     std::filesystem::path m_writePath;
-    std::FILE* m_file = nullptr;
+    std::unique_ptr<WriteBehind> m_file;
     std::string m_buffer;
     bool m_replace = false;
 };

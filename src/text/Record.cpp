@@ -10,14 +10,25 @@
 namespace vornhale::text {
 
 RecordReader::RecordReader(const std::filesystem::path& path)
-    : m_text(decodeSjisTaking(readFileBytes(path)))
+    : m_decoded(decodeSjisTaking(readFileBytes(path)))
 {
+}
+
+RecordReader RecordReader::ofWorkingFile(const std::filesystem::path& path)
+{
+    RecordReader r;
+    r.m_file.emplace(path);
+    if (!isAsciiText(r.m_file->view())) {
+        r.m_decoded = decodeSjis(r.m_file->view());
+        r.m_file.reset();
+    }
+    return r;
 }
 
 RecordReader RecordReader::fromText(std::string text)
 {
     RecordReader r;
-    r.m_text = std::move(text);
+    r.m_decoded = std::move(text);
     return r;
 }
 
@@ -30,7 +41,7 @@ namespace {
 
 // The next field of `text` from `pos`, which must be before the end; `pos` moves past its
 // separator. The field is a view into `text`, so the caller builds its string in place.
-std::string_view nextField(const std::string& text, std::size_t& pos)
+std::string_view nextField(std::string_view text, std::size_t& pos)
 {
     const char* const begin = text.data();
     const char* const end = begin + text.size();
@@ -82,7 +93,7 @@ std::string RecordReader::field()
     if (atEnd()) {
         inputPastEnd();
     }
-    return std::string(nextField(m_text, m_pos));
+    return std::string(nextField(text(), m_pos));
 }
 
 std::vector<std::string> RecordReader::fields(std::size_t count)
@@ -93,7 +104,7 @@ std::vector<std::string> RecordReader::fields(std::size_t count)
         if (atEnd()) {
             inputPastEnd();
         }
-        out.emplace_back(nextField(m_text, m_pos));
+        out.emplace_back(nextField(text(), m_pos));
     }
     return out;
 }
@@ -106,7 +117,7 @@ void RecordReader::fieldViews(std::size_t count, std::vector<std::string_view>& 
         if (atEnd()) {
             inputPastEnd();
         }
-        out.push_back(nextField(m_text, m_pos));
+        out.push_back(nextField(text(), m_pos));
     }
 }
 

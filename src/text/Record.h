@@ -1,6 +1,9 @@
 #pragma once
 
+#include "text/FileBytes.h"
+
 #include <filesystem>
+#include <optional>
 #include <initializer_list>
 #include <string>
 #include <string_view>
@@ -46,10 +49,13 @@ class RecordReader
 public:
     /// Reads the whole Shift-JIS file. Throws Failure 53 when it cannot be opened.
     explicit RecordReader(const std::filesystem::path& path);
+    /// Reads a file of the program's own that nothing changes while it is read; a file of
+    /// ASCII bytes is then read where it lies rather than copied (see `FileBytes`).
+    static RecordReader ofWorkingFile(const std::filesystem::path& path);
     /// Reads from text already decoded (UTF-8).
     static RecordReader fromText(std::string text);
 
-    bool atEnd() const { return m_pos >= m_text.size(); }
+    bool atEnd() const { return m_pos >= text().size(); }
     /// The next field. Throws Failure 62 when the input is at its end.
     std::string field();
     /// The next `count` fields.
@@ -60,7 +66,10 @@ public:
 
 private:
     RecordReader() = default;
-    std::string m_text;
+    // A working file of ASCII bytes is read where it is mapped; any other text is held.
+    std::string_view text() const { return m_file ? m_file->view() : std::string_view(m_decoded); }
+    std::optional<FileBytes> m_file;
+    std::string m_decoded;
     std::size_t m_pos = 0;
 };
 

@@ -45,7 +45,7 @@ std::uint64_t quoteBytes(std::uint64_t word)
 
 } // namespace
 
-RecordBytes::RecordBytes(const std::filesystem::path& path) : m_bytes(readFileBytes(path)) {}
+RecordBytes::RecordBytes(const std::filesystem::path& path) : m_bytes(path) {}
 
 std::string_view RecordBytes::generalField(const char*& p, const char* end)
 {

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "text/FileBytes.h"
+
 #include <cstddef>
 #include <filesystem>
 #include <string>
@@ -42,7 +44,7 @@ private:
     // the quotes alone, eight bytes at a time. False, with nothing consumed, for any other.
     bool quotedRecord(std::size_t count, std::vector<std::string_view>& out);
 
-    std::string m_bytes;
+    FileBytes m_bytes;
     std::size_t m_pos = 0;
     std::vector<std::string> m_decoded;
     bool m_canonical = false;

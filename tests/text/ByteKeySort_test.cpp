@@ -125,3 +125,20 @@ TEST(ByteKeySort, PutsANearlyOrderedFileInOrderAsAStableSortDoes)
         }
     }
 }
+
+TEST(ByteKeySort, ALargeFileSortedOntoItselfKeepsEveryLine)
+{
+    // Large enough to be read where it lies were it another file's input.
+    std::string input;
+    std::string expected;
+    for (int i = 9999; i >= 0; --i) {
+        input += std::to_string(100000 + i) + std::string(40, 'x') + "\r\n";
+    }
+    for (int i = 0; i <= 9999; ++i) {
+        expected += std::to_string(100000 + i) + std::string(40, 'x') + "\r\n";
+    }
+    test::TempDir dir;
+    test::writeBytes(dir / "file", input);
+    text::sortLinesByKey(dir / "file", dir / "file", 1, 6, false);
+    EXPECT_EQ(test::readBytes(dir / "file"), expected);
+}
