@@ -19,6 +19,7 @@
 #include <algorithm>
 #include <ctime>
 #include <filesystem>
+#include <future>
 
 namespace vornhale::engine {
 namespace {
@@ -269,8 +270,21 @@ void count_No_QSL_MNG(RunContext& ctx, const RemarkLayout& layout)
 {
     ctx.trace.line("Private sub count_No_QSL_MNG()");
     const bool managerForNoCard = ctx.options.tick("Check23");
-    reduceFile(ctx.run.names.out_name_con0, managerForNoCard, layout.anyWidth());
-    reduceFile(ctx.run.names.out_name_ham0, managerForNoCard, layout.anyWidth());
+    // The two files are reduced side by side; a failure is told as it would be were they
+    // reduced one after the other, the card-order file first.
+    auto cardOrder = std::async(std::launch::async, [&] {
+        reduceFile(ctx.run.names.out_name_con0, managerForNoCard, layout.anyWidth());
+    });
+    std::exception_ptr logOrderFailure;
+    try {
+        reduceFile(ctx.run.names.out_name_ham0, managerForNoCard, layout.anyWidth());
+    } catch (...) {
+        logOrderFailure = std::current_exception();
+    }
+    cardOrder.get();
+    if (logOrderFailure) {
+        std::rethrow_exception(logOrderFailure);
+    }
 }
 
 void makeFinalFiles(RunContext& ctx, const RemarkLayout& layout, const std::string& lastMode)
@@ -306,11 +320,11 @@ void makeFinalFiles(RunContext& ctx, const RemarkLayout& layout, const std::stri
     // record gives ASCII lines that go to the writers as they are built.
     const bool asciiOptions =
         text::isAsciiText(qslFrom) && text::isAsciiText(qslTo) && text::isAsciiText(buro_QSL_moji);
-    for (std::size_t p = 0; p < std::size(passes); ++p) {
-        const Pass& pass = passes[p];
+    // One pass writes the old form and the final file of one result.
+    auto writePass = [&](const Pass& pass, const fs::path& temporary, int& names) {
         RecordBytes in(pass.source);
         text::LineWriter oldOut(pass.oldForm);
-        text::LineWriter finalOut(temporaries[p]);
+        text::LineWriter finalOut(temporary);
         std::vector<std::string_view> f;
         std::string qslText, rmks1Text, rmks2Text, callMark;
         AsciiLine line;
@@ -322,7 +336,7 @@ void makeFinalFiles(RunContext& ctx, const RemarkLayout& layout, const std::stri
                                               : modeOfLogPass(f[reduced::mode], lastMode);
             const std::string_view time_flag = text::contains(f[time6], "U") ? "8" : "0";
             if (pass.cardOrder && !trim(f[q_name]).empty()) {
-                ++run.counters.name_kazu;
+                ++names;
             }
             std::string_view qsl = replacedIn(f[qsl3], qslFrom, qslTo, qslText);
             std::string_view remark1 = f[rmks1];
@@ -392,7 +406,32 @@ void makeFinalFiles(RunContext& ctx, const RemarkLayout& layout, const std::stri
         }
         oldOut.close();
         finalOut.close();
+    };
+    // The two passes run side by side. A failure is told as it would be were they run one
+    // after the other, and a failed log-order pass leaves nothing of the card-order one.
+    int names = 0;
+    auto cardOrder = std::async(std::launch::async,
+                                [&] { writePass(passes[1], temporaries[1], names); });
+    std::exception_ptr logOrderFailure;
+    try {
+        int none = 0;
+        writePass(passes[0], temporaries[0], none);
+    } catch (...) {
+        logOrderFailure = std::current_exception();
     }
+    try {
+        cardOrder.get();
+    } catch (...) {
+        if (!logOrderFailure) {
+            throw;
+        }
+    }
+    if (logOrderFailure) {
+        std::error_code ec;
+        fs::remove(passes[1].oldForm, ec);
+        std::rethrow_exception(logOrderFailure);
+    }
+    run.counters.name_kazu = names;
     pair.commit();
     run.counters.calls_kazu = run.counters.fuku_kazu + run.counters.tan_kazu;
 }

@@ -11,6 +11,7 @@
 #include "text/Chars.h"
 #include "text/LineFile.h"
 #include "text/Record.h"
+#include "text/RecordBytes.h"
 #include "text/Utf8.h"
 
 #include <algorithm>
@@ -815,7 +816,7 @@ void Henkan_txt(RunContext& ctx, const RemarkLayout& layout)
     RecordLookups& look = ctx.lookups != nullptr ? *ctx.lookups : none;
     look.beforeFirstRecord(ctx);
     const long count = text::Count_lines(ctx.work(base::working::zlog_2));
-    auto in = text::RecordReader::ofWorkingFile(ctx.work(base::working::zlog_2));
+    text::RecordBytes in(ctx.work(base::working::zlog_2));
     text::LineWriter sortOut(ctx.work(base::working::sort_in));
     text::LineWriter hamOut(run.names.out_name_ham0);
     ctx.observer.progressRange(count + 2);
@@ -828,7 +829,7 @@ void Henkan_txt(RunContext& ctx, const RemarkLayout& layout)
     std::string progressLabel;
     long done = 0;
     while (!in.atEnd()) {
-        in.fieldViews(EnrichedLine::kFields, fields);
+        in.next(EnrichedLine::kFields, fields);
         startContact(c, fields);
         testHistory(c, scope);
         applyNoCardLists(c, scope);

@@ -446,7 +446,7 @@ template <typename Single, typename Multiple>
 void splitRuns(RunContext& ctx, Single single, Multiple multiple)
 {
     Counters& c = ctx.run.counters;
-    text::LineReader in(ctx.work(base::working::sort_out));
+    auto in = text::LineReader::ofWorkingFile(ctx.work(base::working::sort_out));
     // The reader holds the whole file, so the previous line is kept as a view into it.
     std::string_view previous, previousKey;
     bool havePrevious = false, inRun = false;

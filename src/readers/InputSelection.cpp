@@ -1,6 +1,7 @@
 #include "readers/InputSelection.h"
 
 #include "text/Chars.h"
+#include "text/FileBytes.h"
 #include "text/LineFile.h"
 #include "text/SjisText.h"
 
@@ -51,6 +52,9 @@ OpenResult openInput(const ReaderContext& ctx, const std::filesystem::path& path
     run.opened_as_cbr = false; // only the Cabrillo open sets it
     run.Label39.clear();
     ctx.trace.line("入力ファイル ：" + run.in_name);
+    // The log is read several times from here to the end of its conversion: once is enough
+    // while it stays as it is.
+    text::keepReadsOf(path);
 
     const InputKindRow* row = nullptr;
     if (typeWord.empty()) {

@@ -2,25 +2,32 @@
 
 #include <cstddef>
 #include <filesystem>
+#include <memory>
 #include <string>
 #include <string_view>
 
 namespace vornhale::text {
 
-/// The bytes of a whole file, read only. A file of the program's own (a working file or a
-/// result beside the log, written and closed before it is read) is mapped rather than copied:
-/// its pages stay where the system keeps them, so reading it costs neither a copy nor fresh
-/// memory. Where the file cannot be mapped the bytes are read into memory instead.
+/// The bytes of a whole file, read only, held in one of two ways.
 ///
-/// A mapped file must not be emptied or cut short while its bytes are in use (the system ends
-/// a program that reads past a cut), so it is only for files that the program replaces by
-/// writing a new file and renaming it, never by writing over them, and that no other program
-/// writes: never for the operator's log or masters.
+/// A file of the program's own (a working file or a result beside the log, written and closed
+/// before it is read) is mapped rather than copied: its pages stay where the system keeps them,
+/// so reading it costs neither a copy nor fresh memory. A mapped file must not be emptied or cut
+/// short while its bytes are in use (the system ends a program that reads past a cut), so this
+/// is only for files that the program replaces by writing a new file and renaming it, never by
+/// writing over them, and that no other program writes.
+///
+/// Any other file (the operator's log, masters, lists) is copied into memory by `copyOf`.
 class FileBytes
 {
 public:
-    /// Throws Failure 53 when the file cannot be opened, as `readFileBytes` does.
+    /// Maps a file of the program's own; one that cannot be mapped is copied instead. Throws
+    /// Failure 53 when the file cannot be opened, as `readFileBytes` does.
     explicit FileBytes(const std::filesystem::path& path);
+    /// Copies the file into memory. The kept input (see `keepReadsOf`) is read once and its
+    /// bytes shared for as long as the file stays as it was. Throws as `readFileBytes` does.
+    static FileBytes copyOf(const std::filesystem::path& path);
+
     ~FileBytes();
     FileBytes(FileBytes&& other) noexcept;
     FileBytes& operator=(FileBytes&& other) noexcept;
@@ -32,12 +39,24 @@ public:
     std::size_t size() const { return m_size; }
 
 private:
+    explicit FileBytes(std::shared_ptr<const std::string> held);
     void release() noexcept;
 
     const char* m_data = "";
     std::size_t m_size = 0;
     void* m_mapping = nullptr;
-    std::string m_held;
+    // Shared, so that the bytes never move while a view of them is in use.
+    std::shared_ptr<const std::string> m_held;
 };
+
+/// Makes `path` the kept input: the log a run reads several times (to tell its kind, to count
+/// and analyse it, to convert it). `FileBytes::copyOf` and `Count_lines` then read it once and
+/// share those bytes while its size, times and identity stay as they were. An empty path keeps
+/// nothing and lets the kept bytes go.
+void keepReadsOf(const std::filesystem::path& path);
+
+/// The bytes of `path` when it is the kept input, read now or shared from before; null for any
+/// other file. Throws as `readFileBytes` does when the kept input cannot be read.
+std::shared_ptr<const std::string> keptBytesOf(const std::filesystem::path& path);
 
 } // namespace vornhale::text

@@ -7,6 +7,7 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <mutex>
 #include <utility>
 
 namespace vornhale::text {
@@ -15,7 +16,83 @@ namespace {
 // Below this a read is as cheap as a mapping and keeps no mapping open.
 constexpr std::size_t kSmallestMapped = 1 << 16;
 
+// What tells one state of a file from another: a file written again, replaced or renamed
+// differs in one of these.
+struct Stamp
+{
+    dev_t device = 0;
+    ino_t inode = 0;
+    off_t size = -1;
+    timespec modified{};
+    timespec changed{};
+
+    bool operator==(const Stamp& o) const
+    {
+        return device == o.device && inode == o.inode && size == o.size &&
+               modified.tv_sec == o.modified.tv_sec && modified.tv_nsec == o.modified.tv_nsec &&
+               changed.tv_sec == o.changed.tv_sec && changed.tv_nsec == o.changed.tv_nsec;
+    }
+};
+
+bool stampOf(const std::filesystem::path& path, Stamp& out)
+{
+    struct stat st {};
+    if (::stat(path.c_str(), &st) != 0 || !S_ISREG(st.st_mode)) {
+        return false;
+    }
+    out = {st.st_dev, st.st_ino, st.st_size, st.st_mtim, st.st_ctim};
+    return true;
+}
+
+struct KeptInput
+{
+    std::mutex mutex;
+    std::filesystem::path path;
+    Stamp stamp;
+    std::shared_ptr<const std::string> bytes;
+};
+
+KeptInput& kept()
+{
+    static KeptInput k;
+    return k;
+}
+
 } // namespace
+
+void keepReadsOf(const std::filesystem::path& path)
+{
+    KeptInput& k = kept();
+    const std::lock_guard lock(k.mutex);
+    if (path.lexically_normal() != k.path) {
+        k.path = path.lexically_normal();
+        k.bytes.reset();
+    }
+}
+
+std::shared_ptr<const std::string> keptBytesOf(const std::filesystem::path& path)
+{
+    KeptInput& k = kept();
+    const std::lock_guard lock(k.mutex);
+    if (k.path.empty() || path.lexically_normal() != k.path) {
+        return nullptr;
+    }
+    Stamp now;
+    if (k.bytes != nullptr && stampOf(path, now) && now == k.stamp) {
+        return k.bytes;
+    }
+    // Read afresh; the stamp is taken before the read, so a change during the read shows at
+    // the next look. A file system that keeps its times to the second or coarser (a memory
+    // card's) cannot tell two writes in one second apart: such a file is never kept.
+    k.bytes.reset();
+    const bool stamped = stampOf(path, now) && now.modified.tv_nsec != 0;
+    auto bytes = std::make_shared<const std::string>(readFileBytes(path));
+    if (stamped) {
+        k.stamp = now;
+        k.bytes = bytes;
+    }
+    return bytes;
+}
 
 FileBytes::FileBytes(const std::filesystem::path& path)
 {
@@ -39,9 +116,20 @@ FileBytes::FileBytes(const std::filesystem::path& path)
     }
     // Small files, folders, pipes and anything that cannot be mapped: read, with the failures
     // of a read.
-    m_held = readFileBytes(path);
-    m_data = m_held.data();
-    m_size = m_held.size();
+    *this = FileBytes(std::make_shared<const std::string>(readFileBytes(path)));
+}
+
+FileBytes FileBytes::copyOf(const std::filesystem::path& path)
+{
+    if (auto shared = keptBytesOf(path)) {
+        return FileBytes(std::move(shared));
+    }
+    return FileBytes(std::make_shared<const std::string>(readFileBytes(path)));
+}
+
+FileBytes::FileBytes(std::shared_ptr<const std::string> held)
+    : m_data(held->data()), m_size(held->size()), m_held(std::move(held))
+{
 }
 
 FileBytes::~FileBytes()
@@ -60,10 +148,8 @@ FileBytes& FileBytes::operator=(FileBytes&& other) noexcept
         release();
         m_mapping = std::exchange(other.m_mapping, nullptr);
         m_held = std::move(other.m_held);
+        m_data = std::exchange(other.m_data, "");
         m_size = std::exchange(other.m_size, 0);
-        m_data = m_mapping != nullptr ? std::exchange(other.m_data, "") : m_held.data();
-        other.m_data = "";
-        other.m_held.clear();
     }
     return *this;
 }
@@ -74,6 +160,7 @@ void FileBytes::release() noexcept
         ::munmap(m_mapping, m_size);
         m_mapping = nullptr;
     }
+    m_held.reset();
 }
 
 } // namespace vornhale::text

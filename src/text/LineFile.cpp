@@ -119,48 +119,82 @@ std::vector<std::string> readRawLines(const std::filesystem::path& path)
     return lines;
 }
 
+namespace {
+
+// Counts the line ends of the file's bytes piece by piece: CR, LF and CR LF each end a line.
+class LineEndCount
+{
+public:
+    void add(const char* buf, std::size_t n)
+    {
+        if (n == 0) {
+            return;
+        }
+        const char* const end = buf + n;
+        // Both bytes count, and one is taken back per CR LF.
+        for (const char* p = buf; (p = static_cast<const char*>(std::memchr(p, '\n', end - p)));
+             ++p) {
+            ++m_ends;
+        }
+        // A CR counts unless an LF follows it in this piece; an LF at the start of the next
+        // piece is taken back below.
+        for (const char* p = buf; (p = static_cast<const char*>(std::memchr(p, '\r', end - p)));
+             ++p) {
+            if (!(p + 1 < end && p[1] == '\n')) {
+                ++m_ends;
+            }
+        }
+        if (m_lastWasCr && buf[0] == '\n') {
+            --m_ends;
+        }
+        m_lastWasCr = buf[n - 1] == '\r';
+    }
+    long ends() const { return m_ends; }
+
+private:
+    long m_ends = 0;
+    bool m_lastWasCr = false;
+};
+
+} // namespace
+
 long Count_lines(const std::filesystem::path& path)
 {
+    LineEndCount count;
+    try {
+        if (const auto kept = keptBytesOf(path)) {
+            count.add(kept->data(), kept->size());
+            return count.ends() + 1;
+        }
+    } catch (const failure::Failure&) {
+        return 0;
+    }
     std::FILE* f = std::fopen(path.c_str(), "rb");
     if (f == nullptr) {
         return 0;
     }
-    // CR, LF and CR LF each end a line: count both bytes, then take back one per CR LF.
-    long ends = 0;
-    bool lastWasCr = false;
     char buf[1 << 16];
     std::size_t n;
     while ((n = std::fread(buf, 1, sizeof buf, f)) > 0) {
-        const char* end = buf + n;
-        for (const char* p = buf; (p = static_cast<const char*>(std::memchr(p, '\n', end - p)));
-             ++p) {
-            ++ends;
-        }
-        // A CR counts unless an LF follows it in this buffer; an LF at the start of the next
-        // buffer is taken back below.
-        for (const char* p = buf; (p = static_cast<const char*>(std::memchr(p, '\r', end - p)));
-             ++p) {
-            if (!(p + 1 < end && p[1] == '\n')) {
-                ++ends;
-            }
-        }
-        if (lastWasCr && buf[0] == '\n') {
-            --ends;
-        }
-        lastWasCr = buf[n - 1] == '\r';
+        count.add(buf, n);
     }
     std::fclose(f);
-    return ends + 1;
+    return count.ends() + 1;
 }
 
-LineReader::LineReader(const std::filesystem::path& path) : m_bytes(readFileBytes(path)) {}
+LineReader::LineReader(const std::filesystem::path& path) : m_bytes(FileBytes::copyOf(path)) {}
+
+LineReader LineReader::ofWorkingFile(const std::filesystem::path& path)
+{
+    return LineReader(FileBytes(path));
+}
 
 std::string_view LineReader::nextRaw()
 {
     if (atEnd()) {
         inputPastEnd();
     }
-    const std::string_view all(m_bytes);
+    const std::string_view all = m_bytes.view();
     const std::size_t end = lineEnd(all, m_pos);
     const std::string_view line = all.substr(m_pos, end - m_pos);
     m_pos = afterLineEnd(all, end);

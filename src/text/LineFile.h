@@ -1,5 +1,7 @@
 #pragma once
 
+#include "text/FileBytes.h"
+
 #include <cstdio>
 #include <filesystem>
 #include <memory>
@@ -35,6 +37,8 @@ class LineReader
 public:
     /// Opens and reads the file. Throws Failure 53 when it cannot be opened.
     explicit LineReader(const std::filesystem::path& path);
+    /// Reads a file of the program's own where it lies (see `FileBytes`).
+    static LineReader ofWorkingFile(const std::filesystem::path& path);
 
     bool atEnd() const { return m_pos >= m_bytes.size(); }
     /// The next line, decoded. Throws Failure 62 at the end of the file.
@@ -43,7 +47,9 @@ public:
     std::string_view nextRaw();
 
 private:
-    std::string m_bytes;
+    explicit LineReader(FileBytes bytes) : m_bytes(std::move(bytes)) {}
+
+    FileBytes m_bytes;
     std::size_t m_pos = 0;
 };
 

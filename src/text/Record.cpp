@@ -9,20 +9,13 @@
 
 namespace vornhale::text {
 
-RecordReader::RecordReader(const std::filesystem::path& path)
-    : m_decoded(decodeSjisTaking(readFileBytes(path)))
+RecordReader::RecordReader(const std::filesystem::path& path) : m_file(FileBytes::copyOf(path))
 {
-}
-
-RecordReader RecordReader::ofWorkingFile(const std::filesystem::path& path)
-{
-    RecordReader r;
-    r.m_file.emplace(path);
-    if (!isAsciiText(r.m_file->view())) {
-        r.m_decoded = decodeSjis(r.m_file->view());
-        r.m_file.reset();
+    // Text of ASCII bytes is read from the file's bytes as they are.
+    if (!isAsciiText(m_file->view())) {
+        m_decoded = decodeSjis(m_file->view());
+        m_file.reset();
     }
-    return r;
 }
 
 RecordReader RecordReader::fromText(std::string text)

@@ -49,9 +49,6 @@ class RecordReader
 public:
     /// Reads the whole Shift-JIS file. Throws Failure 53 when it cannot be opened.
     explicit RecordReader(const std::filesystem::path& path);
-    /// Reads a file of the program's own that nothing changes while it is read; a file of
-    /// ASCII bytes is then read where it lies rather than copied (see `FileBytes`).
-    static RecordReader ofWorkingFile(const std::filesystem::path& path);
     /// Reads from text already decoded (UTF-8).
     static RecordReader fromText(std::string text);
 
@@ -66,7 +63,6 @@ public:
 
 private:
     RecordReader() = default;
-    // A working file of ASCII bytes is read where it is mapped; any other text is held.
     std::string_view text() const { return m_file ? m_file->view() : std::string_view(m_decoded); }
     std::optional<FileBytes> m_file;
     std::string m_decoded;

@@ -1,10 +1,12 @@
 #include "engine/FinalOutput.h"
 #include "engine/Records.h"
 #include "engine/RemarkLayout.h"
+#include "failure/Failure.h"
 #include "support/RunFixture.h"
 #include "text/SjisCodec.h"
 
 #include <algorithm>
+#include <functional>
 #include <gtest/gtest.h>
 
 using namespace vornhale;
@@ -294,4 +296,71 @@ TEST(FinalOutput, KanjiRemarksKeepTheirBytesAndLoseOnlyTheRealCallMark)
     EXPECT_EQ(out[1], text::encodeSjis("\"JA1ABC\",\"26/11/22\",\"09:05U\",\"599\",\"599\",\"14\","
                                        "\"CW\",\"\",\"\",\"J* \",\"山田\",\"東京都\",\"TNX　\","
                                        "\"ＱＳＬ  X\",\"8\"\r\n"));
+}
+
+namespace {
+
+int failureNumber(const std::function<void()>& action)
+{
+    try {
+        action();
+    } catch (const failure::Failure& f) {
+        return f.number();
+    }
+    return 0;
+}
+
+} // namespace
+
+// The two results are worked on side by side; what a failure leaves and which failure is told
+// are as if they were worked on one after the other, the card-order file first when they are
+// reduced, the log-order file first when the final files are written.
+TEST(FinalOutput, FailuresOfTheTwoResultsAreToldInTheOrderOfTheirPasses)
+{
+    Final f;
+    f.c = &f.context(f.options);
+    auto& run = f.c->run;
+    run.in_name = (f.dir / "LOG.ALL").string();
+    run.names = readers::OutputNames::of(run.in_name);
+    run.QSL_Q = "J";
+    run.QSL_S = "*";
+    const auto layout = engine::RemarkLayout::fromOptions(f.options);
+    const std::string whole = text::formatRecord(result("JA1ABC").fields()) + "\r\n";
+    const std::string cut = "\"JA1ABC\",\"\",\"26/11/22\"\r\n";
+
+    // Reducing: a card-order file that is not there is told before a log-order file cut short.
+    test::writeBytes(run.names.out_name_ham0, cut);
+    std::filesystem::remove(run.names.out_name_con0);
+    EXPECT_EQ(failureNumber([&] { engine::count_No_QSL_MNG(*f.c, layout); }), 53);
+    test::writeBytes(run.names.out_name_con0, whole);
+    EXPECT_EQ(failureNumber([&] { engine::count_No_QSL_MNG(*f.c, layout); }), 62);
+
+    // Writing: the previous pair stays, and a failed log-order pass leaves nothing of the
+    // card-order one.
+    test::writeBytes(f.dir / "LOG_hn.csv", "old h\r\n");
+    test::writeBytes(f.dir / "LOG_cn.csv", "old c\r\n");
+    test::writeBytes(run.names.out_name_ham0, whole);
+    test::writeBytes(run.names.out_name_con0, whole);
+    engine::count_No_QSL_MNG(*f.c, layout);
+    const std::string reduced = test::readBytes(run.names.out_name_con0);
+    test::writeBytes(run.names.out_name_ham0, cut);
+    EXPECT_EQ(failureNumber([&] { engine::makeFinalFiles(*f.c, layout, "CW"); }), 62);
+    EXPECT_FALSE(std::filesystem::exists(f.dir / "LOG_c.csv"));
+    EXPECT_FALSE(std::filesystem::exists(f.dir / "LOG_cn.csv.writing"));
+    EXPECT_FALSE(std::filesystem::exists(f.dir / "LOG_hn.csv.writing"));
+    EXPECT_EQ(test::readBytes(f.dir / "LOG_hn.csv"), "old h\r\n");
+    EXPECT_EQ(test::readBytes(f.dir / "LOG_cn.csv"), "old c\r\n");
+
+    // A card-order file cut short with a whole log-order one: its own failure.
+    test::writeBytes(run.names.out_name_ham0, reduced);
+    test::writeBytes(run.names.out_name_con0, cut);
+    EXPECT_EQ(failureNumber([&] { engine::makeFinalFiles(*f.c, layout, "CW"); }), 62);
+    EXPECT_EQ(test::readBytes(f.dir / "LOG_cn.csv"), "old c\r\n");
+    EXPECT_EQ(test::readBytes(f.dir / "LOG_hn.csv"), "old h\r\n");
+
+    // Both whole: the new pair.
+    test::writeBytes(run.names.out_name_con0, reduced);
+    EXPECT_EQ(failureNumber([&] { engine::makeFinalFiles(*f.c, layout, "CW"); }), 0);
+    EXPECT_NE(test::readBytes(f.dir / "LOG_hn.csv"), "old h\r\n");
+    EXPECT_EQ(test::readBytes(f.dir / "LOG_hn.csv"), test::readBytes(f.dir / "LOG_cn.csv"));
 }

@@ -5,6 +5,7 @@
 
 #include <gtest/gtest.h>
 
+#include <chrono>
 #include <utility>
 
 using namespace vornhale;
@@ -73,4 +74,74 @@ TEST(FileBytes, KeepsItsBytesWhenMovedAndWhenTheFileIsReplacedOrRemoved)
     EXPECT_EQ(movedSmall.view(), "short");
     movedSmall = std::move(movedLarge);
     EXPECT_EQ(movedSmall.view(), large);
+}
+
+TEST(FileBytes, TheKeptInputIsReadOnceWhileItStaysAsItWas)
+{
+    test::TempDir dir;
+    test::writeBytes(dir / "log.ALL", "one\r\ntwo\r\n");
+    test::writeBytes(dir / "other", "x\r\n");
+    keepReadsOf(dir / "log.ALL");
+    const auto first = keptBytesOf(dir / "log.ALL");
+    ASSERT_NE(first, nullptr);
+    EXPECT_EQ(*first, "one\r\ntwo\r\n");
+    EXPECT_EQ(keptBytesOf(dir / "log.ALL"), first);
+    EXPECT_EQ(FileBytes::copyOf(dir / "log.ALL").data(), first->data());
+    EXPECT_EQ(keptBytesOf(dir / "other"), nullptr);
+    EXPECT_EQ(Count_lines(dir / "log.ALL"), 3);
+
+    // Written again, even to the same length: read afresh.
+    test::writeBytes(dir / "log.ALL", "ONE\r\nTWO\r\n");
+    EXPECT_EQ(*keptBytesOf(dir / "log.ALL"), "ONE\r\nTWO\r\n");
+    EXPECT_EQ(FileBytes::copyOf(dir / "log.ALL").view(), "ONE\r\nTWO\r\n");
+    test::writeBytes(dir / "log.ALL", "a\rb\rc");
+    EXPECT_EQ(Count_lines(dir / "log.ALL"), 3);
+    // Replaced by another file of the same bytes: read afresh as well.
+    test::writeBytes(dir / "new", "a\rb\rc");
+    const auto before = keptBytesOf(dir / "log.ALL");
+    std::filesystem::rename(dir / "new", dir / "log.ALL");
+    EXPECT_NE(keptBytesOf(dir / "log.ALL"), before);
+
+    // Times kept to the second, as a memory card keeps them: never shared.
+    std::filesystem::last_write_time(
+        dir / "log.ALL", std::chrono::time_point_cast<std::chrono::seconds>(
+                             std::filesystem::last_write_time(dir / "log.ALL")));
+    const auto coarse = keptBytesOf(dir / "log.ALL");
+    EXPECT_NE(keptBytesOf(dir / "log.ALL"), coarse);
+
+    // Gone: a read fails as any read does, and there is nothing to count.
+    std::filesystem::remove(dir / "log.ALL");
+    EXPECT_EQ(failureOf(dir / "log.ALL"), 53);
+    try {
+        FileBytes::copyOf(dir / "log.ALL");
+        FAIL();
+    } catch (const failure::Failure& f) {
+        EXPECT_EQ(f.number(), 53);
+    }
+    EXPECT_EQ(Count_lines(dir / "log.ALL"), 0);
+    keepReadsOf({});
+    EXPECT_EQ(keptBytesOf(dir / "log.ALL"), nullptr);
+}
+
+TEST(FileBytes, ReadersOfTheKeptInputAndOfWorkingFilesGiveWhatAReadGives)
+{
+    test::TempDir dir;
+    std::string lines;
+    for (int i = 0; i < 5000; ++i) {
+        lines += "line " + std::to_string(i) + (i % 3 == 0 ? "\r\n" : i % 3 == 1 ? "\n" : "\r");
+    }
+    test::writeBytes(dir / "log", lines);
+    test::writeBytes(dir / "work", lines);
+    keepReadsOf(dir / "log");
+    LineReader kept(dir / "log");
+    LineReader mapped = LineReader::ofWorkingFile(dir / "work");
+    for (int i = 0; i < 5000; ++i) {
+        const std::string expected = "line " + std::to_string(i);
+        ASSERT_EQ(kept.nextRaw(), expected);
+        ASSERT_EQ(mapped.nextRaw(), expected);
+    }
+    EXPECT_TRUE(kept.atEnd());
+    EXPECT_TRUE(mapped.atEnd());
+    EXPECT_EQ(Count_lines(dir / "log"), Count_lines(dir / "work"));
+    keepReadsOf({});
 }
