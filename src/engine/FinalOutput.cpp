@@ -102,9 +102,12 @@ void reduceFile(const fs::path& path, bool managerForNoCard, bool anyWidth)
         }
         out.close();
     }
-    // The reduced copy takes the place of the file.
+    // The reduced copy takes the place of the file. The file goes first: a rename over a
+    // file makes the system write the copy to the disk at once, which a working file never
+    // needs.
     std::error_code ec;
-    text::renameBehind(copy, path, ec);
+    text::removeBehind(path, ec);
+    fs::rename(copy, path, ec);
     if (ec) {
         throw failure::Failure(failure::PathFileAccess, "パス名が無効です。 " + path.string());
     }

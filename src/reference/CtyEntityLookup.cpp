@@ -56,6 +56,18 @@ void CtyEntityLookup::load(const CtyTables& tables, const std::filesystem::path&
     } catch (const failure::Failure&) {
         // A missing long master fails at each lookup, as its open would.
     }
+    // Sixteen bits or more a key: a call not there finds its bit clear fifteen times in
+    // sixteen.
+    std::size_t words = 1;
+    while (words * 64 < 16 * m_long.size()) {
+        words *= 2;
+    }
+    m_longFilter.assign(words, 0);
+    const std::size_t mask = words * 64 - 1;
+    for (const auto& entry : m_long) {
+        const std::size_t bit = Hash{}(entry.first) & mask;
+        m_longFilter[bit / 64] |= std::uint64_t{1} << (bit % 64);
+    }
 
     m_short.clear();
     m_shortMaxChars = 0;
@@ -215,8 +227,10 @@ std::string CtyEntityLookup::get_entity(std::string_view call) const
         slashKey.append(left).append(1, '/').append(right);
     }
     const std::string_view longKey = hasSlash ? std::string_view(slashKey) : Call_in;
-    if (const auto it = m_long.find(longKey); it != m_long.end()) {
-        return it->second;
+    if (mayBeLong(Hash{}(longKey))) {
+        if (const auto it = m_long.find(longKey); it != m_long.end()) {
+            return it->second;
+        }
     }
     if (m_longTruncated) {
         throw failure::Failure(failure::InputPastEnd,

@@ -94,6 +94,14 @@ private:
     bool m_longPresent = false;
     bool m_longTruncated = false;
     Index<std::string> m_long;          // call or long prefix -> primary padded to 9
+    // A bit for each hash of an m_long key, in a table small enough to stay in the cache: most
+    // calls are not there, and the bit tells so without a walk through m_long.
+    std::vector<std::uint64_t> m_longFilter;
+    bool mayBeLong(std::size_t hash) const
+    {
+        const std::size_t bit = hash & (m_longFilter.size() * 64 - 1);
+        return (m_longFilter[bit / 64] >> (bit % 64) & 1) != 0;
+    }
     Index<std::string> m_short;         // short prefix -> primary of its first entry, upper
     std::size_t m_shortMaxChars = 0;    // longest short prefix, in characters
     std::vector<char> m_shortHasChars;  // [n]: some short prefix has n characters
