@@ -13,6 +13,9 @@
 
 #include <algorithm>
 #include <filesystem>
+#include <functional>
+#include <future>
+#include <utility>
 
 namespace vornhale::engine {
 
@@ -83,23 +86,39 @@ CallParts splitCall(std::string_view call)
     return {std::string(v.base_call), std::string(v.call_ext), std::string(v.lookupCall)};
 }
 
-void bak_sep1(RunContext& ctx)
+namespace {
+
+// Turns the common QSO lines of `in` into enriched lines, from where `in` stands up to `stop`
+// or its end, whichever comes first (a record is read whole even when it runs past `stop`).
+// Returns how many it turned.
+class Enricher
 {
-    ctx.trace.line("Private sub bak_sep1()");
-    ctx.observer.status("  変　換　処　理　中．．．．．", base::Colour::Green);
-    ctx.observer.progressRange(ctx.run.line_count + 4);
+public:
+    Enricher(reference::EntityLookup& entities, bool useFreq)
+        : m_entities(entities), m_useFreq(useFreq)
+    {
+    }
 
-    RecordBytes in(ctx.work(base::working::zlog_1));
-    text::LineWriter out(ctx.work(base::working::zlog_2));
-    const bool useFreq = ctx.options.tick("Check17");
+    long run(RecordBytes& in, std::size_t stop, text::LineWriter& out,
+             const std::function<void()>& each);
 
+private:
+    reference::EntityLookup& m_entities;
+    const bool m_useFreq;
+    std::vector<std::string_view> q;
+    std::string q_date6;
+    AsciiLine line;
+};
+
+long Enricher::run(RecordBytes& in, std::size_t stop, text::LineWriter& out,
+                   const std::function<void()>& each)
+{
     // The fields of the common QSO line.
     constexpr std::size_t q_year = 0, q_month = 1, q_day = 2, q_time = 3, q_call = 4,
                           q_rst_sent = 5, q_rst_rcvd = 6, q_band = 7, q_mode = 8, q_op = 9,
                           q_memo = 10, q_freq = 11, q_rcvd = 12;
-    std::vector<std::string_view> q;
-    std::string q_date6;
-    AsciiLine line;
+    reference::EntityLookup& entities = m_entities;
+    const bool useFreq = m_useFreq;
     // A first read happens before the end is tested: an empty zlog_1.txt is a failure.
     long done = 0;
     do {
@@ -108,8 +127,8 @@ void bak_sep1(RunContext& ctx)
         appendTwoDigits(q_date6, q[q_month]);
         appendTwoDigits(q_date6, q[q_day]);
         const CallViews parts = splitCallViews(q[q_call]);
-        const std::string q_entity = ctx.entities.entityOf(parts.lookupCall);
-        const reference::DxccEntry dx = ctx.entities.dxcc_lookup(q_entity);
+        const std::string q_entity = entities.entityOf(parts.lookupCall);
+        const reference::DxccEntry dx = entities.dxcc_lookup(q_entity);
         const std::string_view band_or_freq =
             text::trim(useFreq && !q[q_freq].empty() ? q[q_freq] : q[q_band]);
         const std::string_view time = text::trim(q[q_time]);
@@ -147,8 +166,82 @@ void bak_sep1(RunContext& ctx)
                 q[q_rcvd]};
             out.writeRecord(e);
         }
-        ctx.observer.progress(++done);
-    } while (!in.atEnd());
+        ++done;
+        if (each) {
+            each();
+        }
+    } while (!in.atEnd() && in.position() < stop);
+    return done;
+}
+
+// A file this long is worked on in two halves side by side.
+constexpr std::size_t kSplitFrom = 1 << 20;
+
+// The start of the first line after the first 60 % of `bytes`; their end when there is none.
+// The second thread gets the smaller part: it shares its processor with the writer thread,
+// which writes what this one turns.
+std::size_t splitPoint(std::string_view bytes)
+{
+    const std::size_t lf = bytes.find('\n', bytes.size() / 5 * 3);
+    return lf == std::string_view::npos ? bytes.size() : lf + 1;
+}
+
+} // namespace
+
+void bak_sep1(RunContext& ctx)
+{
+    ctx.trace.line("Private sub bak_sep1()");
+    ctx.observer.status("  変　換　処　理　中．．．．．", base::Colour::Green);
+    ctx.observer.progressRange(ctx.run.line_count + 4);
+
+    const fs::path zlog_1 = ctx.work(base::working::zlog_1);
+    RecordBytes in(zlog_1);
+    text::LineWriter out(ctx.work(base::working::zlog_2));
+    const bool useFreq = ctx.options.tick("Check17");
+    long done = 0;
+    const auto progress = [&ctx, &done] { ctx.observer.progress(++done); };
+
+    // A long file: the second half, from the first line after the middle, is turned on a
+    // second thread into memory while this one turns the first. The halves join when the
+    // first ends right where the second began, as it does whenever every record is one line;
+    // otherwise, or when the second half failed, this thread goes on alone from where it is,
+    // so the result and any failure are those of one pass through the file.
+    std::size_t stop = std::string_view::npos;
+    std::future<std::pair<long, std::string>> secondHalf;
+    if (in.bytes().size() >= kSplitFrom) {
+        stop = splitPoint(in.bytes());
+        secondHalf = std::async(std::launch::async, [&ctx, &zlog_1, stop, useFreq] {
+            RecordBytes rest(zlog_1);
+            rest.skipTo(stop);
+            // An enriched line is some two thirds longer than its common line.
+            text::LineWriter lines =
+                text::LineWriter::inMemory((rest.bytes().size() - stop) * 2);
+            Enricher enricher(ctx.entities, useFreq);
+            const long count = rest.atEnd() ? 0 : enricher.run(rest, std::string_view::npos,
+                                                               lines, nullptr);
+            return std::pair<long, std::string>(count, lines.takeLines());
+        });
+    }
+    Enricher enricher(ctx.entities, useFreq);
+    enricher.run(in, stop, out, progress);
+    if (secondHalf.valid()) {
+        std::pair<long, std::string> half;
+        bool joined = false;
+        try {
+            half = secondHalf.get();
+            joined = in.position() == stop;
+        } catch (...) {
+            // Read again below, failing where one pass fails.
+        }
+        if (joined) {
+            out.writeLines(std::move(half.second));
+            for (long i = 0; i < half.first; ++i) {
+                progress();
+            }
+        } else if (!in.atEnd()) {
+            enricher.run(in, std::string_view::npos, out, progress);
+        }
+    }
     out.close();
     ctx.observer.progress(0);
 }

@@ -257,7 +257,28 @@ void LineWriter::appendEncoded(std::string_view utf8)
 
 void LineWriter::flush()
 {
-    m_file->write(m_buffer);
+    if (m_file != nullptr) {
+        m_file->write(m_buffer);
+    }
+}
+
+LineWriter LineWriter::inMemory(std::size_t expectedSize)
+{
+    LineWriter memory;
+    memory.m_buffer.reserve(expectedSize);
+    return memory;
+}
+
+void LineWriter::writeLines(std::string&& lines)
+{
+    if (m_file == nullptr) {
+        m_buffer.append(lines);
+        return;
+    }
+    if (!m_buffer.empty()) {
+        flush();
+    }
+    m_file->writeBlock(std::move(lines));
 }
 
 void LineWriter::write(std::string_view line)

@@ -89,11 +89,22 @@ public:
     {
         writeRecord<std::initializer_list<std::string_view>>(fields);
     }
+
+    /// A writer that keeps its lines in memory: a part of a file made apart from the rest,
+    /// joined to it by `writeLines`.
+    static LineWriter inMemory(std::size_t expectedSize);
+    LineWriter(LineWriter&&) = default;
+    /// The lines an in-memory writer holds, taken out of it.
+    std::string takeLines() { return std::move(m_buffer); }
+    /// Appends whole lines already made (with their line ends) after those written so far.
+    void writeLines(std::string&& lines);
+
     /// Flushes, closes and, in ReplaceWhenDone mode, moves the file into place.
     /// Throws Failure 57 on a failed write.
     void close();
 
 private:
+    LineWriter() = default;
     void flush();
     // Appends UTF-8 text encoded as Shift-JIS to the buffer.
     void appendEncoded(std::string_view utf8);

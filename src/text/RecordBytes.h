@@ -22,6 +22,12 @@ public:
     explicit RecordBytes(const std::filesystem::path& path);
 
     bool atEnd() const { return m_pos >= m_bytes.size(); }
+    /// The offset of the next record's first byte in the file.
+    std::size_t position() const { return m_pos; }
+    /// The file's bytes.
+    std::string_view bytes() const { return m_bytes.view(); }
+    /// Reads on from `offset`, which is taken to be the start of a record.
+    void skipTo(std::size_t offset) { m_pos = offset; }
 
     /// The next `count` fields into `out`, as `RecordReader::fieldViews` gives them. True when
     /// the record's bytes are all ASCII: the views are then the file's own bytes. Otherwise

@@ -26,6 +26,8 @@ public:
     /// Hands the bytes of `buffer` over to be written, leaving `buffer` empty with room for as
     /// many again.
     void write(std::string& buffer);
+    /// Hands over a block of bytes made elsewhere, to be written after those handed before.
+    void writeBlock(std::string&& block);
     /// Writes the bytes of `buffer` at once, after those handed over before (the last of a
     /// file, which nothing else overtakes), and empties it.
     void writeNow(std::string& buffer);

@@ -64,6 +64,13 @@ public:
         buffer = takeSpare(buffer.capacity());
     }
 
+    void handBlock(const std::shared_ptr<WriteBehind::State>& file, std::string&& block)
+    {
+        std::unique_lock lock(m_mutex);
+        ++file->pending;
+        queue(lock, {file, std::move(block), -1});
+    }
+
     // Closes `fd`, the last hold on a removed file, on the writer thread.
     void release(int fd)
     {
@@ -79,6 +86,7 @@ public:
 
 private:
     static constexpr std::size_t kMostQueued = 16;
+    static constexpr std::size_t kLargestSpare = 1 << 20;
     struct Job
     {
         std::shared_ptr<WriteBehind::State> file;
@@ -130,7 +138,8 @@ private:
             lock.lock();
             job.file->failed = job.file->failed || !ok;
             --job.file->pending;
-            if (m_spares.size() < kMostQueued) {
+            // Buffers of the usual size come back; a large block is let go.
+            if (m_spares.size() < kMostQueued && job.bytes.capacity() <= kLargestSpare) {
                 m_spares.push_back(std::move(job.bytes));
             }
             m_done.notify_all();
@@ -211,6 +220,11 @@ bool WriteBehind::isOpen() const
 void WriteBehind::write(std::string& buffer)
 {
     Writer::instance().hand(m_state, buffer);
+}
+
+void WriteBehind::writeBlock(std::string&& block)
+{
+    Writer::instance().handBlock(m_state, std::move(block));
 }
 
 void WriteBehind::writeNow(std::string& buffer)

@@ -182,3 +182,139 @@ TEST(bak_sep1, KanjiFieldsGiveTheSameLineAsTheirAsciiNeighbours)
                          "\"\",\"14\",\"CW\",\"\",\"\",\"566A\",\"Taiwan\",\"\",\"BV2AB\","
                          "\"山田\",\"ＱＳＬ　via\",\"24\"\r\n"));
 }
+
+namespace {
+
+// Entities from the first two letters of the call: a lookup that only reads, as the real one.
+class PrefixEntities : public reference::EntityLookup
+{
+public:
+    std::string entityOf(std::string_view call) override { return std::string(call.substr(0, 2)); }
+    reference::DxccEntry dxcc_lookup(std::string_view entity) override
+    {
+        return {"C" + std::string(entity), entity == "JA" ? "日本" : "Other", ""};
+    }
+};
+
+// Common QSO lines of every kind: ASCII, Shift-JIS and odd notation. With `twoLines`, the
+// records from `from` to `to` each run over two lines.
+std::string qsoLines(int first, int last, int from = -1, int to = -1)
+{
+    std::string out;
+    for (int i = first; i < last; ++i) {
+        const std::string call = (i % 3 == 0 ? "JA" : i % 3 == 1 ? "W" : "DL") +
+                                 std::to_string(i % 10) + "X" + std::to_string(i) +
+                                 (i % 7 == 0 ? "/P" : "");
+        std::vector<std::string> f = {"2026", std::to_string(1 + i % 12), std::to_string(1 + i % 28),
+                                      "0905", call, "599", "599", std::to_string(7 * (1 + i % 4)),
+                                      i % 5 == 0 ? "SSB" : "CW", i % 11 == 0 ? "山田" : "OP",
+                                      i % 13 == 0 ? "ＱＳＬ　via" : "memo " + std::to_string(i),
+                                      "", std::to_string(i % 40)};
+        std::string line = text::encodeSjis(text::formatRecord(f));
+        if (i >= from && i < to) {
+            // The record breaks after its fifth field and goes on on the next line.
+            std::size_t comma = 0;
+            for (int n = 0; n < 5; ++n) {
+                comma = line.find("\",\"", comma) + 1;
+            }
+            line = line.substr(0, comma) + "\r\n" + line.substr(comma + 1);
+        }
+        out += line + "\r\n";
+    }
+    return out;
+}
+
+struct Enriched
+{
+    std::string bytes;
+    std::vector<long> progress;
+    int failure = 0;
+};
+
+Enriched enrich(const std::string& zlog_1)
+{
+    test::RunFixture f;
+    PrefixEntities entities;
+    f.entities = &entities;
+    test::writeBytes(f.work("zlog_1.txt"), zlog_1);
+    Enriched out;
+    try {
+        engine::bak_sep1(f.context());
+    } catch (const failure::Failure& e) {
+        out.failure = e.number();
+    }
+    out.bytes = text::readFileBytes(f.work("zlog_2.txt"));
+    out.progress = f.observer.progressValues;
+    return out;
+}
+
+// Progress 1, 2 … n, then 0.
+std::vector<long> countedTo(long n)
+{
+    std::vector<long> values;
+    for (long i = 1; i <= n; ++i) {
+        values.push_back(i);
+    }
+    values.push_back(0);
+    return values;
+}
+
+} // namespace
+
+// A long file is turned in two parts side by side; what comes out is what one pass through it
+// gives, as the two halves of its records give it one after the other (each short enough to
+// be turned in one pass).
+TEST(bak_sep1, ALongFileGivesWhatOnePassGives)
+{
+    constexpr int kRecords = 16000;
+    const std::string whole = qsoLines(0, kRecords);
+    ASSERT_GT(whole.size(), 1u << 20);
+    const Enriched expected{enrich(qsoLines(0, kRecords / 2)).bytes +
+                                enrich(qsoLines(kRecords / 2, kRecords)).bytes,
+                            countedTo(kRecords), 0};
+    const Enriched got = enrich(whole);
+    EXPECT_EQ(got.failure, 0);
+    EXPECT_EQ(got.bytes, expected.bytes);
+    EXPECT_EQ(got.progress, expected.progress);
+}
+
+TEST(bak_sep1, ALongFileWhoseRecordsRunOverTwoLinesWhereItIsSplitGivesWhatOnePassGives)
+{
+    // Every record from 40 % to 80 % of the file runs over two lines, so the part turned on
+    // the second thread starts inside a record or at its start, as the lines fall: the files
+    // differ in the length of their first record to meet both.
+    constexpr int kRecords = 16000;
+    for (const std::size_t pad : {0, 23, 47, 71, 95}) {
+        const std::string first =
+            text::formatRecord({"2026", "1", "1", "0000", "JA1PAD", "599", "599", "7", "CW", "OP",
+                                std::string(pad, 'p'), "", "1"}) + "\r\n";
+        const std::string whole =
+            first + qsoLines(0, kRecords, kRecords * 2 / 5, kRecords * 4 / 5);
+        const std::string expected =
+            enrich(first + qsoLines(0, kRecords / 2, kRecords * 2 / 5, kRecords)).bytes +
+            enrich(qsoLines(kRecords / 2, kRecords, 0, kRecords * 4 / 5)).bytes;
+        const Enriched got = enrich(whole);
+        EXPECT_EQ(got.failure, 0);
+        EXPECT_EQ(got.bytes, expected) << pad;
+        EXPECT_EQ(got.progress, countedTo(kRecords + 1)) << pad;
+    }
+}
+
+TEST(bak_sep1, ALongFileCutInsideItsLastRecordFailsAsOnePassFails)
+{
+    constexpr int kRecords = 16000;
+    std::string whole = qsoLines(0, kRecords);
+    // The last record loses its last four fields.
+    for (int n = 0; n < 4; ++n) {
+        whole.resize(whole.rfind("\",\"") + 1);
+    }
+    const Enriched got = enrich(whole);
+    EXPECT_EQ(got.failure, 62);
+    const std::string done = enrich(qsoLines(0, kRecords / 2)).bytes +
+                             enrich(qsoLines(kRecords / 2, kRecords - 1)).bytes;
+    EXPECT_EQ(got.bytes, done);
+    // No closing 0: the failure comes first.
+    std::vector<long> progress = countedTo(kRecords - 1);
+    progress.pop_back();
+    EXPECT_EQ(got.progress, progress);
+}

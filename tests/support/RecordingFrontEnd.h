@@ -38,8 +38,10 @@ public:
             counters[static_cast<std::size_t>(row)] = value;
         }
     }
+    void progress(long value) override { progressValues.push_back(value); }
     std::vector<std::pair<std::string, base::Colour>> statuses;
     long counters[7] = {};
+    std::vector<long> progressValues;
 };
 
 } // namespace vornhale::test
