@@ -48,10 +48,38 @@ void Trace::line(std::string_view text)
     if (m_file == nullptr) {
         return;
     }
+    const std::lock_guard lock(m_mutex);
+    if (m_held && *m_held == std::this_thread::get_id()) {
+        m_heldLines.emplace_back(text);
+        return;
+    }
+    write(text);
+}
+
+void Trace::write(std::string_view text)
+{
     const std::string bytes = text::encodeSjis(text);
     std::fwrite(bytes.data(), 1, bytes.size(), m_file);
     std::fwrite("\r\n", 1, 2, m_file);
     std::fflush(m_file);
+}
+
+void Trace::holdThisThread()
+{
+    const std::lock_guard lock(m_mutex);
+    m_held = std::this_thread::get_id();
+}
+
+void Trace::endHold(bool keep)
+{
+    const std::lock_guard lock(m_mutex);
+    if (keep) {
+        for (const std::string& held : m_heldLines) {
+            write(held);
+        }
+    }
+    m_heldLines.clear();
+    m_held.reset();
 }
 
 } // namespace vornhale::base

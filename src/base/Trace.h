@@ -2,8 +2,12 @@
 
 #include <cstdio>
 #include <filesystem>
+#include <mutex>
+#include <optional>
 #include <string>
 #include <string_view>
+#include <thread>
+#include <vector>
 
 namespace vornhale::base {
 
@@ -23,8 +27,15 @@ public:
     Trace(const Trace&) = delete;
     Trace& operator=(const Trace&) = delete;
 
-    /// Writes one line.
+    /// Writes one line. Lines may come from several threads.
     void line(std::string_view text);
+
+    /// From now on the lines of the calling thread wait, while those of other threads are
+    /// written: work moved to another thread that would have come first keeps its lines first.
+    void holdThisThread();
+    /// Ends the hold: the waiting lines are written, or with `keep` false dropped (the work
+    /// that came first failed, so the held lines would never have been written).
+    void endHold(bool keep);
 
     /// Path of the trace file; empty for a trace that writes nothing.
     const std::filesystem::path& path() const { return m_path; }
@@ -33,8 +44,13 @@ public:
     static std::string stampOf(std::time_t when);
 
 private:
+    void write(std::string_view text);
+
     std::filesystem::path m_path;
     std::FILE* m_file = nullptr;
+    std::mutex m_mutex;
+    std::optional<std::thread::id> m_held;
+    std::vector<std::string> m_heldLines;
 };
 
 } // namespace vornhale::base

@@ -103,6 +103,21 @@ std::string settleProvMoji(const settings::Options& o)
     }
 }
 
+// The masters begun at the start of the run are there; when they failed, they are made again
+// at the next run.
+void mastersMade(RunContext& ctx)
+{
+    if (ctx.lookups == nullptr) {
+        return;
+    }
+    try {
+        ctx.lookups->finishMasters(ctx);
+    } catch (...) {
+        ctx.program.masters_ready = false;
+        throw;
+    }
+}
+
 } // namespace
 
 void tmp_file_Del(RunContext& ctx)
@@ -143,6 +158,11 @@ void cmd_henkan(RunContext& ctx, const RemarkLayout& layout)
     }
     run.op_filter_name = ctx.options.value("txtOp_name");
     sort_set_(ctx);
+    // The list of entities without cards asks the masters; otherwise they are made while
+    // the reader reads.
+    if (ctx.options.tick("Check09")) {
+        mastersMade(ctx);
+    }
     if (ctx.lookups != nullptr) {
         ctx.lookups->prepareHistory(ctx);
     }
@@ -159,6 +179,7 @@ void cmd_henkan(RunContext& ctx, const RemarkLayout& layout)
     }
 
     reader->read(ctx);
+    mastersMade(ctx);
 
     bak_sep1(ctx);
     if (layout.use().state && ctx.lookups != nullptr) {
@@ -201,7 +222,7 @@ void startRun(RunContext& ctx)
     RunState& run = ctx.run;
     storeSettings(ctx, &settings::SettingsFiles::ini_write_old);
     if (!ctx.program.masters_ready && ctx.lookups != nullptr) {
-        ctx.lookups->prepareMasters(ctx);
+        ctx.lookups->startMasters(ctx);
         ctx.program.masters_ready = true;
     }
 
@@ -318,13 +339,20 @@ void endRun(RunContext& ctx)
 void cmdStart_Click(RunContext& ctx)
 {
     ctx.trace.line("Private sub cmdStart_Click()");
-    startRun(ctx);
-    const RemarkLayout layout = RemarkLayout::fromOptions(ctx.options);
-    prepareStages(ctx, layout);
-    cmd_henkan(ctx, layout);
-    afterStages(ctx);
-    makeResults(ctx, layout);
-    endRun(ctx);
+    try {
+        startRun(ctx);
+        const RemarkLayout layout = RemarkLayout::fromOptions(ctx.options);
+        prepareStages(ctx, layout);
+        cmd_henkan(ctx, layout);
+        afterStages(ctx);
+        makeResults(ctx, layout);
+        endRun(ctx);
+    } catch (...) {
+        // The masters came first: their failure is the run's, and the lines of the steps
+        // beside them follow theirs.
+        mastersMade(ctx);
+        throw;
+    }
 }
 
 } // namespace vornhale::engine

@@ -25,6 +25,13 @@ public:
     /// The masters of the program, made once before the first conversion of a run of the
     /// program (and again on request): the entity masters and the state master.
     virtual void prepareMasters(RunContext& /*ctx*/) {}
+    /// `prepareMasters` at the start of a conversion, made beside the conversion's first steps
+    /// where it can be. Nothing may ask the masters before `finishMasters`.
+    virtual void startMasters(RunContext& ctx) { prepareMasters(ctx); }
+    /// Waits for the masters that `startMasters` began, if any. Their trace lines come before
+    /// those of the steps beside them, and their failure is thrown (the lines of those steps
+    /// then dropped), as if they had been made first.
+    virtual void finishMasters(RunContext& /*ctx*/) {}
     /// Before the record loop of a conversion: the masters this conversion needs and has not
     /// yet loaded. May end the program (throws failure::Failure) when a master that is switched on
     /// is missing.

@@ -29,7 +29,7 @@ void ReferenceData::setProvinceMaster(fs::path mas_dat_name)
     m_provinceMaster = std::move(mas_dat_name);
 }
 
-void ReferenceData::prepareMasters(RunContext& ctx)
+void ReferenceData::takeSystemCtyDat(RunContext& ctx)
 {
     // A program folder without its own prefix list takes the system's current one.
     const fs::path own = ctx.folder.strPath / "cty.dat";
@@ -39,15 +39,57 @@ void ReferenceData::prepareMasters(RunContext& ctx)
             ctx.trace.line("     cty.dat : " + system.string());
         }
     }
-    reference::CtyImport import({ctx.folder.strPath, ctx.folder.drive_path}, ctx.trace,
-                                ctx.dialogs);
-    if (!import.importAll(ctx.folder.strPath / "dxcc_mas.txt")) {
+}
+
+void ReferenceData::makeMasters(const base::ProgramFolder& folder, base::Trace& trace,
+                                base::Dialogs& dialogs, const std::string& zlog_dat_dir)
+{
+    reference::CtyImport import({folder.strPath, folder.drive_path}, trace, dialogs);
+    if (!import.importAll(folder.strPath / "dxcc_mas.txt")) {
         throw failure::Failure(failure::FileNotFound,
-                           (ctx.folder.strPath / "cty_conv.txt").string() + "　がありません。");
+                           (folder.strPath / "cty_conv.txt").string() + "　がありません。");
     }
-    m_entities.load(import.tables(), ctx.folder.strPath / "cty_mastL.txt");
-    ctx.trace.line("Private sub cmdStart_ardx_sep");
-    m_ardx.ardx_sep(ctx.options.value("zlog_dat_dir"), ctx.folder.drive_path, ctx.trace);
+    m_entities.load(import.tables(), folder.strPath / "cty_mastL.txt");
+    trace.line("Private sub cmdStart_ardx_sep");
+    m_ardx.ardx_sep(zlog_dat_dir, folder.drive_path, trace);
+}
+
+void ReferenceData::prepareMasters(RunContext& ctx)
+{
+    takeSystemCtyDat(ctx);
+    makeMasters(ctx.folder, ctx.trace, ctx.dialogs, ctx.options.value("zlog_dat_dir"));
+}
+
+void ReferenceData::startMasters(RunContext& ctx)
+{
+    takeSystemCtyDat(ctx);
+    // A missing list is told to the operator before anything else happens: then the masters
+    // are made here and now.
+    if (!isFile(ctx.folder.strPath / "cty.dat") || !isFile(ctx.folder.strPath / "cty_conv.txt")) {
+        makeMasters(ctx.folder, ctx.trace, ctx.dialogs, ctx.options.value("zlog_dat_dir"));
+        return;
+    }
+    ctx.trace.holdThisThread();
+    m_mastersAside = std::async(std::launch::async,
+                                [this, folder = ctx.folder, &trace = ctx.trace,
+                                 &dialogs = ctx.dialogs,
+                                 zlog_dat_dir = ctx.options.value("zlog_dat_dir")] {
+                                    makeMasters(folder, trace, dialogs, zlog_dat_dir);
+                                });
+}
+
+void ReferenceData::finishMasters(RunContext& ctx)
+{
+    if (!m_mastersAside.valid()) {
+        return;
+    }
+    try {
+        m_mastersAside.get();
+    } catch (...) {
+        ctx.trace.endHold(false);
+        throw;
+    }
+    ctx.trace.endHold(true);
 }
 
 void ReferenceData::ensureStateMaster(RunContext& ctx)

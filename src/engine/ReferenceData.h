@@ -1,5 +1,8 @@
 #pragma once
 
+#include "base/Dialogs.h"
+#include "base/ProgramFolder.h"
+#include "base/Trace.h"
 #include "engine/RecordLookups.h"
 #include "history/HistoryMaster.h"
 #include "history/NoQslCountries.h"
@@ -12,6 +15,7 @@
 #include "reference/ProvinceMaster.h"
 
 #include <filesystem>
+#include <future>
 #include <optional>
 #include <string>
 
@@ -37,6 +41,8 @@ public:
     /// The import of `cty.dat` and the load of `dxcc_mas.txt` (also `mnuGet_Entity`), then
     /// `ardx_sep`. Throws failure::Failure when a file they need is missing.
     void prepareMasters(RunContext& ctx) override;
+    void startMasters(RunContext& ctx) override;
+    void finishMasters(RunContext& ctx) override;
     void beforeFirstRecord(RunContext& ctx) override;
     void ensureStateMaster(RunContext& ctx) override;
     void prepareHistory(RunContext& ctx) override;
@@ -65,10 +71,16 @@ public:
     void setWebPause(manager::WebManagerSearch::Sleeper sleeper) { m_webPause = std::move(sleeper); }
 
 private:
+    // The system's prefix list copied into a program folder that has none.
+    void takeSystemCtyDat(RunContext& ctx);
+    // The masters themselves; reads nothing of the run but what it is given.
+    void makeMasters(const base::ProgramFolder& folder, base::Trace& trace,
+                     base::Dialogs& dialogs, const std::string& zlog_dat_dir);
     void loadCallMaster(RunContext& ctx, reference::CallMaster& master, const char* key,
                         const char* file, const char* display);
 
     reference::CtyEntityLookup m_entities;
+    std::future<void> m_mastersAside;
     reference::ArdxMaster m_ardx;
     reference::CallMaster m_names{reference::CallMaster::Kind::Name};
     reference::CallMaster m_qths{reference::CallMaster::Kind::Qth};

@@ -474,3 +474,64 @@ TEST(ProgramStart, ASecondConversionOfOneStartSkipsThePreparationOfTheMasters)
     EXPECT_TRUE(fs::exists(shortMaster));
     ::unsetenv("VORNHALE_CTY_DAT");
 }
+
+// The masters are made beside the conversion's first steps, yet the trace tells them first,
+// and a failure of theirs is the run's failure with nothing of those steps in the trace.
+TEST(ProgramStart, TheMastersMadeBesideTheFirstStepsComeFirstInTheTraceAndInAFailure)
+{
+    const fs::path systemCty = "/usr/share/hamradio-files/cty.dat";
+    if (!fs::is_regular_file(systemCty)) {
+        GTEST_SKIP() << "Debian's hamradio-files (cty.dat) is not installed";
+    }
+    ::setenv("VORNHALE_CTY_DAT", systemCty.c_str(), 1);
+    test::TempDir dir;
+    const fs::path log = dir / "T.ALL";
+    fs::copy_file(test::sourceDir() / "data" / "sample" / "SAMPLE2026.ALL", log);
+    test::RecordingDialogs dialogs;
+    test::RecordingObserver observer;
+    auto linesFrom = [](session::Session& s, const std::string& first) {
+        const auto lines = test::readSjisLines(s.trace().path());
+        const auto start = std::find(lines.rbegin(), lines.rend(), first);
+        return std::vector<std::string>(start == lines.rend() ? lines.end() : start.base() - 1,
+                                        lines.end());
+    };
+    auto indexOf = [](const std::vector<std::string>& lines, const std::string& line) {
+        return std::find(lines.begin(), lines.end(), line) - lines.begin();
+    };
+
+    session::Session s(dir / "home", dialogs);
+    s.acceptEnvironment();
+    ASSERT_TRUE(s.checkRequiredFiles(true));
+    s.loadMainWindow();
+    ASSERT_EQ(s.open(log, "", observer), readers::OpenResult::Opened);
+
+    // A working file the masters write cannot be written: a folder stands in its place.
+    const fs::path blocked = s.folder().drive_path / "cty_dat0.txt";
+    fs::create_directories(blocked);
+    const session::RunOutcome failed = s.runConversion(observer);
+    EXPECT_EQ(failed.end, session::RunOutcome::End::Failed);
+    EXPECT_EQ(failed.failureNumber, 75);
+    const auto failedRun = linesFrom(s, "Private sub cmdStart_Click()");
+    ASSERT_FALSE(failedRun.empty());
+    EXPECT_LT(indexOf(failedRun, "Private sub cmdStart_cty_dat_sep"),
+              static_cast<long>(failedRun.size()));
+    // The steps beside the masters left no line; the failure follows the masters' own.
+    EXPECT_EQ(indexOf(failedRun, "Public Sub tmp_file_Del()"), static_cast<long>(failedRun.size()));
+    EXPECT_EQ(indexOf(failedRun, "Private sub cmd_henkan()"), static_cast<long>(failedRun.size()));
+    EXPECT_FALSE(fs::exists(dir / "T_hn.csv"));
+
+    // The next run of the same start makes the masters again, and their lines come before
+    // those of the steps made beside them.
+    fs::remove(blocked);
+    ASSERT_EQ(s.runConversion(observer).end, session::RunOutcome::End::Done);
+    const auto run = linesFrom(s, "Private sub cmdStart_Click()");
+    const auto ardx = indexOf(run, "Private sub cmdStart_ardx_sep");
+    const auto cleanup = indexOf(run, "Public Sub tmp_file_Del()");
+    const auto reader = indexOf(run, "Private sub cmd_henkan()");
+    EXPECT_LT(ardx, cleanup);
+    EXPECT_LT(cleanup, reader);
+    EXPECT_LT(reader, static_cast<long>(run.size()));
+    EXPECT_TRUE(fs::exists(dir / "T_hn.csv"));
+    s.end(true);
+    ::unsetenv("VORNHALE_CTY_DAT");
+}
