@@ -28,7 +28,8 @@ TEST(ByteKeySort, SortsByTheKeyColumnsOnly)
 
 TEST(ByteKeySort, IsStableOnEqualKeys)
 {
-    EXPECT_EQ(sorted("a3\r\nb1\r\na1\r\nb2\r\na2\r\n", 1, 1, false), "a3\r\na1\r\na2\r\nb1\r\nb2\r\n");
+    EXPECT_EQ(sorted("a3\r\nb1\r\na1\r\nb2\r\na2\r\n", 1, 1, false),
+              "a3\r\na1\r\na2\r\nb1\r\nb2\r\n");
 }
 
 TEST(ByteKeySort, ComparesBytesAsUnsigned)
@@ -49,42 +50,46 @@ TEST(ByteKeySort, AShortLineSortsBeforeLongerOnesItPrefixes)
 TEST(ByteKeySort, OrdersAsAStableSortOfTheKeyBytesDoes)
 {
     // Keys that differ past their eighth byte, keys that are prefixes of others, zero bytes
-    // and bytes above 0x7F, lines shorter than the key's start, and many equal keys.
-    std::mt19937 random(20261124);
-    const std::string alphabet("AB\0\x7F\x80\xFF ", 7);
-    std::vector<std::string> lines;
-    for (int i = 0; i < 2000; ++i) {
-        std::string line;
-        const std::size_t size = random() % 14;
-        for (std::size_t j = 0; j < size; ++j) {
-            line.push_back(alphabet[random() % (j < 9 ? 2 : alphabet.size())]);
-        }
-        line += "#" + std::to_string(i);
-        lines.push_back(line);
-    }
-    std::string input;
-    for (const auto& line : lines) {
-        input += line + "\r\n";
-    }
-    for (bool descending : {false, true}) {
-        for (const auto& [start, length] :
-             {std::pair{1, 12}, std::pair{2, 10}, std::pair{1, 3}, std::pair{4, 40}}) {
-            auto keyOf = [&](const std::string& line) {
-                const auto from = static_cast<std::size_t>(start - 1);
-                return from < line.size() ? std::string_view(line).substr(from, length)
-                                          : std::string_view{};
-            };
-            std::vector<std::string> expected = lines;
-            std::stable_sort(expected.begin(), expected.end(),
-                             [&](const std::string& a, const std::string& b) {
-                                 return descending ? keyOf(b) < keyOf(a) : keyOf(a) < keyOf(b);
-                             });
-            std::string output;
-            for (const auto& line : expected) {
-                output += line + "\r\n";
+    // and bytes above 0x7F, lines shorter than the key's start, and many equal keys; in a
+    // short file and in one long enough to be sorted in halves side by side.
+    for (const int count : {2000, 70000}) {
+        std::mt19937 random(20261124);
+        const std::string alphabet("AB\0\x7F\x80\xFF ", 7);
+        std::vector<std::string> lines;
+        for (int i = 0; i < count; ++i) {
+            std::string line;
+            const std::size_t size = random() % 14;
+            for (std::size_t j = 0; j < size; ++j) {
+                line.push_back(alphabet[random() % (j < 9 ? 2 : alphabet.size())]);
             }
-            ASSERT_EQ(sorted(input, start, length, descending), output)
-                << start << "," << length << (descending ? " descending" : "");
+            line += "#" + std::to_string(i);
+            lines.push_back(line);
+        }
+        std::string input;
+        for (const auto& line : lines) {
+            input += line + "\r\n";
+        }
+        for (bool descending : {false, true}) {
+            for (const auto& [start, length] :
+                 {std::pair{1, 12}, std::pair{2, 10}, std::pair{1, 3}, std::pair{4, 40}}) {
+                auto keyOf = [&](const std::string& line) {
+                    const auto from = static_cast<std::size_t>(start - 1);
+                    return from < line.size() ? std::string_view(line).substr(from, length)
+                                              : std::string_view{};
+                };
+                std::vector<std::string> expected = lines;
+                std::stable_sort(expected.begin(), expected.end(),
+                                 [&](const std::string& a, const std::string& b) {
+                                     return descending ? keyOf(b) < keyOf(a) : keyOf(a) < keyOf(b);
+                                 });
+                std::string output;
+                for (const auto& line : expected) {
+                    output += line + "\r\n";
+                }
+                ASSERT_EQ(sorted(input, start, length, descending), output)
+                    << count << " lines, " << start << "," << length
+                    << (descending ? " descending" : "");
+            }
         }
     }
 }
@@ -93,35 +98,38 @@ TEST(ByteKeySort, PutsANearlyOrderedFileInOrderAsAStableSortDoes)
 {
     // Lines in key order but for small groups in reverse, with repeated keys, as a file keyed
     // from lines already in the order of their calls comes; and the same lines reversed whole.
-    std::vector<std::string> lines;
-    for (int group = 0; group < 300; ++group) {
-        for (int inGroup = 4; inGroup >= 0; --inGroup) {
-            lines.push_back("K" + std::to_string(1000 + group) + "/" + std::to_string(inGroup % 3) +
-                            "#" + std::to_string(lines.size()));
-        }
-    }
-    for (bool reversed : {false, true}) {
-        std::vector<std::string> input = lines;
-        if (reversed) {
-            std::reverse(input.begin(), input.end());
-        }
-        std::string bytes;
-        for (const auto& line : input) {
-            bytes += line + "\r\n";
-        }
-        for (bool descending : {false, true}) {
-            std::vector<std::string> expected = input;
-            auto keyOf = [](const std::string& line) { return line.substr(0, 7); };
-            std::stable_sort(expected.begin(), expected.end(),
-                             [&](const std::string& a, const std::string& b) {
-                                 return descending ? keyOf(b) < keyOf(a) : keyOf(a) < keyOf(b);
-                             });
-            std::string output;
-            for (const auto& line : expected) {
-                output += line + "\r\n";
+    for (const int groups : {300, 14000}) {
+        std::vector<std::string> lines;
+        for (int group = 0; group < groups; ++group) {
+            for (int inGroup = 4; inGroup >= 0; --inGroup) {
+                lines.push_back("K" + std::to_string(1000 + group) + "/" +
+                                std::to_string(inGroup % 3) + "#" + std::to_string(lines.size()));
             }
-            EXPECT_EQ(sorted(bytes, 1, 7, descending), output)
-                << (reversed ? "reversed" : "nearly ordered") << (descending ? ", descending" : "");
+        }
+        for (bool reversed : {false, true}) {
+            std::vector<std::string> input = lines;
+            if (reversed) {
+                std::reverse(input.begin(), input.end());
+            }
+            std::string bytes;
+            for (const auto& line : input) {
+                bytes += line + "\r\n";
+            }
+            for (bool descending : {false, true}) {
+                std::vector<std::string> expected = input;
+                auto keyOf = [](const std::string& line) { return line.substr(0, 7); };
+                std::stable_sort(expected.begin(), expected.end(),
+                                 [&](const std::string& a, const std::string& b) {
+                                     return descending ? keyOf(b) < keyOf(a) : keyOf(a) < keyOf(b);
+                                 });
+                std::string output;
+                for (const auto& line : expected) {
+                    output += line + "\r\n";
+                }
+                EXPECT_EQ(sorted(bytes, 1, 7, descending), output)
+                    << groups << " groups, " << (reversed ? "reversed" : "nearly ordered")
+                    << (descending ? ", descending" : "");
+            }
         }
     }
 }
