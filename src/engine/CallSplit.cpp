@@ -2,6 +2,7 @@
 
 #include "base/WorkingFiles.h"
 #include "engine/Records.h"
+#include "engine/SideBySide.h"
 #include "failure/Failure.h"
 #include "reference/EntityLookup.h"
 #include "text/Chars.h"
@@ -13,9 +14,6 @@
 
 #include <algorithm>
 #include <filesystem>
-#include <functional>
-#include <future>
-#include <utility>
 
 namespace vornhale::engine {
 
@@ -88,9 +86,7 @@ CallParts splitCall(std::string_view call)
 
 namespace {
 
-// Turns the common QSO lines of `in` into enriched lines, from where `in` stands up to `stop`
-// or its end, whichever comes first (a record is read whole even when it runs past `stop`).
-// Returns how many it turned.
+// Turns one common QSO line into an enriched line.
 class Enricher
 {
 public:
@@ -99,8 +95,7 @@ public:
     {
     }
 
-    long run(RecordBytes& in, std::size_t stop, text::LineWriter& out,
-             const std::function<void()>& each);
+    void operator()(RecordBytes& in, text::LineWriter& out);
 
 private:
     reference::EntityLookup& m_entities;
@@ -110,8 +105,7 @@ private:
     AsciiLine line;
 };
 
-long Enricher::run(RecordBytes& in, std::size_t stop, text::LineWriter& out,
-                   const std::function<void()>& each)
+void Enricher::operator()(RecordBytes& in, text::LineWriter& out)
 {
     // The fields of the common QSO line.
     constexpr std::size_t q_year = 0, q_month = 1, q_day = 2, q_time = 3, q_call = 4,
@@ -119,71 +113,50 @@ long Enricher::run(RecordBytes& in, std::size_t stop, text::LineWriter& out,
                           q_memo = 10, q_freq = 11, q_rcvd = 12;
     reference::EntityLookup& entities = m_entities;
     const bool useFreq = m_useFreq;
-    // A first read happens before the end is tested: an empty zlog_1.txt is a failure.
-    long done = 0;
-    do {
-        const bool ascii = in.next(QsoLine::kFields, q);
-        q_date6.assign(lastChars(q[q_year], 2));
-        appendTwoDigits(q_date6, q[q_month]);
-        appendTwoDigits(q_date6, q[q_day]);
-        const CallViews parts = splitCallViews(q[q_call]);
-        const std::string q_entity = entities.entityOf(parts.lookupCall);
-        const reference::DxccEntry dx = entities.dxcc_lookup(q_entity);
-        const std::string_view band_or_freq =
-            text::trim(useFreq && !q[q_freq].empty() ? q[q_freq] : q[q_band]);
-        const std::string_view time = text::trim(q[q_time]);
-        const std::string_view rstSent = text::trim(q[q_rst_sent]);
-        if (ascii && text::isAsciiText(q_entity) && text::isAsciiText(dx.dx_code) &&
-            text::isAsciiText(dx.dx_name)) {
-            // Every field is ASCII (the date is built from ASCII digits): nothing to encode.
-            line.clear();
-            line.field(q_entity);
-            line.field(q_date6);
-            line.field(time);
-            line.field(q[q_call]);
-            line.field(rstSent);
-            line.field(q[q_rst_rcvd]);
-            line.field(parts.base_call);
-            line.field(parts.call_ext);
-            line.field(band_or_freq);
-            line.field(q[q_mode]);
-            line.emptyField();
-            line.emptyField();
-            line.field(dx.dx_code);
-            line.field(dx.dx_name);
-            line.emptyField();
-            line.field(q[q_call]);
-            line.field(q[q_op]);
-            line.field(q[q_memo]);
-            line.field(q[q_rcvd]);
-            out.writeRaw(line.text());
-        } else {
-            // The fields of the enriched line, in its order.
-            const std::string_view e[EnrichedLine::kFields] = {
-                q_entity,        q_date6,        time,         q[q_call], rstSent, q[q_rst_rcvd],
-                parts.base_call, parts.call_ext, band_or_freq, q[q_mode], {},      {},
-                dx.dx_code,      dx.dx_name,     {},           q[q_call], q[q_op], q[q_memo],
-                q[q_rcvd]};
-            out.writeRecord(e);
-        }
-        ++done;
-        if (each) {
-            each();
-        }
-    } while (!in.atEnd() && in.position() < stop);
-    return done;
-}
-
-// A file this long is worked on in two halves side by side.
-constexpr std::size_t kSplitFrom = 1 << 20;
-
-// The start of the first line after the first 60 % of `bytes`; their end when there is none.
-// The second thread gets the smaller part: it shares its processor with the writer thread,
-// which writes what this one turns.
-std::size_t splitPoint(std::string_view bytes)
-{
-    const std::size_t lf = bytes.find('\n', bytes.size() / 5 * 3);
-    return lf == std::string_view::npos ? bytes.size() : lf + 1;
+    const bool ascii = in.next(QsoLine::kFields, q);
+    q_date6.assign(lastChars(q[q_year], 2));
+    appendTwoDigits(q_date6, q[q_month]);
+    appendTwoDigits(q_date6, q[q_day]);
+    const CallViews parts = splitCallViews(q[q_call]);
+    const std::string q_entity = entities.entityOf(parts.lookupCall);
+    const reference::DxccEntry dx = entities.dxcc_lookup(q_entity);
+    const std::string_view band_or_freq =
+        text::trim(useFreq && !q[q_freq].empty() ? q[q_freq] : q[q_band]);
+    const std::string_view time = text::trim(q[q_time]);
+    const std::string_view rstSent = text::trim(q[q_rst_sent]);
+    if (ascii && text::isAsciiText(q_entity) && text::isAsciiText(dx.dx_code) &&
+        text::isAsciiText(dx.dx_name)) {
+        // Every field is ASCII (the date is built from ASCII digits): nothing to encode.
+        line.clear();
+        line.field(q_entity);
+        line.field(q_date6);
+        line.field(time);
+        line.field(q[q_call]);
+        line.field(rstSent);
+        line.field(q[q_rst_rcvd]);
+        line.field(parts.base_call);
+        line.field(parts.call_ext);
+        line.field(band_or_freq);
+        line.field(q[q_mode]);
+        line.emptyField();
+        line.emptyField();
+        line.field(dx.dx_code);
+        line.field(dx.dx_name);
+        line.emptyField();
+        line.field(q[q_call]);
+        line.field(q[q_op]);
+        line.field(q[q_memo]);
+        line.field(q[q_rcvd]);
+        out.writeRaw(line.text());
+    } else {
+        // The fields of the enriched line, in its order.
+        const std::string_view e[EnrichedLine::kFields] = {
+            q_entity,        q_date6,        time,         q[q_call], rstSent, q[q_rst_rcvd],
+            parts.base_call, parts.call_ext, band_or_freq, q[q_mode], {},      {},
+            dx.dx_code,      dx.dx_name,     {},           q[q_call], q[q_op], q[q_memo],
+            q[q_rcvd]};
+        out.writeRecord(e);
+    }
 }
 
 } // namespace
@@ -194,54 +167,13 @@ void bak_sep1(RunContext& ctx)
     ctx.observer.status("  変　換　処　理　中．．．．．", base::Colour::Green);
     ctx.observer.progressRange(ctx.run.line_count + 4);
 
-    const fs::path zlog_1 = ctx.work(base::working::zlog_1);
-    RecordBytes in(zlog_1);
     text::LineWriter out(ctx.work(base::working::zlog_2));
     const bool useFreq = ctx.options.tick("Check17");
     long done = 0;
-    const auto progress = [&ctx, &done] { ctx.observer.progress(++done); };
-
-    // A long file: the second half, from the first line after the middle, is turned on a
-    // second thread into memory while this one turns the first. The halves join when the
-    // first ends right where the second began, as it does whenever every record is one line;
-    // otherwise, or when the second half failed, this thread goes on alone from where it is,
-    // so the result and any failure are those of one pass through the file.
-    std::size_t stop = std::string_view::npos;
-    std::future<std::pair<long, std::string>> secondHalf;
-    if (in.bytes().size() >= kSplitFrom) {
-        stop = splitPoint(in.bytes());
-        secondHalf = std::async(std::launch::async, [&ctx, &zlog_1, stop, useFreq] {
-            RecordBytes rest(zlog_1);
-            rest.skipTo(stop);
-            // An enriched line is some two thirds longer than its common line.
-            text::LineWriter lines =
-                text::LineWriter::inMemory((rest.bytes().size() - stop) * 2);
-            Enricher enricher(ctx.entities, useFreq);
-            const long count = rest.atEnd() ? 0 : enricher.run(rest, std::string_view::npos,
-                                                               lines, nullptr);
-            return std::pair<long, std::string>(count, lines.takeLines());
-        });
-    }
-    Enricher enricher(ctx.entities, useFreq);
-    enricher.run(in, stop, out, progress);
-    if (secondHalf.valid()) {
-        std::pair<long, std::string> half;
-        bool joined = false;
-        try {
-            half = secondHalf.get();
-            joined = in.position() == stop;
-        } catch (...) {
-            // Read again below, failing where one pass fails.
-        }
-        if (joined) {
-            out.writeLines(std::move(half.second));
-            for (long i = 0; i < half.first; ++i) {
-                progress();
-            }
-        } else if (!in.atEnd()) {
-            enricher.run(in, std::string_view::npos, out, progress);
-        }
-    }
+    turnRecords<RecordBytes>(
+        ctx.work(base::working::zlog_1), out,
+        [&ctx, useFreq] { return Enricher(ctx.entities, useFreq); },
+        [&ctx, &done] { ctx.observer.progress(++done); });
     out.close();
     ctx.observer.progress(0);
 }

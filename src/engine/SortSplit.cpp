@@ -1,10 +1,11 @@
 #include "engine/SortSplit.h"
 
 #include "base/WorkingFiles.h"
+#include "engine/SideBySide.h"
 #include "failure/Failure.h"
 #include "text/ByteKeySort.h"
-#include "text/FileBytes.h"
 #include "text/Chars.h"
+#include "text/FileBytes.h"
 #include "text/LineFile.h"
 #include "text/Record.h"
 #include "text/SjisCodec.h"
@@ -89,6 +90,12 @@ public:
     }
 
     bool atEnd() const { return m_pos >= m_bytes.size(); }
+    /// The offset of the next record's first byte in the file.
+    std::size_t position() const { return m_pos; }
+    /// The file's bytes.
+    std::string_view bytes() const { return m_bytes.view(); }
+    /// Reads on from `offset`, which is taken to be the start of a record.
+    void skipTo(std::size_t offset) { m_pos = offset; }
 
     /// The next record into `f`. Throws Failure 62 when the file ends first.
     void next(RawFields& f)
@@ -225,39 +232,46 @@ void appendQuoted(std::string& line, std::string_view field)
     line.push_back('"');
 }
 
+// Keys one record of `reader` into `out`.
+void keyRecord(RawRecords& reader, RawFields& f, std::string& line, bool frequencies, int kind,
+               text::LineWriter& out)
+{
+    reader.next(f);
+    if (!reader.ascii(f)) {
+        const SortRecord r = SortRecord::from(RawRecords::decoded(f));
+        out.writeRecord(keyedFields(r, sortKey(r, kind, frequencies)));
+        return;
+    }
+    line.assign(1, '"');
+    appendAsciiSortKey(line, f[0], f[4], f[5], f[10], f[11], f[17], kind, frequencies);
+    line.push_back('"');
+    if (reader.plain()) {
+        // The record as it was read, the key in front and the manager field left out.
+        line.push_back(',');
+        line.append(RawRecords::quoted(f, 0, 16));
+        line.push_back(',');
+        line.append(RawRecords::quoted(f, 18, 22));
+    } else {
+        for (std::size_t i = 0; i < SortRecord::kFields; ++i) {
+            if (i != 17) {
+                appendQuoted(line, f[i]);
+            }
+        }
+    }
+    out.writeRaw(line);
+}
+
 // Keys the records of `in` (read at least once: the sentinel is always there) into `out`.
 void keyFile(RunContext& ctx, const fs::path& in, text::LineWriter& out)
 {
-    RawRecords reader(in);
     const bool frequencies = ctx.options.tick("Check17");
     const int kind = ctx.run.sort_kind;
-    RawFields f;
-    std::string line;
-    do {
-        reader.next(f);
-        if (!reader.ascii(f)) {
-            const SortRecord r = SortRecord::from(RawRecords::decoded(f));
-            out.writeRecord(keyedFields(r, sortKey(r, kind, frequencies)));
-            continue;
-        }
-        line.assign(1, '"');
-        appendAsciiSortKey(line, f[0], f[4], f[5], f[10], f[11], f[17], kind, frequencies);
-        line.push_back('"');
-        if (reader.plain()) {
-            // The record as it was read, the key in front and the manager field left out.
-            line.push_back(',');
-            line.append(RawRecords::quoted(f, 0, 16));
-            line.push_back(',');
-            line.append(RawRecords::quoted(f, 18, 22));
-        } else {
-            for (std::size_t i = 0; i < SortRecord::kFields; ++i) {
-                if (i != 17) {
-                    appendQuoted(line, f[i]);
-                }
-            }
-        }
-        out.writeRaw(line);
-    } while (!reader.atEnd());
+    turnRecords<RawRecords>(in, out, [frequencies, kind] {
+        return [frequencies, kind, f = RawFields(), line = std::string()](
+                   RawRecords& reader, text::LineWriter& out) mutable {
+            keyRecord(reader, f, line, frequencies, kind, out);
+        };
+    });
 }
 
 // The result record of a keyed record `k`; `date8`, `time6` and `qsl3` receive the three
@@ -403,41 +417,58 @@ void writePlainResult(LineBuilder& line, const RawFields& k, bool singles, const
     line.put(RawRecords::quoted(k, 15, 22));
 }
 
-// Turns a sorted keyed file into result records; the sentinel is dropped. `singles` says
-// whether a "J" route of the card mark takes the operator's bureau mark.
-void writeResults(RunContext& ctx, const fs::path& in, bool singles, text::LineWriter& out)
+// Turns one keyed record of `reader` into a result record; the sentinel is dropped.
+// `singles` says whether a "J" route of the card mark takes the operator's bureau mark.
+struct ResultWriter
 {
-    const std::string& QSL_Q = ctx.run.QSL_Q;
-    const bool asciiMark = text::isAsciiText(QSL_Q);
-    RawRecords reader(in);
-    RawFields k;
+    ResultWriter(const std::string& QSL_Q, bool asciiMark, bool singles)
+        : QSL_Q(QSL_Q), asciiMark(asciiMark), singles(singles)
+    {
+    }
+
+    const std::string& QSL_Q;
+    const bool asciiMark;
+    const bool singles;
+    RawFields k{};
     std::string date8, time6, qsl3;
     LineBuilder line;
-    do {
+
+    void operator()(RawRecords& reader, text::LineWriter& out)
+    {
         reader.next(k);
         // ASCII bytes decode to themselves and no other bytes decode to ASCII, so the call is
         // compared undecoded.
         if (k[1] == "AAAAAA") {
-            continue;
+            return;
         }
         if (!reader.ascii(k)) {
             const std::vector<std::string> decoded = RawRecords::decoded(k);
             out.writeRecord(resultFields(decoded, singles, QSL_Q, date8, time6, qsl3));
-            continue;
+            return;
         }
         if (asciiMark && reader.plain()) {
             writePlainResult(line, k, singles, QSL_Q);
             out.writeRaw(line.view());
-            continue;
+            return;
         }
         const auto fields = resultFields(k, singles, QSL_Q, date8, time6, qsl3);
         if (!text::isAsciiText(qsl3)) {
             out.writeRecord(fields);
-            continue;
+            return;
         }
         putQuoted(line, fields);
         out.writeRaw(line.view());
-    } while (!reader.atEnd());
+    }
+};
+
+// Turns a sorted keyed file into result records (read at least once).
+void writeResults(RunContext& ctx, const fs::path& in, bool singles, text::LineWriter& out)
+{
+    const std::string& QSL_Q = ctx.run.QSL_Q;
+    const bool asciiMark = text::isAsciiText(QSL_Q);
+    turnRecords<RawRecords>(in, out, [&QSL_Q, asciiMark, singles] {
+        return ResultWriter(QSL_Q, asciiMark, singles);
+    });
 }
 
 // The split of sorted raw lines into runs of equal keys. `single` and `multiple` receive the

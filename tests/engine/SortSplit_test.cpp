@@ -324,12 +324,27 @@ struct StageOrder
     bool frequencies;
     int sort_wake;
     const char* QSL_Q;
+    // How many times the records stand in the files: many make files long enough to be
+    // worked on in two parts side by side.
+    int copies = 1;
 };
 
 void PrintTo(const StageOrder& o, std::ostream* os)
 {
     *os << "kind " << o.sort_kind << (o.frequencies ? ", frequencies" : ", bands")
-        << (o.sort_wake == 1 ? ", split" : ", together");
+        << (o.sort_wake == 1 ? ", split" : ", together") << ", " << o.copies << " copies";
+}
+
+// `records` (ending in the sentinel) `copies` times over, with one sentinel at the end.
+std::string copiesOf(const std::string& records, int copies)
+{
+    const std::string sentinel = std::string(engine::kSentinel) + "\r\n";
+    const std::string body = records.substr(0, records.size() - sentinel.size());
+    std::string out;
+    for (int i = 0; i < copies; ++i) {
+        out += body;
+    }
+    return out + sentinel;
 }
 
 class SortSplitReadingUndecoded : public ::testing::TestWithParam<StageOrder>
@@ -349,8 +364,8 @@ TEST_P(SortSplitReadingUndecoded, GivesTheBytesOfDecodedWholeRecords)
     c.run.sort_kind = static_cast<std::int16_t>(order.sort_kind);
     c.run.QSL_Q = order.QSL_Q;
     c.run.names.out_name_con0 = (s.dir / "LOG_c0.csv").string();
-    const std::string singles = mixedRecords(order.sort_kind >= 3);
-    const std::string multiples = mixedRecords(false);
+    const std::string singles = copiesOf(mixedRecords(order.sort_kind >= 3), order.copies);
+    const std::string multiples = copiesOf(mixedRecords(false), order.copies);
     test::writeBytes(s.work(base::working::semp_s), singles);
     test::writeBytes(s.work(base::working::semp_d), multiples);
 
@@ -393,7 +408,7 @@ TEST_P(SortSplitReadingUndecoded, GivesTheBytesOfDecodedWholeRecords)
     const std::string result = test::readBytes(c.run.names.out_name_con0);
     EXPECT_EQ(result, test::readBytes(expected / "LOG_c0.csv"));
     // Every record but the two sentinels came through, kanji and all.
-    EXPECT_EQ(std::count(result.begin(), result.end(), '\n'), 16);
+    EXPECT_EQ(std::count(result.begin(), result.end(), '\n'), 16 * order.copies);
     EXPECT_NE(result.find(text::encodeSjis("山田")), std::string::npos);
     EXPECT_NE(result.find("\xFA\x5C\xFA\x5C"), std::string::npos);
 }
@@ -403,12 +418,15 @@ INSTANTIATE_TEST_SUITE_P(
     ::testing::Values(StageOrder{1, false, 1, "J"}, StageOrder{1, true, 1, "Ｊ"},
                       StageOrder{2, false, 1, "B"}, StageOrder{3, false, 1, ""},
                       StageOrder{4, true, 1, "J"}, StageOrder{1, false, 0, "J"},
-                      StageOrder{3, true, 0, "Ｊ"}, StageOrder{0, false, 1, "J"}),
+                      StageOrder{3, true, 0, "Ｊ"}, StageOrder{0, false, 1, "J"},
+                      StageOrder{1, false, 1, "J", 1500}, StageOrder{3, true, 1, "Ｊ", 1500},
+                      StageOrder{4, false, 0, "J", 1500}),
     [](const ::testing::TestParamInfo<StageOrder>& info) {
         const StageOrder& o = info.param;
         return "Kind" + std::to_string(o.sort_kind) + (o.frequencies ? "Frequencies" : "Bands") +
                (o.sort_wake == 1 ? "Split" : "Together") + "Mark" +
-               std::to_string(std::string_view(o.QSL_Q).size()) + "Bytes";
+               std::to_string(std::string_view(o.QSL_Q).size()) + "Bytes" +
+               (o.copies > 1 ? std::to_string(o.copies) + "Copies" : "");
     });
 
 TEST(SortSplit, TheAsciiKeyIsTheKeyOfTheWholeRecord)
