@@ -2,13 +2,13 @@
 
 #include "base/WorkingFiles.h"
 #include "engine/Records.h"
-#include "engine/SideBySide.h"
 #include "failure/Failure.h"
 #include "reference/EntityLookup.h"
 #include "text/Chars.h"
 #include "text/LineFile.h"
 #include "text/RecordBytes.h"
 #include "text/Record.h"
+#include "text/SideBySide.h"
 #include "text/SjisCodec.h"
 #include "text/Utf8.h"
 
@@ -170,7 +170,7 @@ void bak_sep1(RunContext& ctx)
     text::LineWriter out(ctx.work(base::working::zlog_2));
     const bool useFreq = ctx.options.tick("Check17");
     long done = 0;
-    turnRecords<RecordBytes>(
+    text::turnRecords<RecordBytes>(
         ctx.work(base::working::zlog_1), out,
         [&ctx, useFreq] { return Enricher(ctx.entities, useFreq); },
         [&ctx, &done] { ctx.observer.progress(++done); });

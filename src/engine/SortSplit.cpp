@@ -1,13 +1,13 @@
 #include "engine/SortSplit.h"
 
 #include "base/WorkingFiles.h"
-#include "engine/SideBySide.h"
 #include "failure/Failure.h"
 #include "text/ByteKeySort.h"
 #include "text/Chars.h"
 #include "text/FileBytes.h"
 #include "text/LineFile.h"
 #include "text/Record.h"
+#include "text/SideBySide.h"
 #include "text/SjisCodec.h"
 #include "text/SjisText.h"
 #include "text/Utf8.h"
@@ -266,7 +266,7 @@ void keyFile(RunContext& ctx, const fs::path& in, text::LineWriter& out)
 {
     const bool frequencies = ctx.options.tick("Check17");
     const int kind = ctx.run.sort_kind;
-    turnRecords<RawRecords>(in, out, [frequencies, kind] {
+    text::turnRecords<RawRecords>(in, out, [frequencies, kind] {
         return [frequencies, kind, f = RawFields(), line = std::string()](
                    RawRecords& reader, text::LineWriter& out) mutable {
             keyRecord(reader, f, line, frequencies, kind, out);
@@ -466,7 +466,7 @@ void writeResults(RunContext& ctx, const fs::path& in, bool singles, text::LineW
 {
     const std::string& QSL_Q = ctx.run.QSL_Q;
     const bool asciiMark = text::isAsciiText(QSL_Q);
-    turnRecords<RawRecords>(in, out, [&QSL_Q, asciiMark, singles] {
+    text::turnRecords<RawRecords>(in, out, [&QSL_Q, asciiMark, singles] {
         return ResultWriter(QSL_Q, asciiMark, singles);
     });
 }

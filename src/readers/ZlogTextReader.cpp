@@ -7,6 +7,7 @@
 #include "text/Chars.h"
 #include "text/LineFile.h"
 #include "text/Record.h"
+#include "text/SideBySide.h"
 #include "readers/ExchangeAnalysis.h"
 #include "text/SjisCodec.h"
 #include "text/SjisText.h"
@@ -149,100 +150,108 @@ void readZlogText(const ReaderContext& ctx, Form form)
     text::LineWriter out(ctx.work(base::working::zlog_1));
     in.next(); // the first line names the logger or titles the columns
 
-    QsoLine q;
-    long done = 0;
-    std::string line;
-    do {
-        const std::string_view raw = in.nextRaw();
-        if (text::isAsciiText(raw)) {
-            line.assign(raw);
-        } else {
-            line = text::decodeSjis(raw);
-        }
-        if (form == Form::Txt) {
-            std::string t = trimmed(line);
-            if (t.empty()) {
-                // A blank line has no first piece to look at.
-                throw failure::Failure(failure::SubscriptOutOfRange,
-                                   "インデックスが有効範囲にありません。");
+    // Each line is turned on its own, telling whether it was written; a long log is turned in
+    // two parts side by side.
+    const auto makeWorker = [&run, form, operatorFilter, frequencies, &year] {
+        return [&run, form, operatorFilter, frequencies, &year, q = QsoLine(),
+                line = std::string()](text::LineReader& in, text::LineWriter& out) mutable {
+            const std::string_view raw = in.nextRaw();
+            if (text::isAsciiText(raw)) {
+                line.assign(raw);
+            } else {
+                line = text::decodeSjis(raw);
             }
-            if (text::charCount(t.substr(0, t.find(' '))) == 1) {
-                t = "0" + t;
+            if (form == Form::Txt) {
+                std::string t = trimmed(line);
+                if (t.empty()) {
+                    // A blank line has no first piece to look at.
+                    throw failure::Failure(failure::SubscriptOutOfRange,
+                                       "インデックスが有効範囲にありません。");
+                }
+                if (text::charCount(t.substr(0, t.find(' '))) == 1) {
+                    t = "0" + t;
+                }
+                line = trimmed(t);
             }
-            line = trimmed(t);
-        }
-        line.append(20, ' ');
-        const Columns column(line);
+            line.append(20, ' ');
+            const Columns column(line);
 
-        if (form == Form::All) {
-            q.q_year = column(1, 4);
-            q.q_month = column.trimmed(6, 2);
-            q.q_day = column.trimmed(9, 2);
-            q.q_time = column(12, 2) + column(15, 2);
-            q.q_call = column(18, 13);
-            q.q_rst_sent = column(31, 3);
-            q.q_rst_rcvd = column(43, 3);
-            q.q_rcvd = firstWord(column(47, 9));
-            q.q_band = column.trimmed(67, 4);
-            q.q_mode = column.trimmed(72, 3);
-            if (text::contains(q.q_mode, "PSK")) {
-                const std::string five = column.trimmed(72, 5);
-                if (text::contains(five, "PSK3")) {
-                    q.q_mode = "PSK31";
-                } else if (text::contains(five, "PSK6")) {
-                    q.q_mode = "PSK63";
+            if (form == Form::All) {
+                q.q_year = column(1, 4);
+                q.q_month = column.trimmed(6, 2);
+                q.q_day = column.trimmed(9, 2);
+                q.q_time = column(12, 2) + column(15, 2);
+                q.q_call = column(18, 13);
+                q.q_rst_sent = column(31, 3);
+                q.q_rst_rcvd = column(43, 3);
+                q.q_rcvd = firstWord(column(47, 9));
+                q.q_band = column.trimmed(67, 4);
+                q.q_mode = column.trimmed(72, 3);
+                if (text::contains(q.q_mode, "PSK")) {
+                    const std::string five = column.trimmed(72, 5);
+                    if (text::contains(five, "PSK3")) {
+                        q.q_mode = "PSK31";
+                    } else if (text::contains(five, "PSK6")) {
+                        q.q_mode = "PSK63";
+                    }
+                }
+                if ((operatorFilter && text::contains(line, "%")) || run.use.op) {
+                    operatorRule(line, q.q_op);
+                } else {
+                    q.q_op.clear();
+                }
+                if (frequencies && text::contains(line, "(")) {
+                    frequencyInParentheses(line, q.q_band, q.q_freq);
+                } else {
+                    q.q_freq.clear();
+                }
+                q.q_memo = (run.use.memo || run.use.memoEquals) ? memoRule(line, form) : std::string();
+            } else {
+                q.q_year = year;
+                q.q_month = text::right("0" + column.trimmed(1, 2), 2);
+                q.q_day = text::right("0" + column.trimmed(5, 2), 2);
+                q.q_time = column.trimmed(8, 4);
+                q.q_call = column(13, 11);
+                q.q_rst_sent = column.trimmed(24, 3);
+                q.q_rst_rcvd = column.trimmed(37, 3);
+                q.q_rcvd = firstWord(column(40, 9));
+                q.q_band = column(58, 3);
+                q.q_mode = column(64, 3);
+                if (frequencies && text::contains(line, "(")) {
+                    frequencyInParentheses(line, q.q_band, q.q_freq);
+                } else {
+                    q.q_freq.clear();
+                }
+                if ((operatorFilter && text::contains(line, "%")) || run.use.opPercent || run.use.op) {
+                    operatorRule(line, q.q_op);
+                } else {
+                    q.q_op.clear();
+                }
+                q.q_memo = (run.use.memo || run.use.memoEquals) ? memoRule(line, form) : std::string();
+                if (run.use.iota) {
+                    iotaRule(q.q_rcvd, q.q_memo);
                 }
             }
-            if ((operatorFilter && text::contains(line, "%")) || run.use.op) {
-                operatorRule(line, q.q_op);
-            } else {
-                q.q_op.clear();
-            }
-            if (frequencies && text::contains(line, "(")) {
-                frequencyInParentheses(line, q.q_band, q.q_freq);
-            } else {
-                q.q_freq.clear();
-            }
-            q.q_memo = (run.use.memo || run.use.memoEquals) ? memoRule(line, form) : std::string();
-        } else {
-            q.q_year = year;
-            q.q_month = text::right("0" + column.trimmed(1, 2), 2);
-            q.q_day = text::right("0" + column.trimmed(5, 2), 2);
-            q.q_time = column.trimmed(8, 4);
-            q.q_call = column(13, 11);
-            q.q_rst_sent = column.trimmed(24, 3);
-            q.q_rst_rcvd = column.trimmed(37, 3);
-            q.q_rcvd = firstWord(column(40, 9));
-            q.q_band = column(58, 3);
-            q.q_mode = column(64, 3);
-            if (frequencies && text::contains(line, "(")) {
-                frequencyInParentheses(line, q.q_band, q.q_freq);
-            } else {
-                q.q_freq.clear();
-            }
-            if ((operatorFilter && text::contains(line, "%")) || run.use.opPercent || run.use.op) {
-                operatorRule(line, q.q_op);
-            } else {
-                q.q_op.clear();
-            }
-            q.q_memo = (run.use.memo || run.use.memoEquals) ? memoRule(line, form) : std::string();
-            if (run.use.iota) {
-                iotaRule(q.q_rcvd, q.q_memo);
-            }
-        }
-        q.q_memo = trimmed(q.q_memo);
-        q.q_freq = trimmed(q.q_freq);
+            q.q_memo = trimmed(q.q_memo);
+            q.q_freq = trimmed(q.q_freq);
 
-        const bool dropped =
-            operatorFilter && !run.op_filter_name.empty() && q.q_op != run.op_filter_name;
-        if (!dropped) {
-            out.writeRecord(q.fields());
-            if (form == Form::All) {
+            const bool dropped =
+                operatorFilter && !run.op_filter_name.empty() && q.q_op != run.op_filter_name;
+            if (!dropped) {
+                out.writeRecord(q.fields());
+            }
+            return !dropped;
+        };
+    };
+    long done = 0;
+    text::turnRecords(
+        in, [&run] { return text::LineReader(run.in_name); }, out, makeWorker,
+        [&ctx, &run, form, &done](bool written) {
+            if (written && form == Form::All) {
                 ++run.written_count;
             }
-        }
-        ctx.observer.progress(++done);
-    } while (!in.atEnd());
+            ctx.observer.progress(++done);
+        });
 
     ctx.observer.progress(0);
     out.close();

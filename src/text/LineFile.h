@@ -41,6 +41,12 @@ public:
     static LineReader ofWorkingFile(const std::filesystem::path& path);
 
     bool atEnd() const { return m_pos >= m_bytes.size(); }
+    /// The offset of the next line's first byte in the file.
+    std::size_t position() const { return m_pos; }
+    /// The file's bytes.
+    std::string_view bytes() const { return m_bytes.view(); }
+    /// Reads on from `offset`, which is taken to be the start of a line.
+    void skipTo(std::size_t offset) { m_pos = offset; }
     /// The next line, decoded. Throws Failure 62 at the end of the file.
     std::string next();
     /// The next line as raw bytes. Throws Failure 62 at the end of the file.

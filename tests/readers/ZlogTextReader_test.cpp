@@ -525,3 +525,116 @@ TEST(ZlogRealData, AllFormOfTheFixtureGivesEveryQso)
         EXPECT_EQ(txtRecs[i][Op], allRecs[i][Op]) << i;
     }
 }
+
+namespace {
+
+// What a reading of `lines` gave: the bytes of zlog_1.txt, the progress, the count of lines
+// written and the failure.
+struct Reading
+{
+    std::string zlog_1;
+    std::vector<long> progress;
+    long written = 0;
+    int failure = 0;
+};
+
+Reading readLog(const std::vector<std::string>& lines, const char* name, const char* letter)
+{
+    ReaderRun r;
+    r.options.set("Check02", "1");
+    r.options.set("txtOp_name", "JA1");
+    const auto path = r.dir / name;
+    test::writeSjisLines(path, lines);
+    engine::RunContext& c = r.context(r.options);
+    c.run.in_name = path.string();
+    c.run.chosen_name = path.string();
+    c.run.file_letter = letter;
+    c.run.op_filter_name = r.options.value("txtOp_name");
+    Reading out;
+    try {
+        readers::henkan_at_2_t(c);
+    } catch (const failure::Failure& f) {
+        out.failure = f.number();
+    }
+    out.zlog_1 = test::readBytes(r.work("zlog_1.txt"));
+    out.progress = r.observer.progressValues;
+    out.written = c.run.written_count;
+    return out;
+}
+
+// A long log of every kind of line: operators kept and dropped by the filter, memos, kanji.
+std::vector<std::string> longLog(bool txt, int first, int last)
+{
+    std::vector<std::string> lines;
+    for (int i = first; i < last; ++i) {
+        const std::string call = (i % 3 == 0 ? "JA" : "W") + std::to_string(i % 10) + "Z" +
+                                 std::to_string(i);
+        const std::string memo = i % 4 == 0 ? "%%JA1%%" : i % 4 == 1 ? "%%JA2%% 山田" : "";
+        if (txt) {
+            TxtQso q;
+            q.call = call;
+            q.memo = memo;
+            lines.push_back(txtLine(q));
+        } else {
+            AllQso q;
+            q.call = call;
+            q.memo = memo;
+            lines.push_back(allLine(q));
+        }
+    }
+    return lines;
+}
+
+} // namespace
+
+// A long log is read in two parts side by side; what comes out is what one pass gives, as the
+// two halves of its lines give it one after the other (each short enough for one pass).
+TEST(ZlogTextReaders, ALongLogGivesWhatOnePassGives)
+{
+    constexpr int kLines = 16000;
+    for (const bool txt : {false, true}) {
+        const char* name = txt ? "LONG.TXT" : "LONG.ALL";
+        const char* letter = txt ? "T" : "A";
+        const std::string header = txt ? kTxtHeader : kAllHeader;
+        auto withHeader = [&header](std::vector<std::string> lines) {
+            lines.insert(lines.begin(), header);
+            return lines;
+        };
+        const std::vector<std::string> lines = withHeader(longLog(txt, 0, kLines));
+        std::size_t bytes = 0;
+        for (const std::string& line : lines) {
+            bytes += line.size() + 2;
+        }
+        ASSERT_GT(bytes, 1u << 20) << "long enough to be read in two parts";
+        const Reading whole = readLog(lines, name, letter);
+        const Reading first = readLog(withHeader(longLog(txt, 0, kLines / 2)), name, letter);
+        const Reading second = readLog(withHeader(longLog(txt, kLines / 2, kLines)), name, letter);
+        EXPECT_EQ(whole.failure, 0) << name;
+        EXPECT_EQ(whole.zlog_1, first.zlog_1 + second.zlog_1) << name;
+        EXPECT_EQ(whole.written, txt ? 0 : first.written + second.written) << name;
+        EXPECT_EQ(whole.written, txt ? 0 : kLines / 4) << name;
+        std::vector<long> progress;
+        for (long i = 1; i <= kLines; ++i) {
+            progress.push_back(i);
+        }
+        progress.push_back(0);
+        EXPECT_EQ(whole.progress, progress) << name;
+    }
+}
+
+TEST(ZlogTextReaders, ALongTxtLogWithABlankLineNearItsEndFailsAsOnePassFails)
+{
+    constexpr int kLines = 16000;
+    std::vector<std::string> lines = longLog(true, 0, kLines);
+    lines.insert(lines.begin(), kTxtHeader);
+    lines.insert(lines.end() - 10, "");
+    const Reading whole = readLog(lines, "LONG.TXT", "T");
+    std::vector<std::string> before = longLog(true, 0, kLines - 10);
+    before.insert(before.begin(), kTxtHeader);
+    const Reading expected = readLog(before, "LONG.TXT", "T");
+    EXPECT_NE(whole.failure, 0);
+    EXPECT_EQ(whole.zlog_1, expected.zlog_1);
+    std::vector<long> progress = expected.progress;
+    progress.pop_back();
+    EXPECT_EQ(whole.progress, progress);
+}

@@ -1,0 +1,132 @@
+#pragma once
+
+#include "text/LineFile.h"
+
+#include <algorithm>
+#include <cstddef>
+#include <filesystem>
+#include <future>
+#include <string>
+#include <string_view>
+#include <type_traits>
+#include <utility>
+#include <vector>
+
+namespace vornhale::text {
+
+/// Turns the records of `in`, from where it stands, one by one into lines of `out`:
+/// `makeWorker()` gives a worker, and `worker(reader, lines)` reads one record from `reader`
+/// and writes what it makes of it to `lines`; `reopen()` gives another reader of the same
+/// bytes. The first record is read before the end is tested, as every stage reads.
+/// `afterEach` follows each record, in the file's order, given what the worker returned for
+/// it (nothing when it returns nothing).
+///
+/// A long file is worked on in two parts side by side: the part from the first line after
+/// some 60 % of the bytes is turned on a second thread into memory while this one turns the
+/// part before it. (The second thread gets the smaller part: it shares its processor with the
+/// writer thread, which writes what this one turns.) The parts join when the first ends right
+/// where the second began, as it does whenever every record is one line; otherwise, or when
+/// the second part failed, this thread goes on alone from where it is, so the lines, the
+/// calls of `afterEach` and any failure are those of one pass through the file. Each worker
+/// must touch nothing but its own state, the reader and the lines it is given.
+template <typename Reader, typename Reopen, typename MakeWorker, typename AfterEach>
+void turnRecords(Reader& in, const Reopen& reopen, LineWriter& out, const MakeWorker& makeWorker,
+                 const AfterEach& afterEach)
+{
+    using Worker = decltype(makeWorker());
+    using Result = decltype(std::declval<Worker&>()(in, out));
+    // What the second part's records gave, for `afterEach` once the parts join.
+    using Results = std::conditional_t<std::is_void_v<Result>, long, std::vector<Result>>;
+    struct Part
+    {
+        Results results{};
+        std::string lines;
+    };
+    auto turnOne = [&afterEach](Worker& worker, Reader& reader, LineWriter& lines) {
+        if constexpr (std::is_void_v<Result>) {
+            worker(reader, lines);
+            afterEach();
+        } else {
+            afterEach(worker(reader, lines));
+        }
+    };
+
+    constexpr std::size_t kSplitFrom = 1 << 20;
+    std::size_t stop = std::string_view::npos;
+    std::future<Part> second;
+    if (in.bytes().size() >= kSplitFrom) {
+        const std::string_view bytes = in.bytes();
+        const std::size_t from = std::max(in.position(), bytes.size() / 5 * 3);
+        const std::size_t lf = bytes.find('\n', from);
+        stop = lf == std::string_view::npos ? bytes.size() : lf + 1;
+        second = std::async(std::launch::async, [&reopen, stop, &makeWorker] {
+            Reader rest = reopen();
+            rest.skipTo(stop);
+            // Lines made from records are seldom more than twice as long as the records.
+            LineWriter lines = LineWriter::inMemory((rest.bytes().size() - stop) * 2);
+            Worker worker = makeWorker();
+            Part part;
+            while (!rest.atEnd()) {
+                if constexpr (std::is_void_v<Result>) {
+                    worker(rest, lines);
+                    ++part.results;
+                } else {
+                    part.results.push_back(worker(rest, lines));
+                }
+            }
+            part.lines = lines.takeLines();
+            return part;
+        });
+    }
+    Worker worker = makeWorker();
+    auto turn = [&](std::size_t until) {
+        do {
+            turnOne(worker, in, out);
+        } while (!in.atEnd() && in.position() < until);
+    };
+    turn(stop);
+    if (!second.valid()) {
+        return;
+    }
+    Part part;
+    bool joined = false;
+    try {
+        part = second.get();
+        joined = in.position() == stop;
+    } catch (...) {
+        // Read again below, failing where one pass fails.
+    }
+    if (joined) {
+        out.writeLines(std::move(part.lines));
+        if constexpr (std::is_void_v<Result>) {
+            for (long i = 0; i < part.results; ++i) {
+                afterEach();
+            }
+        } else {
+            for (auto&& result : part.results) {
+                afterEach(result);
+            }
+        }
+    } else if (!in.atEnd()) {
+        turn(std::string_view::npos);
+    }
+}
+
+/// As above, for the records of a whole working file, with nothing to do after each.
+template <typename Reader, typename MakeWorker>
+void turnRecords(const std::filesystem::path& path, LineWriter& out, const MakeWorker& makeWorker)
+{
+    Reader in(path);
+    turnRecords(in, [&path] { return Reader(path); }, out, makeWorker, [](auto&&...) {});
+}
+
+/// As above, with `afterEach` after each record.
+template <typename Reader, typename MakeWorker, typename AfterEach>
+void turnRecords(const std::filesystem::path& path, LineWriter& out, const MakeWorker& makeWorker,
+                 const AfterEach& afterEach)
+{
+    Reader in(path);
+    turnRecords(in, [&path] { return Reader(path); }, out, makeWorker, afterEach);
+}
+
+} // namespace vornhale::text
