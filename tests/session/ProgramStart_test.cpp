@@ -428,16 +428,36 @@ TEST(ProgramStart, ANewProgramFolderGetsTheSystemPrefixListButKeepsItsOwn)
     ::unsetenv("VORNHALE_CTY_DAT");
 }
 
+namespace {
+
+// The sample log to convert, in a program folder that takes the system's prefix list (named
+// by the environment until the end of the test).
+struct SampleWithSystemList
+{
+    static constexpr const char* kSystemCty = "/usr/share/hamradio-files/cty.dat";
+    static bool present() { return fs::is_regular_file(kSystemCty); }
+
+    SampleWithSystemList()
+    {
+        ::setenv("VORNHALE_CTY_DAT", kSystemCty, 1);
+        fs::copy_file(test::sourceDir() / "data" / "sample" / "SAMPLE2026.ALL", log);
+    }
+    ~SampleWithSystemList() { ::unsetenv("VORNHALE_CTY_DAT"); }
+
+    test::TempDir dir;
+    fs::path log = dir / "T.ALL";
+};
+
+} // namespace
+
 TEST(ProgramStart, ASecondConversionOfOneStartSkipsThePreparationOfTheMasters)
 {
-    const fs::path systemCty = "/usr/share/hamradio-files/cty.dat";
-    if (!fs::is_regular_file(systemCty)) {
+    if (!SampleWithSystemList::present()) {
         GTEST_SKIP() << "Debian's hamradio-files (cty.dat) is not installed";
     }
-    ::setenv("VORNHALE_CTY_DAT", systemCty.c_str(), 1);
-    test::TempDir dir;
-    const fs::path log = dir / "T.ALL";
-    fs::copy_file(test::sourceDir() / "data" / "sample" / "SAMPLE2026.ALL", log);
+    SampleWithSystemList sample;
+    const test::TempDir& dir = sample.dir;
+    const fs::path& log = sample.log;
     test::RecordingDialogs dialogs;
     test::RecordingObserver observer;
     auto startAndConvert = [&](session::Session& s) {
@@ -472,21 +492,18 @@ TEST(ProgramStart, ASecondConversionOfOneStartSkipsThePreparationOfTheMasters)
     session::Session second(dir / "home", dialogs);
     ASSERT_EQ(startAndConvert(second).end, session::RunOutcome::End::Done);
     EXPECT_TRUE(fs::exists(shortMaster));
-    ::unsetenv("VORNHALE_CTY_DAT");
 }
 
 // The masters are made beside the conversion's first steps, yet the trace tells them first,
 // and a failure of theirs is the run's failure with nothing of those steps in the trace.
 TEST(ProgramStart, TheMastersMadeBesideTheFirstStepsComeFirstInTheTraceAndInAFailure)
 {
-    const fs::path systemCty = "/usr/share/hamradio-files/cty.dat";
-    if (!fs::is_regular_file(systemCty)) {
+    if (!SampleWithSystemList::present()) {
         GTEST_SKIP() << "Debian's hamradio-files (cty.dat) is not installed";
     }
-    ::setenv("VORNHALE_CTY_DAT", systemCty.c_str(), 1);
-    test::TempDir dir;
-    const fs::path log = dir / "T.ALL";
-    fs::copy_file(test::sourceDir() / "data" / "sample" / "SAMPLE2026.ALL", log);
+    SampleWithSystemList sample;
+    const test::TempDir& dir = sample.dir;
+    const fs::path& log = sample.log;
     test::RecordingDialogs dialogs;
     test::RecordingObserver observer;
     auto linesFrom = [](session::Session& s, const std::string& first) {
@@ -533,5 +550,4 @@ TEST(ProgramStart, TheMastersMadeBesideTheFirstStepsComeFirstInTheTraceAndInAFai
     EXPECT_LT(reader, static_cast<long>(run.size()));
     EXPECT_TRUE(fs::exists(dir / "T_hn.csv"));
     s.end(true);
-    ::unsetenv("VORNHALE_CTY_DAT");
 }
