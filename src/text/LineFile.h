@@ -4,8 +4,8 @@
 
 #include <cstdio>
 #include <filesystem>
-#include <memory>
 #include <initializer_list>
+#include <memory>
 #include <string>
 #include <string_view>
 #include <vector>
