@@ -19,6 +19,7 @@
 #include "settings/RemarkHistory.h"
 #include "tools/DuplicateList.h"
 #include "text/Chars.h"
+#include "text/FileBytes.h"
 #include "text/LineFile.h"
 #include "text/WriteBehind.h"
 
@@ -180,6 +181,8 @@ void cmd_henkan(RunContext& ctx, const RemarkLayout& layout)
 
     reader->read(ctx);
     mastersMade(ctx);
+    // The stages after the reader never read the log: the bytes kept of it go.
+    text::keepReadsOf({});
 
     bak_sep1(ctx);
     if (layout.use().state && ctx.lookups != nullptr) {

@@ -59,4 +59,8 @@ void keepReadsOf(const std::filesystem::path& path);
 /// other file. Throws as `readFileBytes` does when the kept input cannot be read.
 std::shared_ptr<const std::string> keptBytesOf(const std::filesystem::path& path);
 
+/// The bytes of `path` when it is the kept input and was read already, unchanged since; null
+/// otherwise. Never reads.
+std::shared_ptr<const std::string> keptBytesIfRead(const std::filesystem::path& path);
+
 } // namespace vornhale::text

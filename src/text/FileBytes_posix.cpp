@@ -94,6 +94,18 @@ std::shared_ptr<const std::string> keptBytesOf(const std::filesystem::path& path
     return bytes;
 }
 
+std::shared_ptr<const std::string> keptBytesIfRead(const std::filesystem::path& path)
+{
+    KeptInput& k = kept();
+    const std::lock_guard lock(k.mutex);
+    Stamp now;
+    if (k.bytes == nullptr || path.lexically_normal() != k.path || !stampOf(path, now) ||
+        !(now == k.stamp)) {
+        return nullptr;
+    }
+    return k.bytes;
+}
+
 FileBytes::FileBytes(const std::filesystem::path& path)
 {
     const int fd = ::open(path.c_str(), O_RDONLY | O_CLOEXEC);

@@ -161,13 +161,10 @@ private:
 long Count_lines(const std::filesystem::path& path)
 {
     LineEndCount count;
-    try {
-        if (const auto kept = keptBytesOf(path)) {
-            count.add(kept->data(), kept->size());
-            return count.ends() + 1;
-        }
-    } catch (const failure::Failure&) {
-        return 0;
+    // A count needs no copy of the file: one made already for its reading is used.
+    if (const auto kept = keptBytesIfRead(path)) {
+        count.add(kept->data(), kept->size());
+        return count.ends() + 1;
     }
     std::FILE* f = std::fopen(path.c_str(), "rb");
     if (f == nullptr) {

@@ -29,6 +29,7 @@ std::vector<std::string> readRawLines(const std::filesystem::path& path);
 
 /// The line number of the end of a text file: the number of line ends plus one, so a file
 /// whose last line ends in CR LF counts one more than its lines. 0 when it cannot be read.
+/// The kept input (see `keepReadsOf`), when read already, is counted from its bytes.
 long Count_lines(const std::filesystem::path& path);
 
 /// Reads a Shift-JIS file line by line, testing for the end before each read.

@@ -82,7 +82,11 @@ TEST(FileBytes, TheKeptInputIsReadOnceWhileItStaysAsItWas)
     test::writeBytes(dir / "log.ALL", "one\r\ntwo\r\n");
     test::writeBytes(dir / "other", "x\r\n");
     keepReadsOf(dir / "log.ALL");
+    EXPECT_EQ(keptBytesIfRead(dir / "log.ALL"), nullptr);
+    EXPECT_EQ(Count_lines(dir / "log.ALL"), 3);
+    EXPECT_EQ(keptBytesIfRead(dir / "log.ALL"), nullptr) << "a count reads no copy";
     const auto first = keptBytesOf(dir / "log.ALL");
+    EXPECT_EQ(keptBytesIfRead(dir / "log.ALL"), first);
     ASSERT_NE(first, nullptr);
     EXPECT_EQ(*first, "one\r\ntwo\r\n");
     EXPECT_EQ(keptBytesOf(dir / "log.ALL"), first);
