@@ -50,9 +50,9 @@ private:
 };
 
 /// Makes `path` the kept input: the log a run reads several times (to tell its kind, to count
-/// and analyse it, to convert it). `FileBytes::copyOf` and `Count_lines` then read it once and
-/// share those bytes while its size, times and identity stay as they were. An empty path keeps
-/// nothing and lets the kept bytes go.
+/// and analyse it, to convert it). `FileBytes::copyOf` then reads it once and shares those
+/// bytes while its size, times and identity stay as they were; `Count_lines` counts them when
+/// they are there. An empty path keeps nothing and lets the kept bytes go.
 void keepReadsOf(const std::filesystem::path& path);
 
 /// The bytes of `path` when it is the kept input, read now or shared from before; null for any
