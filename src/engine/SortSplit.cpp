@@ -7,6 +7,7 @@
 #include "text/FileBytes.h"
 #include "text/LineFile.h"
 #include "text/Record.h"
+#include "text/RecordBytes.h"
 #include "text/SideBySide.h"
 #include "text/SjisCodec.h"
 #include "text/SjisText.h"
@@ -112,7 +113,7 @@ public:
             }
             if (*p != '"') {
                 plain = false;
-                p = nextField(p, end, f[i]);
+                f[i] = text::RecordBytes::generalField(p, end);
                 continue;
             }
             // The usual field: in double quotes, a comma right after them.
@@ -126,7 +127,8 @@ public:
             if (i != last || close == end) {
                 plain = false;
             }
-            p = afterSeparator(toSeparator(close < end ? close + 1 : end, end), end);
+            p = text::RecordBytes::pastSeparator(
+                text::RecordBytes::toSeparator(close < end ? close + 1 : end, end), end);
         }
         m_plain = plain;
         m_pos = static_cast<std::size_t>(p - begin);
@@ -170,50 +172,6 @@ public:
     }
 
 private:
-    // One field from `p` (before `end`) into `field`; returns the place after its separator.
-    // A field begins at the first non-blank byte; a double quote there makes it run to the next
-    // double quote (what follows up to the next comma or line end is dropped), otherwise it
-    // runs to the next comma or line end with surrounding blanks dropped.
-    static const char* nextField(const char* p, const char* end, std::string_view& field)
-    {
-        while (p < end && *p == ' ') {
-            ++p;
-        }
-        if (p < end && *p == '"') {
-            const char* const open = p + 1;
-            const char* const close = findQuote(open, end);
-            field = std::string_view(open, static_cast<std::size_t>(close - open));
-            if (close + 1 < end && close[1] == ',') {
-                return close + 2;
-            }
-            return afterSeparator(toSeparator(close < end ? close + 1 : end, end), end);
-        }
-        const char* const stop = toSeparator(p, end);
-        field = text::trim(std::string_view(p, static_cast<std::size_t>(stop - p)));
-        return afterSeparator(stop, end);
-    }
-
-    static const char* toSeparator(const char* q, const char* end)
-    {
-        while (q < end && *q != ',' && *q != '\r' && *q != '\n') {
-            ++q;
-        }
-        return q;
-    }
-
-    // Past a comma, an LF, a CR LF pair or a CR.
-    static const char* afterSeparator(const char* q, const char* end)
-    {
-        if (q < end) {
-            if (*q == ',' || *q == '\n') {
-                ++q;
-            } else if (*q == '\r') {
-                q += (q + 1 < end && q[1] == '\n') ? 2 : 1;
-            }
-        }
-        return q;
-    }
-
     text::FileBytes m_bytes;
     bool m_ascii;
     std::size_t m_pos = 0;

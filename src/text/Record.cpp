@@ -3,9 +3,9 @@
 #include "failure/Failure.h"
 #include "text/Chars.h"
 #include "text/LineFile.h"
+#include "text/RecordBytes.h"
 #include "text/SjisCodec.h"
 
-#include <cstring>
 
 namespace vornhale::text {
 
@@ -36,47 +36,10 @@ namespace {
 // separator. The field is a view into `text`, so the caller builds its string in place.
 std::string_view nextField(std::string_view text, std::size_t& pos)
 {
-    const char* const begin = text.data();
-    const char* const end = begin + text.size();
-    const char* p = begin + pos;
-    auto toSeparator = [end](const char* q) {
-        while (q < end && *q != ',' && *q != '\r' && *q != '\n') {
-            ++q;
-        }
-        return q;
-    };
-    auto consumeSeparator = [end](const char* q) {
-        if (q < end) {
-            if (*q == ',' || *q == '\n') {
-                ++q;
-            } else if (*q == '\r') {
-                q += (q + 1 < end && q[1] == '\n') ? 2 : 1;
-            }
-        }
-        return q;
-    };
-
-    while (p < end && *p == ' ') {
-        ++p;
-    }
-    if (p < end && *p == '"') {
-        const char* open = p + 1;
-        const char* close = static_cast<const char*>(std::memchr(open, '"', static_cast<std::size_t>(end - open)));
-        if (close == nullptr) {
-            close = end;
-        }
-        p = close < end ? close + 1 : end;
-        // The usual case, a comma right after the closing quote, needs no walk.
-        if (p < end && *p == ',') {
-            pos = static_cast<std::size_t>(p + 1 - begin);
-        } else {
-            pos = static_cast<std::size_t>(consumeSeparator(toSeparator(p)) - begin);
-        }
-        return {open, static_cast<std::size_t>(close - open)};
-    }
-    const char* stop = toSeparator(p);
-    pos = static_cast<std::size_t>(consumeSeparator(stop) - begin);
-    return trim(std::string_view(p, static_cast<std::size_t>(stop - p)));
+    const char* p = text.data() + pos;
+    const std::string_view field = RecordBytes::generalField(p, text.data() + text.size());
+    pos = static_cast<std::size_t>(p - text.data());
+    return field;
 }
 
 } // namespace

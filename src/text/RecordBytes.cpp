@@ -19,19 +19,6 @@ namespace {
     throw failure::Failure(failure::InputPastEnd, "ファイルの終わりを越えて入力しようとしました。");
 }
 
-// The position after the separator at `q`: past a comma, an LF, a CR or a CR LF pair.
-const char* pastSeparator(const char* q, const char* end)
-{
-    if (q < end) {
-        if (*q == ',' || *q == '\n') {
-            ++q;
-        } else if (*q == '\r') {
-            q += (q + 1 < end && q[1] == '\n') ? 2 : 1;
-        }
-    }
-    return q;
-}
-
 // A bit at the top of each byte of `word` that is a double quote.
 std::uint64_t quoteBytes(std::uint64_t word)
 {
@@ -49,26 +36,24 @@ RecordBytes::RecordBytes(const std::filesystem::path& path) : m_bytes(path) {}
 
 std::string_view RecordBytes::generalField(const char*& p, const char* end)
 {
-    auto toSeparator = [end](const char* q) {
-        while (q < end && *q != ',' && *q != '\r' && *q != '\n') {
-            ++q;
-        }
-        return q;
-    };
     while (p < end && *p == ' ') {
         ++p;
     }
     if (p < end && *p == '"') {
         const char* const open = p + 1;
-        const char* close = open;
-        while (close < end && *close != '"') {
-            ++close;
+        const auto* found =
+            static_cast<const char*>(std::memchr(open, '"', static_cast<std::size_t>(end - open)));
+        const char* const close = found != nullptr ? found : end;
+        // The usual field: a comma right after its closing quote. Otherwise what follows the
+        // closing quote up to the separator is dropped.
+        if (close + 1 < end && close[1] == ',') {
+            p = close + 2;
+        } else {
+            p = pastSeparator(toSeparator(close < end ? close + 1 : end, end), end);
         }
-        // What follows the closing quote up to the separator is dropped.
-        p = pastSeparator(toSeparator(close < end ? close + 1 : end), end);
         return {open, static_cast<std::size_t>(close - open)};
     }
-    const char* const stop = toSeparator(p);
+    const char* const stop = toSeparator(p, end);
     const std::string_view field(p, static_cast<std::size_t>(stop - p));
     p = pastSeparator(stop, end);
     return trim(field);

@@ -44,6 +44,26 @@ public:
     /// `RecordReader` reads it from the text; `p` moves past the field's separator. For a field
     /// that does not start with its quote, or whose quote no comma follows.
     static std::string_view generalField(const char*& p, const char* end);
+    /// The first comma, CR or LF from `q` on, or `end`.
+    static const char* toSeparator(const char* q, const char* end)
+    {
+        while (q < end && *q != ',' && *q != '\r' && *q != '\n') {
+            ++q;
+        }
+        return q;
+    }
+    /// The position after the separator at `q`: past a comma, an LF, a CR or a CR LF pair.
+    static const char* pastSeparator(const char* q, const char* end)
+    {
+        if (q < end) {
+            if (*q == ',' || *q == '\n') {
+                ++q;
+            } else if (*q == '\r') {
+                q += (q + 1 < end && q[1] == '\n') ? 2 : 1;
+            }
+        }
+        return q;
+    }
 
 private:
     // The usual record, quoted fields of ASCII bytes with one comma between them, read from
