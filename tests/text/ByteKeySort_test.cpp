@@ -19,6 +19,20 @@ std::string sorted(const std::string& input, int start, int length, bool descend
     text::sortLinesByKey(dir / "in", dir / "out", start, length, descending);
     return test::readBytes(dir / "out");
 }
+
+// The lines put in order by a stable sort of their keys, written with CR LF.
+template <typename KeyOf>
+std::string stablySorted(std::vector<std::string> lines, const KeyOf& keyOf, bool descending)
+{
+    std::stable_sort(lines.begin(), lines.end(), [&](const std::string& a, const std::string& b) {
+        return descending ? keyOf(b) < keyOf(a) : keyOf(a) < keyOf(b);
+    });
+    std::string output;
+    for (const auto& line : lines) {
+        output += line + "\r\n";
+    }
+    return output;
+}
 } // namespace
 
 TEST(ByteKeySort, SortsByTheKeyColumnsOnly)
@@ -77,15 +91,7 @@ TEST(ByteKeySort, OrdersAsAStableSortOfTheKeyBytesDoes)
                     return from < line.size() ? std::string_view(line).substr(from, length)
                                               : std::string_view{};
                 };
-                std::vector<std::string> expected = lines;
-                std::stable_sort(expected.begin(), expected.end(),
-                                 [&](const std::string& a, const std::string& b) {
-                                     return descending ? keyOf(b) < keyOf(a) : keyOf(a) < keyOf(b);
-                                 });
-                std::string output;
-                for (const auto& line : expected) {
-                    output += line + "\r\n";
-                }
+                const std::string output = stablySorted(lines, keyOf, descending);
                 ASSERT_EQ(sorted(input, start, length, descending), output)
                     << count << " lines, " << start << "," << length
                     << (descending ? " descending" : "");
@@ -116,16 +122,8 @@ TEST(ByteKeySort, PutsANearlyOrderedFileInOrderAsAStableSortDoes)
                 bytes += line + "\r\n";
             }
             for (bool descending : {false, true}) {
-                std::vector<std::string> expected = input;
                 auto keyOf = [](const std::string& line) { return line.substr(0, 7); };
-                std::stable_sort(expected.begin(), expected.end(),
-                                 [&](const std::string& a, const std::string& b) {
-                                     return descending ? keyOf(b) < keyOf(a) : keyOf(a) < keyOf(b);
-                                 });
-                std::string output;
-                for (const auto& line : expected) {
-                    output += line + "\r\n";
-                }
+                const std::string output = stablySorted(input, keyOf, descending);
                 EXPECT_EQ(sorted(bytes, 1, 7, descending), output)
                     << groups << " groups, " << (reversed ? "reversed" : "nearly ordered")
                     << (descending ? ", descending" : "");
