@@ -4,7 +4,7 @@
 #include "failure/Failure.h"
 #include "net/Http.h"
 #include "readers/RtclTextReader.h"
-#include "readers/ZloRecord.h"
+#include "readers/ZloReader.h"
 #include "text/Record.h"
 
 #include <string>
@@ -13,15 +13,17 @@
 namespace vornhale::engine {
 namespace {
 
-// The `.ZLO` walker (`read_zlog_zlo`): the call of each QSO record after the header.
+// The `.ZLO` walker (`read_zlog_zlo`): the call of each QSO record after the header, of a
+// `.ZLOX` log as of the `.ZLO` log it stands for.
 void read_zlog_zlo(RunContext& ctx, manager::BatchManagerWalk& walk)
 {
     ctx.trace.line("Private sub read_zlog_zlo()");
-    const readers::ZloFile file(ctx.run.in_name);
+    const readers::ZloFile file = readers::openZloInput(ctx.run);
     const long count = file.count();
     walk.start(count > 0 ? count - 1 : 0);
     for (long n = 2; n <= count; ++n) {
-        walk.walkCall(readers::decodeZloQso(file.record(n)).call);
+        std::uint8_t length = 0;
+        walk.walkCall(file.callAt(n, length));
     }
 }
 

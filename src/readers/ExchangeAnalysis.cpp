@@ -257,8 +257,9 @@ void ExchangeAnalysis::check_rcvd_zlo(const ZloFile& file, const RemarkCells& la
     long_call_count = 0;
     const long count = file.count();
     for (long n = 2; n <= count; ++n) {
-        const ZloQso q = decodeZloQso(file.record(n));
-        countCallParts(q.call, true, q.call_length);
+        std::uint8_t length = 0;
+        const std::string call = file.callAt(n, length);
+        countCallParts(call, true, length);
     }
     tail(layout, true);
 }

@@ -2,14 +2,15 @@
 
 #include "base/QsoLine.h"
 #include "base/Version.h"
-#include "failure/Failure.h"
 #include "base/WorkingFiles.h"
+#include "failure/Failure.h"
 #include "readers/InputSelection.h"
 #include "readers/MemoNotes.h"
 #include "readers/ZloxRecord.h"
 #include "text/Chars.h"
 #include "text/LineFile.h"
 #include "text/Record.h"
+#include "text/SideBySide.h"
 #include "text/SjisText.h"
 
 namespace vornhale::readers {
@@ -57,7 +58,7 @@ std::string multiColumn(const std::string& multi, bool isNew)
     return isNew ? text::sjisColumn(multi, 6) : std::string("-     ");
 }
 
-// The fields of a record that both the conversion and the text take, with the values that
+// The fields of a record that the `.ALL` text of a binary log takes, with the values that
 // carry over from the record before.
 struct Decoded
 {
@@ -72,6 +73,119 @@ struct Decoded
         zloBand(z.band_index, band);
         zloPower(z.power_index, power);
     }
+};
+
+// The QSO records of a binary log one by one, as `text::turnRecords` reads them: positions
+// are byte offsets, and a part may start at any record.
+class ZloRecords
+{
+public:
+    explicit ZloRecords(ZloFile file)
+        : m_file(std::move(file)), m_count(m_file.count()), m_size(m_file.recordSize())
+    {
+    }
+
+    bool atEnd() const { return m_next > m_count; }
+    const std::uint8_t* next() { return m_file.recordAt(m_next++, m_spare); }
+    bool atFirstQso() const { return m_next == 2; }
+    ZloModes modes() const { return m_file.modes(); }
+
+    std::string_view bytes() const { return m_file.bytes(); }
+    std::size_t position() const { return static_cast<std::size_t>(m_next - 1) * m_size; }
+    void skipTo(std::size_t at) { m_next = static_cast<long>(at / m_size) + 1; }
+    std::size_t boundaryFrom(std::size_t at) const { return (at + m_size - 1) / m_size * m_size; }
+
+private:
+    ZloFile m_file;
+    long m_count;
+    std::size_t m_size;
+    long m_next = 2; // record 1 is the header
+    ZloRecord m_spare{};
+};
+
+// Thrown by a worker that starts inside the log where a record takes what the records before
+// its part left.
+struct CarriedOver
+{
+};
+
+// Turns one QSO record into a line of zlog_1; returns whether it was written. Mode, band and
+// frequency carry over from the record before where a record gives none, so a worker that
+// starts inside the log knows none of them until its own records set them.
+class ZloTurner
+{
+public:
+    ZloTurner(const InputState& run, bool operatorFilter, bool frequencies)
+        : m_run(run), m_operatorFilter(operatorFilter), m_frequencies(frequencies)
+    {
+    }
+
+    bool operator()(ZloRecords& in, text::LineWriter& out)
+    {
+        if (!m_started) {
+            m_started = true;
+            m_modeKnown = m_bandKnown = m_freqKnown = in.atFirstQso();
+        }
+        const ZloQso z = decodeZloQso(in.next());
+        zloDateTime(z.when, m_date, m_time);
+        m_modeKnown = zloMode(z.mode_index, m_mode, in.modes()) || m_modeKnown;
+        m_bandKnown = zloBand(z.band_index, m_band) || m_bandKnown;
+        if (!m_modeKnown || !m_bandKnown) {
+            throw CarriedOver{};
+        }
+        m_q.q_year = text::left(m_date, 4);
+        m_q.q_month = Mid_sjis(m_date, 6, 2);
+        m_q.q_day = text::right(m_date, 2);
+        m_q.q_time = m_time;
+        m_q.q_call = z.call;
+        m_q.q_rst_sent = zloRst(z.rst_sent_low, z.rst_sent_high);
+        m_q.q_rst_rcvd = zloRst(z.rst_rcvd_low, z.rst_rcvd_high);
+        m_q.q_band = m_band;
+        m_q.q_mode = m_mode;
+        m_q.q_rcvd = exchangeOf(z.rcvd_nr);
+
+        std::string op = zloCutField(z.op, z.op_length);
+        std::string memo = zloCutField(z.memo, z.memo_length);
+        const std::string bracket = bracketOf(memo);
+        if (!m_operatorFilter && !m_run.use.op) {
+            op.clear();
+        }
+        if (m_frequencies && text::contains(memo, "(")) {
+            if (text::contains(memo, "(0)")) {
+                m_freq = m_band;
+                m_freqKnown = true;
+            } else {
+                m_freqKnown = frequencyInParentheses(memo, m_band, m_freq) || m_freqKnown;
+                memo = withoutBracket(memo, bracket);
+            }
+        } else {
+            m_freq = m_band;
+            m_freqKnown = true;
+        }
+        if (!m_freqKnown) {
+            throw CarriedOver{};
+        }
+        if (m_run.use.memo || m_run.use.memoEquals) {
+            memo = withoutBracket(memo, bracket);
+        }
+        m_freq = trimmed(m_freq);
+
+        if (m_operatorFilter && !m_run.op_filter_name.empty() && op != m_run.op_filter_name) {
+            return false;
+        }
+        m_q.q_op = std::move(op);
+        m_q.q_memo = std::move(memo);
+        m_q.q_freq = m_freq;
+        out.writeRecord(m_q.fields());
+        return true;
+    }
+
+private:
+    const InputState& m_run;
+    bool m_operatorFilter, m_frequencies;
+    bool m_started = false, m_modeKnown = false, m_bandKnown = false, m_freqKnown = false;
+    std::string m_date, m_time, m_mode, m_band, m_freq;
+    base::QsoLine m_q;
 };
 
 } // namespace
@@ -195,53 +309,14 @@ void read_zlo(const ReaderContext& ctx)
     const ZloFile file = openZloInput(run);
     text::LineWriter out(ctx.work(base::working::zlog_1));
 
-    Decoded d;
-    std::string freq;
-    base::QsoLine q;
-    const long count = file.count();
-    for (long n = 2; n <= count; ++n) {
-        const ZloQso z = decodeZloQso(file.record(n));
-        d.from(z, file.modes());
-        q.q_year = text::left(d.date, 4);
-        q.q_month = Mid_sjis(d.date, 6, 2);
-        q.q_day = text::right(d.date, 2);
-        q.q_time = d.time;
-        q.q_call = z.call;
-        q.q_rst_sent = d.rst_sent;
-        q.q_rst_rcvd = d.rst_rcvd;
-        q.q_band = d.band;
-        q.q_mode = d.mode;
-        q.q_rcvd = exchangeOf(z.rcvd_nr);
-
-        std::string op = zloCutField(z.op, z.op_length);
-        std::string memo = zloCutField(z.memo, z.memo_length);
-        const std::string bracket = bracketOf(memo);
-        if (!operatorFilter && !run.use.op) {
-            op.clear();
-        }
-        if (frequencies && text::contains(memo, "(")) {
-            if (text::contains(memo, "(0)")) {
-                freq = d.band;
-            } else {
-                frequencyInParentheses(memo, d.band, freq);
-                memo = withoutBracket(memo, bracket);
-            }
-        } else {
-            freq = d.band;
-        }
-        if (run.use.memo || run.use.memoEquals) {
-            memo = withoutBracket(memo, bracket);
-        }
-        freq = trimmed(freq);
-
-        if (operatorFilter && !run.op_filter_name.empty() && op != run.op_filter_name) {
-            continue;
-        }
-        q.q_op = op;
-        q.q_memo = memo;
-        q.q_freq = freq;
-        out.writeRecord(q.fields());
-        ++run.written_count;
+    ZloRecords in(file);
+    if (!in.atEnd()) {
+        const auto makeWorker = [&run, operatorFilter, frequencies] {
+            return ZloTurner(run, operatorFilter, frequencies);
+        };
+        text::turnRecords(
+            in, [&file] { return ZloRecords(file); }, out, makeWorker,
+            [&run](bool written) { run.written_count += written ? 1 : 0; });
     }
     out.close();
 }
@@ -269,8 +344,9 @@ Z2aResult mnuMake_z2a_Click(const ReaderContext& ctx)
 
     Decoded d;
     const long count = file.count();
+    ZloRecord spare;
     for (long n = 2; n <= count; ++n) {
-        const ZloQso z = decodeZloQso(file.record(n));
+        const ZloQso z = decodeZloQso(file.recordAt(n, spare));
         d.from(z, file.modes());
         std::string line = text::sjisColumn(d.date, 11) + text::sjisColumn(d.time, 6) + text::sjisColumn(z.call, 13) +
                            text::sjisColumn(d.rst_sent, 4) + text::sjisColumn(z.sent_nr, 8) + text::sjisColumn(d.rst_rcvd, 4);

@@ -1,13 +1,14 @@
 #include "readers/ZloRecord.h"
 
 #include "failure/Failure.h"
+#include "readers/ZloxRecord.h"
 #include "text/Chars.h"
+#include "text/FileBytes.h"
 #include "text/LineFile.h"
 #include "text/SjisCodec.h"
 #include "text/SjisText.h"
 
 #include <cmath>
-#include <cstdio>
 #include <cstring>
 
 namespace vornhale::readers {
@@ -34,16 +35,28 @@ constexpr std::size_t kMemoLen = 175, kMemo = 176, kMemoSize = 67;
 constexpr double kFirstDay = -657434.0;
 constexpr double kPastLastDay = 2958466.0;
 
-std::string field(const ZloRecord& r, std::size_t offset, std::size_t size)
+std::string_view bytesAt(const std::uint8_t* r, std::size_t offset, std::size_t size)
 {
-    return text::decodeSjis(
-        std::string_view(reinterpret_cast<const char*>(r.data()) + offset, size));
+    return {reinterpret_cast<const char*>(r) + offset, size};
 }
 
-// The first `length` characters of a decoded fixed field.
-std::string counted(const ZloRecord& r, std::size_t lengthAt, std::size_t offset, std::size_t size)
+std::string field(const std::uint8_t* r, std::size_t offset, std::size_t size)
 {
-    return text::left(field(r, offset, size), r[lengthAt]);
+    return text::decodeSjis(bytesAt(r, offset, size));
+}
+
+// The first `length` characters of a decoded fixed field. Shift-JIS decodes each ASCII byte to
+// one character and no ASCII byte starts a pair, so an ASCII start of the field is its own
+// decoding.
+std::string counted(const std::uint8_t* r, std::size_t lengthAt, std::size_t offset,
+                    std::size_t size)
+{
+    const std::size_t length = r[lengthAt];
+    const std::string_view start = bytesAt(r, offset, std::min(length, size));
+    if (text::isAsciiText(start)) {
+        return std::string(start);
+    }
+    return text::left(field(r, offset, size), length);
 }
 
 // Days from 1970-01-01 to a civil date and back (proleptic Gregorian).
@@ -76,50 +89,103 @@ long zloRecordCount(std::uintmax_t bytes)
     return static_cast<long>(n);
 }
 
-ZloFile::ZloFile(const std::filesystem::path& path) : m_bytes(text::readFileBytes(path)) {}
+ZloFile::ZloFile() : m_bytes(std::make_shared<const std::string>()) {}
+
+ZloFile::ZloFile(const std::filesystem::path& path) : m_bytes(text::keptBytesOf(path))
+{
+    if (m_bytes == nullptr) {
+        m_bytes = std::make_shared<const std::string>(text::readFileBytes(path));
+    }
+}
 
 ZloFile ZloFile::fromBytes(std::string bytes)
 {
     ZloFile f;
-    f.m_bytes = std::move(bytes);
+    f.m_bytes = std::make_shared<const std::string>(std::move(bytes));
     return f;
 }
 
-ZloFile ZloFile::fromRecords(std::string bytes, ZloModes modes)
+ZloFile ZloFile::ofZlox(std::shared_ptr<const std::string> bytes)
 {
     ZloFile f;
     f.m_bytes = std::move(bytes);
-    f.m_modes = modes;
+    f.m_zlox = true;
     return f;
+}
+
+long ZloFile::count() const
+{
+    return m_zlox ? zloxRecordCount(m_bytes->size()) : zloRecordCount(m_bytes->size());
+}
+
+std::size_t ZloFile::recordSize() const
+{
+    return m_zlox ? kZloxRecordSize : kZloRecordSize;
 }
 
 ZloRecord ZloFile::record(long n) const
 {
-    ZloRecord r{};
-    if (n < 1) {
-        return r;
+    ZloRecord spare{};
+    const std::uint8_t* r = recordAt(n, spare);
+    ZloRecord out;
+    std::memcpy(out.data(), r, kZloRecordSize);
+    return out;
+}
+
+const std::uint8_t* ZloFile::recordAt(long n, ZloRecord& spare) const
+{
+    const std::string& bytes = *m_bytes;
+    const std::size_t size = recordSize();
+    const std::size_t start = static_cast<std::size_t>(n - 1) * size;
+    if (n >= 1 && static_cast<std::size_t>(n) <= bytes.size() / size) {
+        if (m_zlox) {
+            zloRecordOfZlox(std::string_view(bytes).substr(start, size), n == 1, spare.data());
+            return spare.data();
+        }
+        return reinterpret_cast<const std::uint8_t*>(bytes.data()) + start;
     }
-    const std::size_t start = static_cast<std::size_t>(n - 1) * kZloRecordSize;
-    if (start < m_bytes.size()) {
-        const std::size_t size = std::min(kZloRecordSize, m_bytes.size() - start);
-        std::memcpy(r.data(), m_bytes.data() + start, size);
+    // Past the whole records: what the file holds of a short last record, zero-filled.
+    spare.fill(0);
+    if (n >= 1 && !m_zlox && start < bytes.size()) {
+        std::memcpy(spare.data(), bytes.data() + start, std::min(size, bytes.size() - start));
     }
-    return r;
+    return spare.data();
+}
+
+std::string ZloFile::callAt(long n, std::uint8_t& length) const
+{
+    // The call stands where a `.ZLO` record has it in either form, so it is read in place.
+    ZloRecord spare;
+    const std::string& bytes = *m_bytes;
+    const std::uint8_t* r = nullptr;
+    if (m_zlox && n >= 2 && n <= count()) {
+        r = reinterpret_cast<const std::uint8_t*>(bytes.data()) +
+            static_cast<std::size_t>(n - 1) * kZloxRecordSize;
+    } else {
+        r = recordAt(n, spare);
+    }
+    length = r[kCallLen];
+    return counted(r, kCallLen, kCall, kCallSize);
 }
 
 ZloHeader decodeZloHeader(const ZloRecord& r)
 {
     ZloHeader h;
-    h.first_name = counted(r, kHeadNameLen, kHeadName, kHeadNameSize);
-    h.cont_name = std::string(text::Cut_nul(field(r, kHeadContest, kHeadContestSize)));
+    h.first_name = counted(r.data(), kHeadNameLen, kHeadName, kHeadNameSize);
+    h.cont_name = std::string(text::Cut_nul(field(r.data(), kHeadContest, kHeadContestSize)));
     h.cont_name_length = r[kHeadContestLen];
     return h;
 }
 
 ZloQso decodeZloQso(const ZloRecord& r)
 {
+    return decodeZloQso(r.data());
+}
+
+ZloQso decodeZloQso(const std::uint8_t* r)
+{
     ZloQso q;
-    std::memcpy(&q.when, r.data() + kWhen, sizeof q.when);
+    std::memcpy(&q.when, r + kWhen, sizeof q.when);
     q.call_length = r[kCallLen];
     q.call = counted(r, kCallLen, kCall, kCallSize);
     q.sent_nr = counted(r, kSentLen, kSent, kNrRead);
@@ -159,11 +225,16 @@ void zloDateTime(double when, std::string& date, std::string& time)
     long long y = 0;
     unsigned m = 0, d = 0;
     civilFromDays(static_cast<long long>(whole) - 25569, y, m, d);
-    char buf[32];
-    std::snprintf(buf, sizeof buf, "%04lld/%02u/%02u", y, m, d);
-    date = buf;
-    std::snprintf(buf, sizeof buf, "%02lld:%02lld", seconds / 3600, (seconds / 60) % 60);
-    time = buf;
+    date.clear();
+    text::appendZeroPadded(date, static_cast<unsigned long long>(y), 4);
+    date += '/';
+    text::appendZeroPadded(date, m, 2);
+    date += '/';
+    text::appendZeroPadded(date, d, 2);
+    time.clear();
+    text::appendZeroPadded(time, static_cast<unsigned long long>(seconds / 3600), 2);
+    time += ':';
+    text::appendZeroPadded(time, static_cast<unsigned long long>((seconds / 60) % 60), 2);
 }
 
 std::string zloRst(std::uint8_t low, std::uint8_t high)
@@ -174,7 +245,7 @@ std::string zloRst(std::uint8_t low, std::uint8_t high)
     return std::to_string(low + 256 * high);
 }
 
-void zloMode(std::uint8_t index, std::string& mode, ZloModes modes)
+bool zloMode(std::uint8_t index, std::string& mode, ZloModes modes)
 {
     static constexpr const char* kModes[] = {"CW", "SSB", "FM", "AM", "RTY", "Other"};
     static constexpr const char* kCurrentModes[] = {"CW",  "SSB", "FM",  "AM",
@@ -182,28 +253,35 @@ void zloMode(std::uint8_t index, std::string& mode, ZloModes modes)
     if (modes == ZloModes::Current) {
         if (index < std::size(kCurrentModes)) {
             mode = kCurrentModes[index];
+            return true;
         }
     } else if (index < std::size(kModes)) {
         mode = kModes[index];
+        return true;
     }
+    return false;
 }
 
-void zloBand(std::uint8_t index, std::string& band)
+bool zloBand(std::uint8_t index, std::string& band)
 {
     static constexpr const char* kBands[] = {"1.9",  "3.5",  "7",    "10", "14",  "18",
                                              "21",   "24",   "28",   "50", "144", "430",
                                              "1200", "2400", "5600", "10G"};
     if (index < std::size(kBands)) {
         band = kBands[index];
+        return true;
     }
+    return false;
 }
 
-void zloPower(std::uint8_t index, std::string& power)
+bool zloPower(std::uint8_t index, std::string& power)
 {
     static constexpr const char* kPowers[] = {"P", "L", "M", "H"};
     if (index < std::size(kPowers)) {
         power = kPowers[index];
+        return true;
     }
+    return false;
 }
 
 std::string zloCutField(std::string_view chars, std::uint8_t length)

@@ -4,6 +4,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <filesystem>
+#include <memory>
 #include <string>
 #include <string_view>
 
@@ -25,26 +26,37 @@ enum class ZloModes { Classic, Current };
 class ZloFile
 {
 public:
-    /// Reads the file. Throws Failure 53 when it cannot be opened.
+    /// Reads the file, or shares its bytes when it is the kept input. Throws Failure 53 when it
+    /// cannot be opened.
     explicit ZloFile(const std::filesystem::path& path);
     /// A file of these bytes (for tests and fuzzing).
     static ZloFile fromBytes(std::string bytes);
-    /// Records built from another form of log, whose mode indexes follow `modes`.
-    static ZloFile fromRecords(std::string bytes, ZloModes modes);
+    /// The bytes of a `.ZLOX` log, each of its records read as the `.ZLO` record that zLog
+    /// would have written for it (see `zloRecordOfZlox`), with current zLog's modes.
+    static ZloFile ofZlox(std::shared_ptr<const std::string> bytes);
 
     /// The mode table of the zLog that wrote the records.
-    ZloModes modes() const { return m_modes; }
+    ZloModes modes() const { return m_zlox ? ZloModes::Current : ZloModes::Classic; }
 
-    /// The record count by `zloRecordCount`.
-    long count() const { return zloRecordCount(m_bytes.size()); }
+    /// The record count: by `zloRecordCount`, or the whole records of a `.ZLOX` log.
+    long count() const;
     /// Record `n`, counted from 1. Bytes that lie past the end of the file read as 0, so the
     /// short last record of a rounded-up count is zero-filled.
     ZloRecord record(long n) const;
+    /// Record `n` as `record` gives it, read in place where the file holds it as it is, else
+    /// made in `spare`.
+    const std::uint8_t* recordAt(long n, ZloRecord& spare) const;
+    /// The call of record `n` as `decodeZloQso` gives it, and its length byte.
+    std::string callAt(long n, std::uint8_t& length) const;
+
+    /// The bytes of the whole file, and the size of one of its records in them.
+    std::string_view bytes() const { return *m_bytes; }
+    std::size_t recordSize() const;
 
 private:
-    ZloFile() = default;
-    std::string m_bytes;
-    ZloModes m_modes = ZloModes::Classic;
+    ZloFile();
+    std::shared_ptr<const std::string> m_bytes;
+    bool m_zlox = false;
 };
 
 /// What the header record gives.
@@ -77,6 +89,7 @@ struct ZloQso
 };
 
 ZloQso decodeZloQso(const ZloRecord& record);
+ZloQso decodeZloQso(const std::uint8_t* record);
 
 /// Date and time texts of a record's time stamp: "yyyy/mm/dd" and "hh:mm", seconds
 /// dropped. Throws Failure 6 for a value that is no date from the year 100 to 9999.
@@ -87,10 +100,10 @@ void zloDateTime(double when, std::string& date, std::string& time);
 std::string zloRst(std::uint8_t low, std::uint8_t high);
 
 /// Mode, band and power by their tables. An index outside its table assigns nothing, so the
-/// text keeps what the record before left in it.
-void zloMode(std::uint8_t index, std::string& mode, ZloModes modes = ZloModes::Classic);
-void zloBand(std::uint8_t index, std::string& band);
-void zloPower(std::uint8_t index, std::string& power);
+/// text keeps what the record before left in it. Each returns whether it assigned.
+bool zloMode(std::uint8_t index, std::string& mode, ZloModes modes = ZloModes::Classic);
+bool zloBand(std::uint8_t index, std::string& band);
+bool zloPower(std::uint8_t index, std::string& power);
 
 /// Operator or memo as the conversion takes it: as many characters as the length byte says,
 /// then as many Shift-JIS bytes, then cut at the first NUL.

@@ -1,5 +1,6 @@
 #include "readers/ZloxRecord.h"
 
+#include "text/FileBytes.h"
 #include "text/LineFile.h"
 
 #include <algorithm>
@@ -87,31 +88,31 @@ std::string zloMemoOfZlox(std::string_view record)
     return cutSjis(memo, kZloMemoSize);
 }
 
+void zloRecordOfZlox(std::string_view record, bool header, std::uint8_t* out)
+{
+    std::copy_n(record.begin(), kZloRecordSize, out);
+    if (header) {
+        std::fill_n(out, kHeaderMarkSize, 0);
+        return;
+    }
+    const std::string memo = zloMemoOfZlox(record);
+    std::fill_n(out + kMemo, kZloMemoSize, 0);
+    out[kMemoLen] = static_cast<std::uint8_t>(memo.size());
+    std::copy(memo.begin(), memo.end(), out + kMemo);
+}
+
 ZloFile zloOfZlox(std::string_view bytes)
 {
-    const long count = zloxRecordCount(bytes.size());
-    std::string zlo;
-    zlo.reserve(static_cast<std::size_t>(count) * kZloRecordSize);
-    for (long n = 0; n < count; ++n) {
-        const std::string_view record =
-            bytes.substr(static_cast<std::size_t>(n) * kZloxRecordSize, kZloxRecordSize);
-        std::string out(record.substr(0, kZloRecordSize));
-        if (n == 0) {
-            std::fill_n(out.begin(), kHeaderMarkSize, '\0');
-        } else {
-            const std::string memo = zloMemoOfZlox(record);
-            std::fill(out.begin() + kMemo, out.begin() + kMemo + kZloMemoSize, '\0');
-            out[kMemoLen] = static_cast<char>(memo.size());
-            std::copy(memo.begin(), memo.end(), out.begin() + kMemo);
-        }
-        zlo += out;
-    }
-    return ZloFile::fromRecords(std::move(zlo), ZloModes::Current);
+    return ZloFile::ofZlox(std::make_shared<const std::string>(bytes));
 }
 
 ZloFile readZloxFile(const std::filesystem::path& path)
 {
-    return zloOfZlox(text::readFileBytes(path));
+    std::shared_ptr<const std::string> bytes = text::keptBytesOf(path);
+    if (bytes == nullptr) {
+        bytes = std::make_shared<const std::string>(text::readFileBytes(path));
+    }
+    return ZloFile::ofZlox(std::move(bytes));
 }
 
 } // namespace vornhale::readers

@@ -26,12 +26,17 @@ long zloxRecordCount(std::uintmax_t bytes);
 /// double-byte character.
 std::string zloMemoOfZlox(std::string_view record);
 
-/// The `.ZLO` log that zLog would have written for the contacts of the `.ZLOX` bytes `bytes`:
-/// the header with its "ZLOX" mark and count cleared, and for each contact the first 256 bytes
-/// with the memo rebuilt by `zloMemoOfZlox`. Its modes follow current zLog's table.
+/// Record `record` (384 bytes) of a `.ZLOX` log as the 256-byte `.ZLO` record that zLog would
+/// have written for it, into `out`: the header (`header`) with its "ZLOX" mark and count
+/// cleared, a contact with the memo rebuilt by `zloMemoOfZlox`.
+void zloRecordOfZlox(std::string_view record, bool header, std::uint8_t* out);
+
+/// The `.ZLO` log that zLog would have written for the contacts of the `.ZLOX` bytes `bytes`,
+/// each record made by `zloRecordOfZlox` as it is read. Its modes follow current zLog's table.
 ZloFile zloOfZlox(std::string_view bytes);
 
-/// Reads a `.ZLOX` file as `zloOfZlox` does. Throws Failure 53 when it cannot be read.
+/// Reads a `.ZLOX` file, or shares its bytes when it is the kept input, as `zloOfZlox` does.
+/// Throws Failure 53 when it cannot be read.
 ZloFile readZloxFile(const std::filesystem::path& path);
 
 } // namespace vornhale::readers

@@ -3,6 +3,7 @@
 #include "text/Utf8.h"
 
 #include <algorithm>
+#include <charconv>
 #include <cmath>
 #include <cstdlib>
 
@@ -234,6 +235,17 @@ std::vector<std::string> split(std::string_view s, std::string_view sep)
         parts.emplace_back(s.substr(pos, found - pos));
         pos = found + sep.size();
     }
+}
+
+void appendZeroPadded(std::string& out, unsigned long long value, std::size_t width)
+{
+    char digits[24];
+    const char* end = std::to_chars(digits, digits + sizeof digits, value).ptr;
+    const auto count = static_cast<std::size_t>(end - digits);
+    if (count < width) {
+        out.append(width - count, '0');
+    }
+    out.append(digits, count);
 }
 
 std::size_t countDigits(std::string_view s)

@@ -56,6 +56,10 @@ std::vector<std::string> split(std::string_view s, std::string_view sep);
 /// Whether a character is an ASCII digit.
 inline bool isDigit(char c) { return c >= '0' && c <= '9'; }
 
+/// Appends the decimal digits of `value` to `out`, zeros in front up to `width` digits, as
+/// printf's "%0*llu" writes them.
+void appendZeroPadded(std::string& out, unsigned long long value, std::size_t width);
+
 /// Number of characters of `s` that are ASCII digits.
 std::size_t countDigits(std::string_view s);
 

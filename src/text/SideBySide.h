@@ -21,14 +21,16 @@ namespace vornhale::text {
 /// `afterEach` follows each record, in the file's order, given what the worker returned for
 /// it (nothing when it returns nothing).
 ///
-/// A long file is worked on in two parts side by side: the part from the first line after
-/// some 60 % of the bytes is turned on a second thread into memory while this one turns the
-/// part before it. (The second thread gets the smaller part: it shares its processor with the
-/// writer thread, which writes what this one turns.) The parts join when the first ends right
-/// where the second began, as it does whenever every record is one line; otherwise, or when
-/// the second part failed, this thread goes on alone from where it is, so the lines, the
-/// calls of `afterEach` and any failure are those of one pass through the file. Each worker
-/// must touch nothing but its own state, the reader and the lines it is given.
+/// A long file is worked on in two parts side by side: the part from the first line (or, for
+/// a reader with `boundaryFrom(at)`, the first record it names) after some 60 % of the bytes
+/// is turned on a second thread into memory while this one turns the part before it. (The
+/// second thread gets the smaller part: it shares its processor with the writer thread, which
+/// writes what this one turns.) The parts join when the first ends right where the second
+/// began, as it does whenever every record is one line; otherwise, or when the second part
+/// failed, this thread goes on alone from where it is, so the lines, the calls of `afterEach`
+/// and any failure are those of one pass through the file. Each worker must touch nothing but
+/// its own state, the reader and the lines it is given; a worker that needs what the records
+/// before its part left can throw, and its part is then turned again by this thread.
 template <typename Reader, typename Reopen, typename MakeWorker, typename AfterEach>
 void turnRecords(Reader& in, const Reopen& reopen, LineWriter& out, const MakeWorker& makeWorker,
                  const AfterEach& afterEach)
@@ -57,8 +59,13 @@ void turnRecords(Reader& in, const Reopen& reopen, LineWriter& out, const MakeWo
     if (in.bytes().size() >= kSplitFrom) {
         const std::string_view bytes = in.bytes();
         const std::size_t from = std::max(in.position(), bytes.size() / 5 * 3);
-        const std::size_t lf = bytes.find('\n', from);
-        stop = lf == std::string_view::npos ? bytes.size() : lf + 1;
+        if constexpr (requires { in.boundaryFrom(from); }) {
+            // Records of a binary file are cut where the reader says.
+            stop = in.boundaryFrom(from);
+        } else {
+            const std::size_t lf = bytes.find('\n', from);
+            stop = lf == std::string_view::npos ? bytes.size() : lf + 1;
+        }
         second = std::async(std::launch::async, [&reopen, stop, &makeWorker] {
             Reader rest = reopen();
             rest.skipTo(stop);

@@ -86,6 +86,59 @@ struct ZloRun : ::testing::Test, test::RunFixture
 
 enum Field { Year, Month, Day, Time, Call, RstSent, RstRcvd, Band, Mode, Op, Memo, Freq, Rcvd };
 
+/// A long log (over 1 MB) in blocks of four records, behind `lead` plain records: the first of
+/// a block gives mode, band and frequency, the other three take all of them from the record
+/// before.
+std::vector<ZloQsoSpec> carryingLog(int lead, int blocks)
+{
+    std::vector<ZloQsoSpec> qsos(static_cast<std::size_t>(lead));
+    for (int b = 0; b < blocks; ++b) {
+        ZloQsoSpec first;
+        first.mode = static_cast<std::uint8_t>(b % 5);
+        first.band = static_cast<std::uint8_t>(b % 12);
+        first.memo = "(" + std::to_string(7000 + b % 3000) + ")";
+        first.call = "JA" + std::to_string(b);
+        qsos.push_back(first);
+        ZloQsoSpec carrying = first;
+        carrying.mode = 6;              // outside the table
+        carrying.band = 16;             // the same
+        carrying.memo = "(14025) note"; // no frequency
+        for (int i = 0; i < 3; ++i) {
+            qsos.push_back(carrying);
+        }
+    }
+    return qsos;
+}
+
+// A long log is read in two parts side by side. A part that starts where a record takes what
+// the record before left is read again by the first part's reader: wherever the parts meet,
+// the lines are those of one pass, and two halves cut at a block give them one after the other.
+TEST_F(ZloRun, ALongLogGivesWhatOnePassGivesWhereverItsPartsMeet)
+{
+    options.set("Check17", "1");
+    constexpr int kBlocks = 1100;
+    for (int lead = 0; lead < 4; ++lead) {
+        const std::vector<ZloQsoSpec> qsos = carryingLog(lead, kBlocks);
+        ASSERT_GT((qsos.size() + 1) * ZloWriter::kSize, 1u << 20);
+        const auto whole = convert(qsos);
+        const long written = zctx->run.written_count;
+        const auto cut = qsos.begin() + lead + 4 * (kBlocks / 2);
+        auto first = convert(std::vector<ZloQsoSpec>(qsos.begin(), cut));
+        const auto second = convert(std::vector<ZloQsoSpec>(cut, qsos.end()));
+        first.insert(first.end(), second.begin(), second.end());
+        EXPECT_EQ(whole, first) << lead;
+        EXPECT_EQ(written, static_cast<long>(qsos.size())) << lead;
+        // Each block carries what its first record gave.
+        ASSERT_EQ(whole.size(), qsos.size());
+        for (std::size_t i = lead; i < whole.size(); ++i) {
+            const auto& blockStart = whole[i - (i - lead) % 4];
+            for (const Field f : {Mode, Band, Freq}) {
+                ASSERT_EQ(whole[i][f], blockStart[f]) << lead << " " << i;
+            }
+        }
+    }
+}
+
 // --- Record count ---------------------------------------------------------------------------
 
 TEST(ZloRecordCount, RoundsTheLengthIn256ByteRecordsHalfToEven)
@@ -244,6 +297,21 @@ TEST_F(ZloRun, TheDateIsSplitAndTheTimeKeepsItsColonWithoutSeconds)
         EXPECT_EQ(lines[0][Day], c.day) << c.when;
         EXPECT_EQ(lines[0][Time], c.time) << c.when;
     }
+}
+
+TEST(ZloDateTime, TheFirstDayOfTheRangeAndALastMomentRoundedIntoTheYear10000)
+{
+    std::string date, time;
+    readers::zloDateTime(-657434.0, date, time);
+    EXPECT_EQ(date, "0100/01/01");
+    EXPECT_EQ(time, "00:00");
+    // Before 1899-12-30 the whole days count back and the fraction still runs forward.
+    readers::zloDateTime(-657433.75, date, time);
+    EXPECT_EQ(date, "0100/01/02");
+    EXPECT_EQ(time, "18:00");
+    readers::zloDateTime(2958465.9999999, date, time);
+    EXPECT_EQ(date, "10000/01/01");
+    EXPECT_EQ(time, "00:00");
 }
 
 TEST_F(ZloRun, ATimeStampThatIsNoDateIsARunTimeFailure)

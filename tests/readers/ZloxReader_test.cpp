@@ -182,6 +182,37 @@ TEST_F(ZloxRun, ModesFollowCurrentZlogsTable)
     }
 }
 
+// A long `.ZLOX` log is read in two parts side by side, and gives what its halves give.
+TEST_F(ZloxRun, ALongLogGivesWhatItsHalvesGive)
+{
+    options.set("Check17", "1");
+    auto log = [](int from, int to) {
+        ZloWriter w;
+        w.header("X");
+        std::vector<ZloxExtra> extras;
+        for (int i = from; i < to; ++i) {
+            ZloQsoSpec q;
+            q.call = "JA" + std::to_string(i);
+            q.mode = static_cast<std::uint8_t>(i % 9); // 8 keeps the mode before
+            q.band = 4;
+            w.qso(q);
+            extras.push_back({i % 2 == 0 ? std::to_string(14000 + i % 300) + ".0" : "", i % 7 == 0,
+                              i % 11 == 0, 0});
+        }
+        return zloxOf(w.bytes(), extras);
+    };
+    constexpr int kQsos = 3000;
+    const std::string whole = log(0, kQsos);
+    ASSERT_GT(whole.size(), 1u << 20);
+    const auto lines = convert(whole);
+    // Cut where a record gives its own mode.
+    auto halves = convert(log(0, 1800));
+    const auto second = convert(log(1800, kQsos));
+    halves.insert(halves.end(), second.begin(), second.end());
+    ASSERT_EQ(lines.size(), static_cast<std::size_t>(kQsos));
+    EXPECT_EQ(lines, halves);
+}
+
 TEST_F(ZloxRun, TheFrequencyFieldReachesTheZloFrequencyRuleThroughTheMemo)
 {
     options.set("Check17", "1");
