@@ -172,6 +172,32 @@ TEST_F(ManagerLookupsTest, TheWalkTakesTheCallsOfAZloLog)
     EXPECT_GT(grid.gridRows, 30);
 }
 
+TEST_F(ManagerLookupsTest, TheWalkTakesTheCallsOfAZloxLogAsOfTheZloItStandsFor)
+{
+    const auto zlo = test::realData("zlog/allja1_qxsl_fixture.ZLO");
+    const auto zlox = test::realData("zlog/allja1_qxsl_fixture.ZLOX");
+    if (!zlo || !zlox) {
+        GTEST_SKIP() << "../shared/realdata/zlog/allja1_qxsl_fixture.ZLO(X) is not at hand";
+    }
+    master({" QP3GES              XX9MGR"});
+    options.set("Get_MNG_use_web", "0");
+    engine::ReferenceData data;
+    auto callsOf = [&](const std::filesystem::path& log, readers::InputKind kind) {
+        engine::RunContext& c = context(options);
+        c.run.in_name = log.string();
+        c.run.setKind(kind);
+        std::vector<std::string> calls;
+        for (const auto& row : engine::mnuGet_MNG_Click(c, data).rows) {
+            calls.push_back(row.Calls);
+        }
+        return calls;
+    };
+    const std::vector<std::string> ofZlox = callsOf(*zlox, readers::InputKind::Zlox);
+    ASSERT_FALSE(ofZlox.empty());
+    EXPECT_EQ(ofZlox.front(), " QP3GES");
+    EXPECT_EQ(ofZlox, callsOf(*zlo, readers::InputKind::Zlo));
+}
+
 TEST_F(ManagerLookupsTest, TheWalkTakesTheCallsOfAnRtclTextLogOfEitherGeneration)
 {
     master({" XX9TST              XX9MGR"});
