@@ -4,11 +4,14 @@
 #include "readers/RtclZlogMakers.h"
 #include "readers/ZlogTextReader.h"
 #include "text/Chars.h"
+#include "text/FileBytes.h"
 #include "text/LineFile.h"
 #include "text/Record.h"
+#include "text/SideBySide.h"
 #include "text/SjisCodec.h"
 
 #include <array>
+#include <charconv>
 #include <chrono>
 #include <cmath>
 #include <cstdio>
@@ -79,6 +82,44 @@ std::string field(std::string_view r, std::size_t offset, std::size_t size)
 constexpr double kFirstDay = -657434.0;
 constexpr double kPastLastDay = 2958466.0;
 
+// The records of a binary log one by one, as `text::turnRecords` reads them: positions are
+// byte offsets, and a part may start at any record. A record cut short by the end of the file
+// reads zero bytes for the rest.
+class RtclRecords
+{
+public:
+    RtclRecords(std::string_view bytes, std::size_t size, long count)
+        : m_bytes(bytes), m_size(size), m_count(count)
+    {
+    }
+
+    bool atEnd() const { return m_next > m_count; }
+    std::string_view next()
+    {
+        const std::size_t start = static_cast<std::size_t>(m_next++ - 1) * m_size;
+        if (start + m_size <= m_bytes.size()) {
+            return m_bytes.substr(start, m_size);
+        }
+        m_spare.assign(m_size, '\0');
+        if (start < m_bytes.size()) {
+            std::memcpy(m_spare.data(), m_bytes.data() + start, m_bytes.size() - start);
+        }
+        return m_spare;
+    }
+
+    std::string_view bytes() const { return m_bytes; }
+    std::size_t position() const { return static_cast<std::size_t>(m_next - 1) * m_size; }
+    void skipTo(std::size_t at) { m_next = static_cast<long>(at / m_size) + 1; }
+    std::size_t boundaryFrom(std::size_t at) const { return (at + m_size - 1) / m_size * m_size; }
+
+private:
+    std::string_view m_bytes;
+    std::size_t m_size;
+    long m_count;
+    long m_next = 1;
+    std::string m_spare;
+};
+
 } // namespace
 
 std::size_t rtclRecordSize(InputKind kind)
@@ -131,6 +172,13 @@ std::string rtclHz(std::int32_t raw, std::string_view band)
 std::string rtclRoundedKhz(std::string_view hz)
 {
     const std::size_t n = text::charCount(hz);
+    // Whole hertz of three digits or more: the kHz with its three decimals, rounded half up,
+    // is exact in whole numbers.
+    if (n >= 3 && n <= 18 && text::countDigits(hz) == n) {
+        unsigned long long value = 0;
+        std::from_chars(hz.data(), hz.data() + hz.size(), value);
+        return std::to_string((value + 500) / 1000);
+    }
     const std::string khz = text::left(hz, n >= 3 ? n - 3 : 0) + "." + text::right(hz, 3);
     const double rounded = std::floor(text::val(khz) + 0.5);
     char buf[32];
@@ -192,13 +240,16 @@ void rtclDateTime(double when, std::string& date, std::string& time)
     using namespace std::chrono;
     const sys_days epoch = sys_days(year(1899) / December / 30);
     const year_month_day ymd(epoch + days(static_cast<long long>(whole)));
-    char buf[32];
-    std::snprintf(buf, sizeof buf, "%04d/%02u/%02u", static_cast<int>(ymd.year()),
-                  static_cast<unsigned>(ymd.month()), static_cast<unsigned>(ymd.day()));
-    date = buf;
-    std::snprintf(buf, sizeof buf, "%02lld%02lld%02lld", seconds / 3600, (seconds / 60) % 60,
-                  seconds % 60);
-    time = buf;
+    date.clear();
+    text::appendZeroPadded(date, static_cast<unsigned long long>(static_cast<int>(ymd.year())), 4);
+    date += '/';
+    text::appendZeroPadded(date, static_cast<unsigned>(ymd.month()), 2);
+    date += '/';
+    text::appendZeroPadded(date, static_cast<unsigned>(ymd.day()), 2);
+    time.clear();
+    text::appendZeroPadded(time, static_cast<unsigned long long>(seconds / 3600), 2);
+    text::appendZeroPadded(time, static_cast<unsigned long long>((seconds / 60) % 60), 2);
+    text::appendZeroPadded(time, static_cast<unsigned long long>(seconds % 60), 2);
 }
 
 std::vector<std::string> rtclWorkingFields(const RtclBinaryRecord& q)
@@ -237,21 +288,22 @@ long decodeRtclLog(std::string_view bytes, InputKind kind, const std::filesystem
     const std::size_t size = rtclRecordSize(kind);
     const long count = rtclRecordCount(bytes.size(), size);
     text::LineWriter writer(out);
-    std::string record;
     long written = 0;
-    for (long n = 1; n <= count; ++n) {
-        // A record cut short by the end of the file reads zero bytes for the rest.
-        const std::size_t start = static_cast<std::size_t>(n - 1) * size;
-        record.assign(size, '\0');
-        if (start < bytes.size()) {
-            const std::size_t have = std::min(size, bytes.size() - start);
-            std::memcpy(record.data(), bytes.data() + start, have);
-        }
-        if (text::startsWith(record, "QTC")) {
-            continue; // QTC traffic, no contact
-        }
-        writer.writeRecord(rtclWorkingFields(decodeRtclRecord(record, kind)));
-        ++written;
+    RtclRecords in(bytes, size, count);
+    if (!in.atEnd()) {
+        const auto makeWorker = [kind] {
+            return [kind](RtclRecords& records, text::LineWriter& lines) {
+                const std::string_view record = records.next();
+                if (text::startsWith(record, "QTC")) {
+                    return false; // QTC traffic, no contact
+                }
+                lines.writeRecord(rtclWorkingFields(decodeRtclRecord(record, kind)));
+                return true;
+            };
+        };
+        text::turnRecords(
+            in, [&] { return RtclRecords(bytes, size, count); }, writer, makeWorker,
+            [&written](bool line) { written += line ? 1 : 0; });
     }
     writer.close();
     return written;
@@ -288,8 +340,8 @@ OpenResult RtclBinaryReader::open(const ReaderContext& ctx, const std::filesyste
     InputState& run = ctx.run;
     // The menu names the generation before the file is looked at.
     run.setKind(m_kind);
-    const std::string bytes = text::readFileBytes(path);
-    const std::string_view problem = rtclVersionProblem(bytes, m_kind);
+    const text::FileBytes bytes = text::FileBytes::copyOf(path);
+    const std::string_view problem = rtclVersionProblem(bytes.view(), m_kind);
     if (!problem.empty()) {
         ctx.dialogs.message("Vornhale", run.in_name + std::string(problem),
                             base::Dialogs::Icon::Information);
@@ -311,7 +363,7 @@ void RtclBinaryReader::read(const ReaderContext& ctx)
     // The text beside the log must not be the log itself: find out before writing anything.
     rtclOutputName(run.in_name, "_log2a.all");
     ctx.observer.status("  入力ファイル読み込み中", base::Colour::Green);
-    decodeRtclLog(text::readFileBytes(run.in_name), m_kind, ctx.work("rtcl_tmp.txt"));
+    decodeRtclLog(text::FileBytes::copyOf(run.in_name).view(), m_kind, ctx.work("rtcl_tmp.txt"));
     make_rtcl_log_to_zlog_all(ctx);
 
     // `a_2_t` reads the working text and puts the operator's path back when it ends.

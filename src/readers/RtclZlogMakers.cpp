@@ -6,8 +6,11 @@
 #include "readers/ZlogTranslators.h"
 #include "settings/SettingsFiles.h"
 #include "text/Chars.h"
+#include "text/FileBytes.h"
 #include "text/LineFile.h"
 #include "text/Record.h"
+#include "text/RecordBytes.h"
+#include "text/SideBySide.h"
 #include "text/SjisText.h"
 
 namespace vornhale::readers {
@@ -20,6 +23,15 @@ using text::right;
 using text::sjisColumn;
 
 constexpr const char* kRtclTmp = "rtcl_tmp.txt";
+
+// What a worker that starts inside the decoder's text holds for the mode of the records before
+// its part; the mode rule never gives it.
+constexpr std::string_view kUnknownMode = "?";
+
+// Thrown by such a worker where a line takes that mode.
+struct CarriedOver
+{
+};
 
 std::string trimmed(std::string_view s)
 {
@@ -260,18 +272,40 @@ std::string make_rtcl_log_to_zlog_all(const ReaderContext& ctx)
 {
     ctx.trace.line("Private sub make_rtcl_log_to_zlog_all()");
     const std::string beside = rtclOutputName(ctx.run.in_name, "_log2a.all");
-    text::RecordReader in(ctx.work(kRtclTmp));
-    text::LineWriter work(ctx.work("zlog_01.txt"));
+    const fs::path workPath = ctx.work("zlog_01.txt");
+    text::RecordBytes in(ctx.work(kRtclTmp));
+    text::LineWriter work(workPath);
     text::LineWriter out(beside, text::LineWriter::Mode::ReplaceWhenDone);
     work.write(rtclAllHeader());
-    out.write(rtclAllHeader());
-    std::string mode;
-    while (!in.atEnd()) {
-        const std::string line = rtclAllLine(in.fields(rtcl_tmp::kFields), mode);
-        work.write(line);
-        out.write(line);
+    if (!in.atEnd()) {
+        // A record whose mode text is none of the rule's keeps the mode of the record before:
+        // a worker that starts inside the file holds a mark in its place until a record of its
+        // own gives one, and gives up when a line would take the mark.
+        const auto makeWorker = [] {
+            return [mode = std::string(), started = false, fields = std::vector<std::string_view>(),
+                    record = std::vector<std::string>()](text::RecordBytes& bytes,
+                                                         text::LineWriter& lines) mutable {
+                if (!started) {
+                    started = true;
+                    if (bytes.position() != 0) {
+                        mode = kUnknownMode;
+                    }
+                }
+                bytes.next(rtcl_tmp::kFields, fields);
+                record.assign(fields.begin(), fields.end());
+                const std::string line = rtclAllLine(record, mode);
+                if (mode == kUnknownMode) {
+                    throw CarriedOver{};
+                }
+                lines.write(line);
+            };
+        };
+        text::turnRecords<text::RecordBytes>(
+            in, [&ctx] { return text::RecordBytes(ctx.work(kRtclTmp)); }, work, makeWorker, [] {});
     }
     work.close();
+    // The text beside the log is the working text as it stands.
+    out.writeLines(std::string(text::FileBytes(workPath).view()));
     out.close();
     return beside;
 }

@@ -200,6 +200,15 @@ TEST(RtclRig, RoundedKilohertzAndHexadecimalPoints)
     EXPECT_EQ(readers::rtclRoundedKhz("14085499"), "14085");
     EXPECT_EQ(readers::rtclRoundedKhz("5600000000"), "5600000");
     EXPECT_EQ(readers::rtclRoundedKhz("0"), "0");
+    // Three digits and more are hertz with the kHz before the last three; fewer are all
+    // decimals of a kHz.
+    EXPECT_EQ(readers::rtclRoundedKhz("500"), "1");
+    EXPECT_EQ(readers::rtclRoundedKhz("499"), "0");
+    EXPECT_EQ(readers::rtclRoundedKhz("1500"), "2");
+    EXPECT_EQ(readers::rtclRoundedKhz("50"), "1");
+    EXPECT_EQ(readers::rtclRoundedKhz("5"), "1");
+    EXPECT_EQ(readers::rtclRoundedKhz("4"), "0");
+    EXPECT_EQ(readers::rtclRoundedKhz("999999999999999999"), "1000000000000000");
     EXPECT_EQ(readers::rtclPoints(18), 24);
     EXPECT_EQ(readers::rtclPoints(0), 0);
     EXPECT_EQ(readers::rtclPoints(9), 9);
@@ -281,6 +290,60 @@ TEST_F(RtclBinary, ARecordCountThatDisagreesWithTheLengthIsRoundedAndZeroFilled)
     EXPECT_EQ(readers::rtclRecordCount(203 + 101, 203), 1);
     EXPECT_EQ(readers::rtclRecordCount(203 + 102, 203), 2);
     EXPECT_EQ(readers::rtclRecordCount(209 * 3, 209), 3);
+}
+
+// A long log, behind `lead` plain records, in blocks of five from `from` to `to`: the first of
+// a block gives its mode, a QTC record stands third, and the three others have a mode text
+// that keeps the mode of the record before.
+std::string carryingLog(bool v430, int lead, int from, int to)
+{
+    RtclBinaryWriter w(v430);
+    for (int i = 0; i < lead; ++i) {
+        w.record({});
+    }
+    const char* modes[] = {"CW", "USB", "RTTY", "FM", "PSK31"};
+    for (int b = from; b < to; ++b) {
+        RtclBinarySpec first;
+        first.mode = modes[b % 5];
+        first.call = "JA" + std::to_string(1000 + b % 9000);
+        first.rig = static_cast<std::uint32_t>(1790177280 + 32 * (b % 1000));
+        RtclBinarySpec carrying = first;
+        carrying.mode = "XX";
+        RtclBinarySpec qtc = first;
+        qtc.number = "QTC01";
+        w.record(first).record(carrying).record(qtc).record(carrying).record(carrying);
+    }
+    return w.bytes();
+}
+
+// A long log is decoded, and its text made, in two parts side by side. A part of the text that
+// starts where a record keeps the mode of the record before is made again by the first part:
+// wherever the parts meet, the lines are those of one pass, and two halves cut at a block give
+// them one after the other.
+TEST_F(RtclBinary, ALongLogGivesWhatOnePassGivesWhereverItsPartsMeet)
+{
+    constexpr int kBlocks = 1800;
+    for (const bool v430 : {false, true}) {
+        const char* word = v430 ? "log_v430" : "log_v4";
+        for (int lead = 0; lead < 4; ++lead) {
+            const std::string bytes = carryingLog(v430, lead, 0, kBlocks);
+            const auto whole = convert(bytes, word);
+            ASSERT_GT(std::filesystem::file_size(work("rtcl_tmp.txt")), 1u << 20);
+            const long written = ctx->run.written_count;
+            const std::size_t record = RtclBinaryWriter(v430).recordSize();
+            auto halves = convert(bytes.substr(0, (lead + 5 * (kBlocks / 2)) * record), word);
+            const auto second = convert(carryingLog(v430, 0, kBlocks / 2, kBlocks), word);
+            halves.insert(halves.end(), second.begin(), second.end());
+            EXPECT_EQ(whole, halves) << word << " " << lead;
+            EXPECT_EQ(written, lead + 4 * kBlocks) << word << " " << lead;
+            // Each block keeps the mode its first record gave.
+            ASSERT_EQ(whole.size(), static_cast<std::size_t>(lead + 4 * kBlocks));
+            for (std::size_t i = lead; i < whole.size(); ++i) {
+                ASSERT_EQ(whole[i][8], whole[i - (i - lead) % 4][8])
+                    << word << " " << lead << " " << i;
+            }
+        }
+    }
 }
 
 TEST_F(RtclBinary, ATimeStampThatIsNoDateFails)
