@@ -1,9 +1,9 @@
 #include "readers/AdifReader.h"
 
-#include "base/FileStamp.h"
 #include "base/WorkingFiles.h"
 #include "failure/Failure.h"
 #include "text/Chars.h"
+#include "text/FileBytes.h"
 #include "text/LineFile.h"
 #include "text/Record.h"
 #include "text/SjisCodec.h"
@@ -15,10 +15,7 @@
 #include <cstdint>
 #include <cstring>
 #include <filesystem>
-#include <mutex>
 #include <string>
-#include <system_error>
-#include <utility>
 #include <vector>
 
 namespace vornhale::readers {
@@ -393,47 +390,6 @@ bool holdsLowerCall(std::string_view line)
         }
     }
     return false;
-}
-
-// The bytes an opening read, kept for the count that follows it, with what tells whether the
-// file is still the one read.
-struct OpenedBytes
-{
-    std::string path;
-    base::FileStamp stamp;
-    std::string bytes;
-};
-
-std::mutex g_openedMutex;
-OpenedBytes g_opened;
-
-void keepOpenedBytes(const std::filesystem::path& path, std::string bytes)
-{
-    OpenedBytes kept;
-    if (const auto stamp = base::FileStamp::of(path); stamp && stamp->size == bytes.size()) {
-        kept.stamp = *stamp;
-        kept.path = path.string();
-        kept.bytes = std::move(bytes);
-    }
-    const std::lock_guard lock(g_openedMutex);
-    g_opened = std::move(kept);
-}
-
-// The bytes of `path`: those the opening kept when the file has not changed since (they are
-// then let go), else read anew. Throws Failure 53 when the file cannot be read.
-std::string takeOpenedBytes(const std::filesystem::path& path)
-{
-    OpenedBytes kept;
-    {
-        const std::lock_guard lock(g_openedMutex);
-        kept = std::move(g_opened);
-        g_opened = OpenedBytes{};
-    }
-    const std::optional<base::FileStamp> stamp = base::FileStamp::of(path);
-    if (!kept.path.empty() && kept.path == path.string() && stamp && *stamp == kept.stamp) {
-        return std::move(kept.bytes);
-    }
-    return text::readFileBytes(path);
 }
 
 // One for a line holding "<CALL:" and one more for a line holding "<call:" (as written),
@@ -831,9 +787,10 @@ void AdifValues::fill(base::QsoLine& q) const
 
 bool FileOpen_adi(InputState& run, const std::filesystem::path& path)
 {
-    std::string bytes = text::readFileBytes(path);
+    // The log is the kept input: the count and the conversion share this read.
+    const text::FileBytes bytes = text::FileBytes::copyOf(path);
     bool reports = false;
-    for (const std::string_view line : text::splitLines(bytes)) {
+    for (const std::string_view line : text::splitLines(bytes.view())) {
         reports = text::contains(text::upper(text::decodeSjis(line)), "<RST_SENT:");
         if (reports) {
             break;
@@ -845,7 +802,6 @@ bool FileOpen_adi(InputState& run, const std::filesystem::path& path)
         return false;
     }
     run.setKind(InputKind::Adi);
-    keepOpenedBytes(path, std::move(bytes));
     return true;
 }
 
@@ -855,10 +811,9 @@ long count_in_name_adi(const ReaderContext& ctx)
     if (run.f_type != "adi") {
         return run.line_count;
     }
-    // The bytes the opening read, when the file has not changed since.
-    std::string bytes = takeOpenedBytes(run.in_name);
+    const text::FileBytes bytes = text::FileBytes::copyOf(run.in_name);
     long count = 0;
-    const std::string_view all(bytes);
+    const std::string_view all = bytes.view();
     const bool ascii = text::isAsciiText(all);
     std::string decoded;
     for (const std::string_view raw : text::splitLines(all)) {

@@ -4,6 +4,8 @@
 #include "base/WorkingFiles.h"
 #include "failure/Failure.h"
 #include "text/Chars.h"
+#include "text/FileBytes.h"
+#include "text/LineFile.h"
 #include "text/Record.h"
 #include "text/SjisCodec.h"
 #include "text/SjisText.h"
@@ -75,10 +77,13 @@ struct SharedRead
 std::mutex g_sharedMutex;
 SharedRead g_shared;
 
-std::shared_ptr<CabrilloLines> readCabrilloLines(const std::filesystem::path& path)
+std::shared_ptr<CabrilloLines> readCabrilloLines(const std::filesystem::path& path,
+                                                 std::shared_ptr<const std::string> kept)
 {
     auto log = std::make_shared<CabrilloLines>();
-    log->bytes = text::readFileBytes(path);
+    log->source =
+        kept ? std::move(kept) : std::make_shared<const std::string>(text::readFileBytes(path));
+    log->bytes = *log->source;
     log->lines = text::splitLines(log->bytes);
     // A file of ASCII alone decodes to itself line by line; any other is looked at by line.
     log->ascii = text::isAsciiText(log->bytes);
@@ -445,14 +450,18 @@ std::string cabrilloFrequencyMhz(std::string_view token)
 std::shared_ptr<CabrilloLines> cabrilloLines(const std::filesystem::path& path, bool fresh)
 {
     const std::optional<base::FileStamp> stamp = base::FileStamp::of(path);
+    // The kept input is read again only when it changed.
+    std::shared_ptr<const std::string> kept = text::keptBytesOf(path);
     {
         const std::lock_guard lock(g_sharedMutex);
-        if (!fresh && stamp && g_shared.lines && g_shared.path == path.string() &&
-            g_shared.stamp == *stamp) {
+        const bool sameRead = kept ? g_shared.lines && g_shared.lines->source == kept
+                                   : !fresh && stamp && g_shared.lines &&
+                                         g_shared.path == path.string() && g_shared.stamp == *stamp;
+        if (sameRead) {
             return g_shared.lines;
         }
     }
-    std::shared_ptr<CabrilloLines> log = readCabrilloLines(path);
+    std::shared_ptr<CabrilloLines> log = readCabrilloLines(path, std::move(kept));
     const std::lock_guard lock(g_sharedMutex);
     if (stamp && log->bytes.size() == stamp->size) {
         g_shared = SharedRead{path.string(), *stamp, log};

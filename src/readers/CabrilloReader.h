@@ -51,7 +51,8 @@ std::string cabrilloFrequencyMhz(std::string_view token);
 /// `text::LineReader` splits them, and which of them hold "QSO:".
 struct CabrilloLines
 {
-    std::string bytes;
+    std::shared_ptr<const std::string> source; ///< the bytes read, shared with the kept input
+    std::string_view bytes;                    ///< the same
     std::vector<std::string_view> lines; ///< every line, views into `bytes` or `decoded`
     std::deque<std::string> decoded;     ///< the lines that are not ASCII, decoded
     std::vector<std::uint32_t> qsoLines; ///< indices of the lines holding "QSO:"
@@ -76,9 +77,10 @@ void cabrilloTokensFromRuns(std::string_view line, const std::uint16_t* edges, s
                             std::size_t from, std::size_t to, std::vector<std::string_view>& tokens,
                             std::size_t limit = static_cast<std::size_t>(-1));
 
-/// The lines of `path`. With `fresh` the file is read anew; otherwise the last read is
-/// shared when it was of the same file and the file's size and time of change are still
-/// those of that read. Throws Failure 53 when the file cannot be read.
+/// The lines of `path`. With `fresh` the file is read anew, unless it is the kept input and
+/// the last read was of its bytes as they still are; otherwise the last read is shared when
+/// it was of the same file and the file's size and time of change are still those of that
+/// read. Throws Failure 53 when the file cannot be read.
 std::shared_ptr<CabrilloLines> cabrilloLines(const std::filesystem::path& path, bool fresh);
 
 /// Lets go of the read that `cabrilloLines` keeps for sharing.
