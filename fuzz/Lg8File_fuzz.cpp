@@ -10,8 +10,8 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     using namespace vornhale;
     fuzz::allowingFailure([&] {
         const readers::Lg8File log = readers::Lg8File::fromBytes(fuzz::bytesOf(data, size));
-        for (const readers::Lg8Qso& qso : log.qsos()) {
-            (void)readers::zlogAllLine(qso);
+        for (std::size_t i = 0; i < log.size(); ++i) {
+            (void)readers::zlogAllLine(log.qso(i));
         }
     });
     return 0;

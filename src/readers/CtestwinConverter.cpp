@@ -26,7 +26,7 @@ void BuiltInCtestwinConverter::convert(const fs::path& strPath, base::Trace& tra
     trace.line("   ctestwin2zlog (内蔵) : " + lg8);
     const Lg8File log = Lg8File::read(lg8);
     writeZlogAll(log, replaceExtension(lg8, kCtestwinAllSuffix));
-    exchange.write(kCtestwinExchangeFile, kCtestwinCountKey, std::to_string(log.qsos().size()));
+    exchange.write(kCtestwinExchangeFile, kCtestwinCountKey, std::to_string(log.size()));
     if (!exchange.save()) {
         throw failure::Failure(failure::PathFileAccess,
                                "パス名が無効です。 " + exchange.path().string());

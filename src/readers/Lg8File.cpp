@@ -2,12 +2,13 @@
 
 #include "failure/Failure.h"
 #include "text/Chars.h"
+#include "text/FileBytes.h"
 #include "text/LineFile.h"
+#include "text/SideBySide.h"
 #include "text/SjisCodec.h"
 #include "text/SjisText.h"
 
 #include <array>
-#include <cstdio>
 #include <cstring>
 
 namespace vornhale::readers {
@@ -140,17 +141,27 @@ std::string column(std::string_view value, long width)
 
 Lg8File Lg8File::read(const std::filesystem::path& path)
 {
-    return fromBytes(text::readFileBytes(path));
+    std::shared_ptr<const std::string> bytes = text::keptBytesOf(path);
+    return of(bytes ? std::move(bytes)
+                    : std::make_shared<const std::string>(text::readFileBytes(path)));
 }
 
-Lg8File Lg8File::fromBytes(std::string_view b)
+Lg8File Lg8File::fromBytes(std::string_view bytes)
+{
+    return of(std::make_shared<const std::string>(bytes));
+}
+
+Lg8File Lg8File::of(std::shared_ptr<const std::string> bytes)
 {
     Lg8File log;
+    log.m_bytes = std::move(bytes);
+    const std::string_view b = *log.m_bytes;
     std::uint32_t count = 0;
     std::size_t at = firstRecord(b, count);
     if (at == 0) {
         return log;
     }
+    log.m_starts.reserve((b.size() - at) / (kRecordSize + kClassTag.size()) + 1);
     for (bool first = true;; first = false) {
         if (!first) {
             if (b.size() - at < kClassTag.size() || b.substr(at, kClassTag.size()) != kClassTag) {
@@ -161,12 +172,17 @@ Lg8File Lg8File::fromBytes(std::string_view b)
         if (b.size() - at < kRecordSize) {
             throw failure::Failure(failure::InputPastEnd,
                                    "CTESTWIN の ＊．lg8 ファイルが途中で切れています (" +
-                                       std::to_string(log.m_qsos.size() + 1) + " 件目)");
+                                       std::to_string(log.m_starts.size() + 1) + " 件目)");
         }
-        log.m_qsos.push_back(decodeRecord(b.substr(at, kRecordSize)));
+        log.m_starts.push_back(at);
         at += kRecordSize;
     }
     return log;
+}
+
+Lg8Qso Lg8File::qso(std::size_t i) const
+{
+    return decodeRecord(std::string_view(*m_bytes).substr(m_starts.at(i), kRecordSize));
 }
 
 std::string_view lg8ModeName(std::uint8_t index)
@@ -208,17 +224,23 @@ std::string zlogAllLine(const Lg8Qso& qso)
     std::int64_t year = 0;
     unsigned month = 0, day = 0;
     civilFromDays(days, year, month, day);
-    char when[40];
-    std::snprintf(when, sizeof when, "%04lld/%02u/%02u %02lld:%02lld ",
-                  static_cast<long long>(year), month, day, static_cast<long long>(seconds / 3600),
-                  static_cast<long long>(seconds / 60 % 60));
+    std::string line;
+    text::appendZeroPadded(line, static_cast<unsigned long long>(year), 4);
+    line += '/';
+    text::appendZeroPadded(line, month, 2);
+    line += '/';
+    text::appendZeroPadded(line, day, 2);
+    line += ' ';
+    text::appendZeroPadded(line, static_cast<unsigned long long>(seconds / 3600), 2);
+    line += ':';
+    text::appendZeroPadded(line, static_cast<unsigned long long>(seconds / 60 % 60), 2);
+    line += ' ';
 
     const std::string_view mode = lg8ModeName(qso.mode);
     std::string sentRst, sentNr, rcvdRst, rcvdNr;
     splitLg8Exchange(qso.sent, mode, sentRst, sentNr);
     splitLg8Exchange(qso.rcvd, mode, rcvdRst, rcvdNr);
 
-    std::string line = when;
     line += column(qso.call, 13) + column(sentRst, 4) + column(sentNr, 8) + column(rcvdRst, 4) +
             column(rcvdNr, 8);
     // Multipliers are not in the log: the columns show none as new.
@@ -235,9 +257,10 @@ void writeZlogAll(const Lg8File& log, const std::filesystem::path& path)
 {
     text::LineWriter out(path, text::LineWriter::Mode::ReplaceWhenDone);
     out.write("zLog for Windows ");
-    for (const Lg8Qso& qso : log.qsos()) {
-        out.write(zlogAllLine(qso));
-    }
+    // Each contact is decoded as its line is made, a long log in two parts side by side.
+    text::turnItems(log.size(), out, 96, [&log](std::size_t i, text::LineWriter& lines) {
+        lines.write(zlogAllLine(log.qso(i)));
+    });
     out.close();
 }
 

@@ -2,6 +2,7 @@
 
 #include <cstdint>
 #include <filesystem>
+#include <memory>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -29,16 +30,23 @@ struct Lg8Qso
 class Lg8File
 {
 public:
-    /// Reads `path`. Throws Failure 53 when it cannot be read; see `fromBytes`.
+    /// Reads `path`, sharing the kept input's bytes. Throws Failure 53 when it cannot be read;
+    /// see `fromBytes`.
     static Lg8File read(const std::filesystem::path& path);
     /// Reads a log from its bytes. Throws Failure 13 when the bytes do not begin as a CTESTWIN
     /// log does, and Failure 62 when a record is cut off by the end of the file.
     static Lg8File fromBytes(std::string_view bytes);
 
-    const std::vector<Lg8Qso>& qsos() const { return m_qsos; }
+    /// The number of contacts.
+    std::size_t size() const { return m_starts.size(); }
+    /// Contact `i`, counted from 0, decoded from its record.
+    Lg8Qso qso(std::size_t i) const;
 
 private:
-    std::vector<Lg8Qso> m_qsos;
+    static Lg8File of(std::shared_ptr<const std::string> bytes);
+
+    std::shared_ptr<const std::string> m_bytes;
+    std::vector<std::size_t> m_starts; ///< where each record starts in `m_bytes`
 };
 
 /// The name of a mode index ("CW", "RTTY", "SSB", … "FT4"); empty outside the table.

@@ -52,10 +52,10 @@ TEST(Lg8File, TheRealLogHoldsAThousandContactsAsItsTextTwinShowsThem)
     const readers::Lg8File log = readers::Lg8File::read(*lg8);
     const std::vector<TwinLine> expected = readTwin(*twin);
     ASSERT_EQ(expected.size(), 1000u);
-    ASSERT_EQ(log.qsos().size(), 1000u);
+    ASSERT_EQ(log.size(), 1000u);
     for (std::size_t i = 0; i < expected.size(); ++i) {
         const TwinLine& t = expected[i];
-        const std::string line = readers::zlogAllLine(log.qsos()[i]);
+        const std::string line = readers::zlogAllLine(log.qso(i));
         SCOPED_TRACE(line);
         EXPECT_EQ(std::stoi(line.substr(5, 2)), t.month);
         EXPECT_EQ(std::stoi(line.substr(8, 2)), t.day);
@@ -75,8 +75,8 @@ TEST(Lg8File, ReadsTheFieldsOfARecordUpToTheirNul)
     q.op = "JA1OPX";
     q.remarks = "メモ";
     const readers::Lg8File log = readers::Lg8File::fromBytes(test::lg8Bytes({q}));
-    ASSERT_EQ(log.qsos().size(), 1u);
-    const readers::Lg8Qso& r = log.qsos()[0];
+    ASSERT_EQ(log.size(), 1u);
+    const readers::Lg8Qso r = log.qso(0);
     EXPECT_EQ(r.call, "JR1ABC/1");
     EXPECT_EQ(r.sent, "599100110");
     EXPECT_EQ(r.rcvd, "59925");
@@ -94,8 +94,8 @@ TEST(Lg8File, TakesTheCountFromTheRecordsNotFromTheCountAheadOfThem)
     // A list of 65,539 contacts shows 3 in its 16-bit count; a wrong count changes nothing.
     for (std::uint16_t count : {std::uint16_t{3}, std::uint16_t{1}, std::uint16_t{500}}) {
         const readers::Lg8File log = readers::Lg8File::fromBytes(test::lg8Bytes(qsos, count));
-        ASSERT_EQ(log.qsos().size(), 3u) << count;
-        EXPECT_EQ(log.qsos()[2].call, "JA3CCC");
+        ASSERT_EQ(log.size(), 3u) << count;
+        EXPECT_EQ(log.qso(2).call, "JA3CCC");
     }
 }
 
@@ -105,8 +105,8 @@ TEST(Lg8File, ReadsAListOfMoreThan65535Contacts)
     qsos.back().call = "JA9LAST";
     const std::string bytes = test::lg8Bytes(qsos); // the count wraps to 1
     const readers::Lg8File log = readers::Lg8File::fromBytes(bytes);
-    ASSERT_EQ(log.qsos().size(), 65537u);
-    EXPECT_EQ(log.qsos().back().call, "JA9LAST");
+    ASSERT_EQ(log.size(), 65537u);
+    EXPECT_EQ(log.qso(log.size() - 1).call, "JA9LAST");
 }
 
 TEST(Lg8File, ReadsTheWideCountOfALongList)
@@ -115,12 +115,12 @@ TEST(Lg8File, ReadsTheWideCountOfALongList)
     std::string bytes = test::lg8Bytes(qsos);
     // 0xFFFF and a double word stand where the word of a short list does.
     bytes.replace(0, 2, std::string("\xFF\xFF\x02\x00\x00\x00", 6));
-    EXPECT_EQ(readers::Lg8File::fromBytes(bytes).qsos().size(), 2u);
+    EXPECT_EQ(readers::Lg8File::fromBytes(bytes).size(), 2u);
 }
 
 TEST(Lg8File, AnEmptyLogHasNoContacts)
 {
-    EXPECT_TRUE(readers::Lg8File::fromBytes(test::lg8Bytes({})).qsos().empty());
+    EXPECT_TRUE(readers::Lg8File::fromBytes(test::lg8Bytes({})).size() == 0);
 }
 
 TEST(Lg8File, ARecordCutOffByTheEndOfTheFileIsAFailure)
@@ -137,7 +137,7 @@ TEST(Lg8File, ARecordCutOffByTheEndOfTheFileIsAFailure)
         }
     }
     // Without its settings the log ends after a whole record and is read.
-    EXPECT_EQ(readers::Lg8File::fromBytes(whole).qsos().size(), 2u);
+    EXPECT_EQ(readers::Lg8File::fromBytes(whole).size(), 2u);
 }
 
 TEST(Lg8File, BytesThatDoNotBeginAsALogAreAFailure)
@@ -165,8 +165,8 @@ TEST(Lg8File, AnyBytesAreReadOrFailCleanly)
         }
         try {
             const readers::Lg8File log = readers::Lg8File::fromBytes(bytes);
-            for (const readers::Lg8Qso& q : log.qsos()) {
-                (void)readers::zlogAllLine(q);
+            for (std::size_t i = 0; i < log.size(); ++i) {
+                (void)readers::zlogAllLine(log.qso(i));
             }
         } catch (const failure::Failure&) {
         }
@@ -218,7 +218,7 @@ TEST(Lg8AllLine, PutsEachFieldInItsZlogColumnInJapanTime)
     qso.utcSeconds = 1496534400 + 15 * 3600 + 5 * 60 + 59; // 15:05:59 UTC
     qso.op = "JA1OPX";
     qso.remarks = "GL";
-    const readers::Lg8Qso q = readers::Lg8File::fromBytes(test::lg8Bytes({qso})).qsos()[0];
+    const readers::Lg8Qso q = readers::Lg8File::fromBytes(test::lg8Bytes({qso})).qso(0);
     EXPECT_EQ(readers::zlogAllLine(q), std::string("2017/06/05 00:05 ") + "JA1ABC       " + "599 " +
                                            "100110  " + "599 " + "25      " + "-     -     " +
                                            "14   " + "CW   " + "   " + "%%JA1OPX%%         " +
@@ -231,7 +231,7 @@ TEST(Lg8AllLine, WithoutAnOperatorTheRemarksFollowThePointsColumn)
     qso.remarks = "TNX";
     qso.mode = 2;
     qso.rcvd = "5913";
-    const readers::Lg8Qso q = readers::Lg8File::fromBytes(test::lg8Bytes({qso})).qsos()[0];
+    const readers::Lg8Qso q = readers::Lg8File::fromBytes(test::lg8Bytes({qso})).qso(0);
     const std::string line = readers::zlogAllLine(q);
     EXPECT_EQ(line.substr(42, 12), "59  13      ");
     EXPECT_EQ(line.substr(71, 5), "SSB  ");
@@ -242,7 +242,7 @@ TEST(Lg8AllLine, ATimeOutsideTheCalendarIsAFailure)
 {
     Lg8QsoSpec qso;
     qso.utcSeconds = std::numeric_limits<std::int64_t>::max();
-    const readers::Lg8Qso q = readers::Lg8File::fromBytes(test::lg8Bytes({qso})).qsos()[0];
+    const readers::Lg8Qso q = readers::Lg8File::fromBytes(test::lg8Bytes({qso})).qso(0);
     try {
         readers::zlogAllLine(q);
         FAIL();
@@ -261,6 +261,51 @@ TEST(Lg8AllText, BeginsAsZlogsAllTextAndHasALineAContact)
     ASSERT_EQ(lines.size(), 4u);
     EXPECT_EQ(lines[0], "zLog for Windows ");
     EXPECT_TRUE(text::endsWith(test::readBytes(dir / "x.all"), "\r\n"));
+}
+
+// A long log is written in two parts side by side: the lines are those of one pass, in order.
+TEST(Lg8AllText, ALongLogHasItsLinesInTheOrderOfItsContacts)
+{
+    test::TempDir dir;
+    std::vector<Lg8QsoSpec> qsos(6000);
+    for (std::size_t i = 0; i < qsos.size(); ++i) {
+        qsos[i].call = "JA" + std::to_string(i);
+        qsos[i].utcSeconds += static_cast<std::int64_t>(i) * 60;
+        qsos[i].remarks = i % 3 == 0 ? "\x82\xa0" : "";
+    }
+    const readers::Lg8File log = readers::Lg8File::fromBytes(test::lg8Bytes(qsos));
+    readers::writeZlogAll(log, dir / "x.all");
+    const auto lines = test::readSjisLines(dir / "x.all");
+    ASSERT_EQ(lines.size(), qsos.size() + 1);
+    for (std::size_t i = 0; i < qsos.size(); ++i) {
+        ASSERT_EQ(lines[i + 1], readers::zlogAllLine(log.qso(i))) << i;
+        ASSERT_EQ(columnOf(lines[i + 1], 17, 13), qsos[i].call) << i;
+    }
+}
+
+// A long log with contacts outside the calendar fails at the first of them, wherever its two
+// parts meet, and leaves no text.
+TEST(Lg8AllText, ALongLogFailsAtItsFirstContactOutsideTheCalendar)
+{
+    for (const std::size_t first : {std::size_t{100}, std::size_t{5000}}) {
+        test::TempDir dir;
+        std::vector<Lg8QsoSpec> qsos(6000);
+        for (std::size_t i = 0; i < qsos.size(); ++i) {
+            qsos[i].call = "JA" + std::to_string(i);
+        }
+        qsos[first].utcSeconds = std::numeric_limits<std::int64_t>::max();
+        qsos[5500].utcSeconds = std::numeric_limits<std::int64_t>::max();
+        const readers::Lg8File log = readers::Lg8File::fromBytes(test::lg8Bytes(qsos));
+        try {
+            readers::writeZlogAll(log, dir / "x.all");
+            ADD_FAILURE() << first;
+        } catch (const failure::Failure& f) {
+            EXPECT_EQ(f.number(), failure::Overflow);
+            EXPECT_TRUE(text::contains(f.description(), "(JA" + std::to_string(first) + ")"))
+                << f.description();
+        }
+        EXPECT_FALSE(std::filesystem::exists(dir / "x.all"));
+    }
 }
 
 } // namespace
