@@ -6,6 +6,7 @@
 #include "text/Chars.h"
 #include "text/LineFile.h"
 #include "text/Record.h"
+#include "text/SideBySide.h"
 #include "text/SjisText.h"
 
 #include <vector>
@@ -65,50 +66,61 @@ void readRtclText(const ReaderContext& ctx, Form form)
 
     text::RecordReader in(run.in_name);
     text::LineWriter out(ctx.work(base::working::zlog_1));
-    base::QsoLine q;
-    long done = 0;
-    while (!in.atEnd()) {
-        const std::vector<std::string> f = in.fields(fieldCount);
-        ctx.observer.progress(++done);
-        if (at(f, 1) == "QTC") {
-            continue; // a QTC traffic record, no contact
-        }
-        const bool isOld = form == Form::Old;
-        const std::string& when = at(f, 2);
-        const std::string& sent = at(f, isOld ? 5 : 4);
-        const std::string& rcvd = at(f, isOld ? 6 : 5);
-
-        q.q_year = mid(when, 1, 4);
-        q.q_month = trimmed(mid(when, 6, 2));
-        q.q_day = trimmed(mid(when, 9, 2));
-        q.q_time = trimmed(text::replaceAll(isOld ? at(f, 3) : mid(when, 12, 5), ":", ""));
-        q.q_call = isOld ? at(f, 4) : text::sjisColumn(at(f, 3), 12);
-        q.q_rst_sent = withoutDashes(left(sent, 3));
-        q.q_rst_rcvd = left(rcvd, 3);
-        q.q_rcvd = withoutDashes(text::replaceAll(rcvd, "599", ""));
-        q.q_band = at(f, isOld ? 7 : 6);
-        if (isOld) {
-            q.q_mode = "RTY";
-        } else {
-            q.q_mode = at(f, 12) == "RTTY" ? std::string("RTY") : at(f, 12);
-        }
-        q.q_op.clear();
-        q.q_memo.clear();
-        q.q_freq.clear();
-        if (isOld) {
-            if (frequencies && text::contains(at(f, 12), "[FRQ")) {
-                q.q_freq = oldFrequency(rtclNoteFrequency(at(f, 12)));
+    // Each record is turned on its own, telling whether it was written; a long log is turned
+    // in two parts side by side.
+    const auto makeWorker = [&run, form, fieldCount, operatorFilter, frequencies] {
+        return [&run, form, fieldCount, operatorFilter, frequencies,
+                q = base::QsoLine()](text::RecordReader& in, text::LineWriter& out) mutable {
+            const std::vector<std::string> f = in.fields(fieldCount);
+            if (at(f, 1) == "QTC") {
+                return false; // a QTC traffic record, no contact
             }
-        } else if (frequencies && !text::trim(at(f, 13)).empty()) {
-            q.q_freq = newFrequency(rtclFieldFrequency(at(f, 13)));
-        }
+            const bool isOld = form == Form::Old;
+            const std::string& when = at(f, 2);
+            const std::string& sent = at(f, isOld ? 5 : 4);
+            const std::string& rcvd = at(f, isOld ? 6 : 5);
 
-        // The log names no operator: a filter by name keeps nothing.
-        if (operatorFilter && !run.op_filter_name.empty() && q.q_op != run.op_filter_name) {
-            continue;
-        }
-        out.writeRecord(q.fields());
-        ++run.written_count;
+            q.q_year = mid(when, 1, 4);
+            q.q_month = trimmed(mid(when, 6, 2));
+            q.q_day = trimmed(mid(when, 9, 2));
+            q.q_time = trimmed(text::replaceAll(isOld ? at(f, 3) : mid(when, 12, 5), ":", ""));
+            q.q_call = isOld ? at(f, 4) : text::sjisColumn(at(f, 3), 12);
+            q.q_rst_sent = withoutDashes(left(sent, 3));
+            q.q_rst_rcvd = left(rcvd, 3);
+            q.q_rcvd = withoutDashes(text::replaceAll(rcvd, "599", ""));
+            q.q_band = at(f, isOld ? 7 : 6);
+            if (isOld) {
+                q.q_mode = "RTY";
+            } else {
+                q.q_mode = at(f, 12) == "RTTY" ? std::string("RTY") : at(f, 12);
+            }
+            q.q_op.clear();
+            q.q_memo.clear();
+            q.q_freq.clear();
+            if (isOld) {
+                if (frequencies && text::contains(at(f, 12), "[FRQ")) {
+                    q.q_freq = oldFrequency(rtclNoteFrequency(at(f, 12)));
+                }
+            } else if (frequencies && !text::trim(at(f, 13)).empty()) {
+                q.q_freq = newFrequency(rtclFieldFrequency(at(f, 13)));
+            }
+
+            // The log names no operator: a filter by name keeps nothing.
+            if (operatorFilter && !run.op_filter_name.empty() && q.q_op != run.op_filter_name) {
+                return false;
+            }
+            out.writeRecord(q.fields());
+            return true;
+        };
+    };
+    if (!in.atEnd()) {
+        long done = 0;
+        text::turnRecords(
+            in, [&in] { return in.again(); }, out, makeWorker,
+            [&ctx, &run, &done](bool written) {
+                ctx.observer.progress(++done);
+                run.written_count += written ? 1 : 0;
+            });
     }
     ctx.observer.progress(0);
     out.close();

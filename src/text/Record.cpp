@@ -9,11 +9,12 @@
 
 namespace vornhale::text {
 
-RecordReader::RecordReader(const std::filesystem::path& path) : m_file(FileBytes::copyOf(path))
+RecordReader::RecordReader(const std::filesystem::path& path)
+    : m_file(std::make_shared<const FileBytes>(FileBytes::copyOf(path)))
 {
     // Text of ASCII bytes is read from the file's bytes as they are.
     if (!isAsciiText(m_file->view())) {
-        m_decoded = decodeSjis(m_file->view());
+        m_decoded = std::make_shared<const std::string>(decodeSjis(m_file->view()));
         m_file.reset();
     }
 }
@@ -21,7 +22,15 @@ RecordReader::RecordReader(const std::filesystem::path& path) : m_file(FileBytes
 RecordReader RecordReader::fromText(std::string text)
 {
     RecordReader r;
-    r.m_decoded = std::move(text);
+    r.m_decoded = std::make_shared<const std::string>(std::move(text));
+    return r;
+}
+
+RecordReader RecordReader::again() const
+{
+    RecordReader r;
+    r.m_file = m_file;
+    r.m_decoded = m_decoded;
     return r;
 }
 

@@ -3,8 +3,8 @@
 #include "text/FileBytes.h"
 
 #include <filesystem>
-#include <optional>
 #include <initializer_list>
+#include <memory>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -61,11 +61,24 @@ public:
     /// they stay valid as long as the reader lives. Throws Failure 62 as `fields` does.
     void fieldViews(std::size_t count, std::vector<std::string_view>& out);
 
+    /// Another reader of the same text from its start, sharing it with this one.
+    RecordReader again() const;
+    /// The offset of the next field in the text, the text, and a move to an offset taken to be
+    /// the start of a record: for the work in parts of `text::turnRecords`.
+    std::size_t position() const { return m_pos; }
+    std::string_view bytes() const { return text(); }
+    void skipTo(std::size_t offset) { m_pos = offset; }
+
 private:
     RecordReader() = default;
-    std::string_view text() const { return m_file ? m_file->view() : std::string_view(m_decoded); }
-    std::optional<FileBytes> m_file;
-    std::string m_decoded;
+    std::string_view text() const
+    {
+        return m_file      ? m_file->view()
+               : m_decoded ? std::string_view(*m_decoded)
+                           : std::string_view();
+    }
+    std::shared_ptr<const FileBytes> m_file;
+    std::shared_ptr<const std::string> m_decoded;
     std::size_t m_pos = 0;
 };
 

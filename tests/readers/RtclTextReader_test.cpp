@@ -204,6 +204,64 @@ TEST_F(RtclText, ARecordShortOfFieldsTakesTheNextLinesFirstFields)
     }
 }
 
+// Lines of a long new-form log from record `from` to `to`, behind `lead` plain records: a QTC
+// record every seventh, and every `twoLines`th record written over two lines.
+std::vector<std::string> longNewLog(int from, int to, bool japanese, int twoLines, int lead = 0)
+{
+    std::vector<std::string> lines(static_cast<std::size_t>(lead), RtclNewSpec{}.line());
+    for (int i = from; i < to; ++i) {
+        RtclNewSpec q;
+        q.call = (japanese && i % 5 == 0 ? "ＪＡ" : "JA") + std::to_string(i);
+        q.kind = i % 7 == 0 ? "QTC" : "1";
+        q.freq = std::to_string(14000 + i % 300);
+        const std::string line = q.line();
+        if (i % twoLines == 0) {
+            const std::size_t cut = line.find(",\"14\",");
+            lines.push_back(line.substr(0, cut));
+            lines.push_back(line.substr(cut + 1));
+        } else {
+            lines.push_back(line);
+        }
+    }
+    return lines;
+}
+
+// A long log is read in two parts side by side, however its records lie on its lines (the parts
+// join, or the first goes on alone where the second began inside a record): it gives what its
+// two halves give one after the other, with the progress of one pass.
+TEST_F(RtclText, ALongLogGivesWhatItsHalvesGive)
+{
+    options.set("Check17", "1");
+    constexpr int kRecords = 14000;
+    for (const bool japanese : {false, true}) {
+        for (const int twoLines : {97, 1}) {
+            for (int lead = 0; lead < 3; ++lead) {
+                SCOPED_TRACE(std::to_string(japanese) + " " + std::to_string(twoLines) + " " +
+                             std::to_string(lead));
+                const auto lines = longNewLog(0, kRecords, japanese, twoLines, lead);
+                observer.progressValues.clear();
+                const auto whole = convert(lines, InputKind::LogNew);
+                ASSERT_GT(std::filesystem::file_size(dir / "TEST.log"), 1u << 20);
+                const long written = ctx->run.written_count;
+                const std::vector<long> progress = observer.progressValues;
+                auto halves = convert(longNewLog(0, kRecords / 2, japanese, twoLines, lead),
+                                      InputKind::LogNew);
+                const auto second = convert(longNewLog(kRecords / 2, kRecords, japanese, twoLines),
+                                            InputKind::LogNew);
+                halves.insert(halves.end(), second.begin(), second.end());
+                EXPECT_EQ(whole, halves);
+                EXPECT_EQ(written, lead + kRecords - (kRecords + 6) / 7);
+                std::vector<long> expected;
+                for (long i = 1; i <= lead + kRecords; ++i) {
+                    expected.push_back(i);
+                }
+                expected.push_back(0);
+                EXPECT_EQ(progress, expected);
+            }
+        }
+    }
+}
+
 TEST_F(RtclText, OpeningTheOldFormThroughTheNewMenuShowsTheOldVersionBox)
 {
     const auto path = log(oldLines({RtclOldSpec{}}));
