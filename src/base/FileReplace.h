@@ -16,8 +16,9 @@ std::filesystem::path writingNameOf(const std::filesystem::path& path);
 
 /// Replaces the file at `path` by `bytes` so that no reader ever sees a part of them: the
 /// bytes go to the temporary name in the same folder, are flushed to the disk, and the file is
-/// renamed into place. The previous file stays whole until the rename. False (and no
-/// temporary left) when the file cannot be written.
+/// renamed into place. The previous file stays whole until the rename. A file that holds
+/// exactly `bytes` already is left as it is. False (and no temporary left) when the file
+/// cannot be written.
 bool replaceFileWith(const std::filesystem::path& path, std::string_view bytes);
 
 /// Removes the temporaries (names ending in `kWritingSuffix`) that killed runs left in

@@ -1,8 +1,10 @@
 #include "base/FileReplace.h"
 
+#include <algorithm>
 #include <cerrno>
 #include <cstdio>
 #include <fcntl.h>
+#include <sys/stat.h>
 #include <system_error>
 #include <unistd.h>
 
@@ -24,6 +26,33 @@ bool writeAll(int fd, std::string_view bytes)
     return true;
 }
 
+// Whether the regular file at `path` holds exactly `bytes`.
+bool holdsExactly(const std::filesystem::path& path, std::string_view bytes)
+{
+    const int fd = ::open(path.c_str(), O_RDONLY | O_CLOEXEC);
+    if (fd < 0) {
+        return false;
+    }
+    struct stat st
+    {
+    };
+    bool same = ::fstat(fd, &st) == 0 && S_ISREG(st.st_mode) &&
+                static_cast<std::size_t>(st.st_size) == bytes.size();
+    char buf[1 << 14];
+    std::size_t at = 0;
+    while (same && at < bytes.size()) {
+        const ssize_t n = ::read(fd, buf, std::min(sizeof buf, bytes.size() - at));
+        if (n < 0 && errno == EINTR) {
+            continue;
+        }
+        same = n > 0 && bytes.compare(at, static_cast<std::size_t>(n),
+                                      std::string_view(buf, static_cast<std::size_t>(n))) == 0;
+        at += n > 0 ? static_cast<std::size_t>(n) : 0;
+    }
+    ::close(fd);
+    return same;
+}
+
 std::filesystem::path folderOf(const std::filesystem::path& path)
 {
     return path.has_parent_path() ? path.parent_path() : std::filesystem::path(".");
@@ -40,6 +69,11 @@ std::filesystem::path writingNameOf(const std::filesystem::path& path)
 
 bool replaceFileWith(const std::filesystem::path& path, std::string_view bytes)
 {
+    // The settings are written at many moments of a run, mostly as they already stand: a file
+    // that holds these bytes already is left alone, which spares the disk a write and a flush.
+    if (holdsExactly(path, bytes)) {
+        return true;
+    }
     const std::filesystem::path writing = writingNameOf(path);
     const int fd = ::open(writing.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, 0644);
     if (fd < 0) {

@@ -4,6 +4,7 @@
 
 #include <fstream>
 #include <gtest/gtest.h>
+#include <sys/stat.h>
 
 using namespace vornhale;
 namespace fs = std::filesystem;
@@ -117,6 +118,39 @@ TEST(FileReplace, ReplacesAFileWholeAndLeavesNoTemporary)
     test::writeBytes(file, "[old]\r\n");
     ASSERT_TRUE(base::replaceFileWith(file, "[new]\r\nkey=value\r\n"));
     EXPECT_EQ(test::readBytes(file), "[new]\r\nkey=value\r\n");
+    EXPECT_FALSE(fs::exists(base::writingNameOf(file)));
+}
+
+// A file that holds the bytes already is left as it is (the same file, not a new one in its
+// place); one byte of difference, or a different length, writes it anew.
+TEST(FileReplace, AFileThatHoldsTheBytesAlreadyIsLeftAsItIs)
+{
+    test::TempDir dir;
+    const fs::path file = dir / "Vornhale_new.ini";
+    const std::string bytes = "[a]\r\n" + std::string(40000, 'x') + "\r\n";
+    ASSERT_TRUE(base::replaceFileWith(file, bytes));
+    auto inode = [&file] {
+        struct stat st
+        {
+        };
+        return ::stat(file.c_str(), &st) == 0 ? st.st_ino : 0;
+    };
+    const auto first = inode();
+    ASSERT_TRUE(base::replaceFileWith(file, bytes));
+    EXPECT_EQ(inode(), first);
+    EXPECT_EQ(test::readBytes(file), bytes);
+
+    std::string changed = bytes;
+    changed[30000] = 'y';
+    ASSERT_TRUE(base::replaceFileWith(file, changed));
+    EXPECT_NE(inode(), first);
+    EXPECT_EQ(test::readBytes(file), changed);
+    const auto second = inode();
+    ASSERT_TRUE(base::replaceFileWith(file, changed + "z"));
+    EXPECT_NE(inode(), second);
+    EXPECT_EQ(test::readBytes(file), changed + "z");
+    ASSERT_TRUE(base::replaceFileWith(file, ""));
+    EXPECT_EQ(test::readBytes(file), "");
     EXPECT_FALSE(fs::exists(base::writingNameOf(file)));
 }
 
