@@ -31,16 +31,13 @@ std::optional<std::pair<std::string, std::size_t>> megahertzOf(std::string_view 
 
 } // namespace
 
-bool frequencyInParentheses(std::string_view note, std::string_view q_band, std::string& q_freq)
+void frequencyInParentheses(std::string_view note, std::string_view q_band, std::string& q_freq)
 {
     if (text::contains(note, "(0)")) {
         q_freq = std::string(q_band);
     } else if (auto mhz = megahertzOf(note)) {
         q_freq = std::move(mhz->first);
-    } else {
-        return false;
     }
-    return true;
 }
 
 void freq_from_memo(std::string& q_memo, std::string_view q_band, std::string& q_freq)

@@ -13,8 +13,8 @@ namespace vornhale::readers {
 /// frequency in kHz without its point. Four to seven characters become MHz text with the last
 /// three digits behind the point ("1.825", "14.025"); any other length leaves `q_freq` as the
 /// record before left it. So a remark that goes on behind the ")" gives no frequency. A text
-/// holding "(0)" gives `q_band`. Returns whether it assigned `q_freq`.
-bool frequencyInParentheses(std::string_view note, std::string_view q_band, std::string& q_freq);
+/// holding "(0)" gives `q_band`.
+void frequencyInParentheses(std::string_view note, std::string_view q_band, std::string& q_freq);
 
 /// `freq_from_memo`: `frequencyInParentheses` on the remark, the frequency right-aligned as the
 /// text stages write it ("      1.825", "     14.025"); then the parenthesised text is taken

@@ -24,15 +24,6 @@ using text::sjisColumn;
 
 constexpr const char* kRtclTmp = "rtcl_tmp.txt";
 
-// What a worker that starts inside the decoder's text holds for the mode of the records before
-// its part; the mode rule never gives it.
-constexpr std::string_view kUnknownMode = "?";
-
-// Thrown by such a worker where a line takes that mode.
-struct CarriedOver
-{
-};
-
 std::string trimmed(std::string_view s)
 {
     return std::string(text::trim(s));
@@ -268,6 +259,29 @@ std::string rtclTxtLine(const std::vector<std::string>& record, std::string& mod
     return txtLine(p);
 }
 
+namespace {
+
+// Turns one record of the decoder's text into a line of the `.ALL` text. A record whose mode
+// text is none of the rule's keeps the mode of the record before.
+struct RtclAllTurner
+{
+    std::string mode;
+    std::vector<std::string_view> fields;
+    std::vector<std::string> record;
+
+    void operator()(text::RecordBytes& in, text::LineWriter& lines)
+    {
+        in.next(rtcl_tmp::kFields, fields);
+        record.assign(fields.begin(), fields.end());
+        lines.write(rtclAllLine(record, mode));
+    }
+
+    // What the next record may take over.
+    const std::string& carried() const { return mode; }
+};
+
+} // namespace
+
 std::string make_rtcl_log_to_zlog_all(const ReaderContext& ctx)
 {
     ctx.trace.line("Private sub make_rtcl_log_to_zlog_all()");
@@ -278,30 +292,9 @@ std::string make_rtcl_log_to_zlog_all(const ReaderContext& ctx)
     text::LineWriter out(beside, text::LineWriter::Mode::ReplaceWhenDone);
     work.write(rtclAllHeader());
     if (!in.atEnd()) {
-        // A record whose mode text is none of the rule's keeps the mode of the record before:
-        // a worker that starts inside the file holds a mark in its place until a record of its
-        // own gives one, and gives up when a line would take the mark.
-        const auto makeWorker = [] {
-            return [mode = std::string(), started = false, fields = std::vector<std::string_view>(),
-                    record = std::vector<std::string>()](text::RecordBytes& bytes,
-                                                         text::LineWriter& lines) mutable {
-                if (!started) {
-                    started = true;
-                    if (bytes.position() != 0) {
-                        mode = kUnknownMode;
-                    }
-                }
-                bytes.next(rtcl_tmp::kFields, fields);
-                record.assign(fields.begin(), fields.end());
-                const std::string line = rtclAllLine(record, mode);
-                if (mode == kUnknownMode) {
-                    throw CarriedOver{};
-                }
-                lines.write(line);
-            };
-        };
         text::turnRecords<text::RecordBytes>(
-            in, [&ctx] { return text::RecordBytes(ctx.work(kRtclTmp)); }, work, makeWorker, [] {});
+            in, [&ctx] { return text::RecordBytes(ctx.work(kRtclTmp)); }, work,
+            [] { return RtclAllTurner(); }, [] {});
     }
     work.close();
     // The text beside the log is the working text as it stands.

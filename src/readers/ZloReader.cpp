@@ -13,6 +13,8 @@
 #include "text/SideBySide.h"
 #include "text/SjisText.h"
 
+#include <tuple>
+
 namespace vornhale::readers {
 namespace {
 
@@ -87,7 +89,6 @@ public:
 
     bool atEnd() const { return m_next > m_count; }
     const std::uint8_t* next() { return m_file.recordAt(m_next++, m_spare); }
-    bool atFirstQso() const { return m_next == 2; }
     ZloModes modes() const { return m_file.modes(); }
 
     std::string_view bytes() const { return m_file.bytes(); }
@@ -103,15 +104,8 @@ private:
     ZloRecord m_spare{};
 };
 
-// Thrown by a worker that starts inside the log where a record takes what the records before
-// its part left.
-struct CarriedOver
-{
-};
-
 // Turns one QSO record into a line of zlog_1; returns whether it was written. Mode, band and
-// frequency carry over from the record before where a record gives none, so a worker that
-// starts inside the log knows none of them until its own records set them.
+// frequency carry over from the record before where a record gives none.
 class ZloTurner
 {
 public:
@@ -122,17 +116,10 @@ public:
 
     bool operator()(ZloRecords& in, text::LineWriter& out)
     {
-        if (!m_started) {
-            m_started = true;
-            m_modeKnown = m_bandKnown = m_freqKnown = in.atFirstQso();
-        }
         const ZloQso z = decodeZloQso(in.next());
         zloDateTime(z.when, m_date, m_time);
-        m_modeKnown = zloMode(z.mode_index, m_mode, in.modes()) || m_modeKnown;
-        m_bandKnown = zloBand(z.band_index, m_band) || m_bandKnown;
-        if (!m_modeKnown || !m_bandKnown) {
-            throw CarriedOver{};
-        }
+        zloMode(z.mode_index, m_mode, in.modes());
+        zloBand(z.band_index, m_band);
         m_q.q_year = text::left(m_date, 4);
         m_q.q_month = Mid_sjis(m_date, 6, 2);
         m_q.q_day = text::right(m_date, 2);
@@ -153,17 +140,12 @@ public:
         if (m_frequencies && text::contains(memo, "(")) {
             if (text::contains(memo, "(0)")) {
                 m_freq = m_band;
-                m_freqKnown = true;
             } else {
-                m_freqKnown = frequencyInParentheses(memo, m_band, m_freq) || m_freqKnown;
+                frequencyInParentheses(memo, m_band, m_freq);
                 memo = withoutBracket(memo, bracket);
             }
         } else {
             m_freq = m_band;
-            m_freqKnown = true;
-        }
-        if (!m_freqKnown) {
-            throw CarriedOver{};
         }
         if (m_run.use.memo || m_run.use.memoEquals) {
             memo = withoutBracket(memo, bracket);
@@ -180,10 +162,15 @@ public:
         return true;
     }
 
+    // What the next record may take over.
+    std::tuple<std::string, std::string, std::string> carried() const
+    {
+        return {m_mode, m_band, m_freq};
+    }
+
 private:
     const InputState& m_run;
     bool m_operatorFilter, m_frequencies;
-    bool m_started = false, m_modeKnown = false, m_bandKnown = false, m_freqKnown = false;
     std::string m_date, m_time, m_mode, m_band, m_freq;
     base::QsoLine m_q;
 };

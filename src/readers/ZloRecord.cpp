@@ -245,7 +245,7 @@ std::string zloRst(std::uint8_t low, std::uint8_t high)
     return std::to_string(low + 256 * high);
 }
 
-bool zloMode(std::uint8_t index, std::string& mode, ZloModes modes)
+void zloMode(std::uint8_t index, std::string& mode, ZloModes modes)
 {
     static constexpr const char* kModes[] = {"CW", "SSB", "FM", "AM", "RTY", "Other"};
     static constexpr const char* kCurrentModes[] = {"CW",  "SSB", "FM",  "AM",
@@ -253,35 +253,28 @@ bool zloMode(std::uint8_t index, std::string& mode, ZloModes modes)
     if (modes == ZloModes::Current) {
         if (index < std::size(kCurrentModes)) {
             mode = kCurrentModes[index];
-            return true;
         }
     } else if (index < std::size(kModes)) {
         mode = kModes[index];
-        return true;
     }
-    return false;
 }
 
-bool zloBand(std::uint8_t index, std::string& band)
+void zloBand(std::uint8_t index, std::string& band)
 {
     static constexpr const char* kBands[] = {"1.9",  "3.5",  "7",    "10", "14",  "18",
                                              "21",   "24",   "28",   "50", "144", "430",
                                              "1200", "2400", "5600", "10G"};
     if (index < std::size(kBands)) {
         band = kBands[index];
-        return true;
     }
-    return false;
 }
 
-bool zloPower(std::uint8_t index, std::string& power)
+void zloPower(std::uint8_t index, std::string& power)
 {
     static constexpr const char* kPowers[] = {"P", "L", "M", "H"};
     if (index < std::size(kPowers)) {
         power = kPowers[index];
-        return true;
     }
-    return false;
 }
 
 std::string zloCutField(std::string_view chars, std::uint8_t length)

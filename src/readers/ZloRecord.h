@@ -100,10 +100,10 @@ void zloDateTime(double when, std::string& date, std::string& time);
 std::string zloRst(std::uint8_t low, std::uint8_t high);
 
 /// Mode, band and power by their tables. An index outside its table assigns nothing, so the
-/// text keeps what the record before left in it. Each returns whether it assigned.
-bool zloMode(std::uint8_t index, std::string& mode, ZloModes modes = ZloModes::Classic);
-bool zloBand(std::uint8_t index, std::string& band);
-bool zloPower(std::uint8_t index, std::string& power);
+/// text keeps what the record before left in it.
+void zloMode(std::uint8_t index, std::string& mode, ZloModes modes = ZloModes::Classic);
+void zloBand(std::uint8_t index, std::string& band);
+void zloPower(std::uint8_t index, std::string& power);
 
 /// Operator or memo as the conversion takes it: as many characters as the length byte says,
 /// then as many Shift-JIS bytes, then cut at the first NUL.

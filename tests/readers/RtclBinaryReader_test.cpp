@@ -316,10 +316,9 @@ std::string carryingLog(bool v430, int lead, int from, int to)
     return w.bytes();
 }
 
-// A long log is decoded, and its text made, in two parts side by side. A part of the text that
-// starts where a record keeps the mode of the record before is made again by the first part:
-// wherever the parts meet, the lines are those of one pass, and two halves cut at a block give
-// them one after the other.
+// A long log is decoded, and its text made, in two parts side by side, the second part of the
+// text taking over the mode that the records just before it leave: wherever the parts meet,
+// the lines are those of one pass, and two halves cut at a block give them one after the other.
 TEST_F(RtclBinary, ALongLogGivesWhatOnePassGivesWhereverItsPartsMeet)
 {
     constexpr int kBlocks = 1800;

@@ -110,9 +110,9 @@ std::vector<ZloQsoSpec> carryingLog(int lead, int blocks)
     return qsos;
 }
 
-// A long log is read in two parts side by side. A part that starts where a record takes what
-// the record before left is read again by the first part's reader: wherever the parts meet,
-// the lines are those of one pass, and two halves cut at a block give them one after the other.
+// A long log is read in two parts side by side, the second taking over the mode, band and
+// frequency that the records just before it leave: wherever the parts meet, the lines are
+// those of one pass, and two halves cut at a block give them one after the other.
 TEST_F(ZloRun, ALongLogGivesWhatOnePassGivesWhereverItsPartsMeet)
 {
     options.set("Check17", "1");
