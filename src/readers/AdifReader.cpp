@@ -6,6 +6,7 @@
 #include "text/FileBytes.h"
 #include "text/LineFile.h"
 #include "text/Record.h"
+#include "text/SideBySide.h"
 #include "text/SjisCodec.h"
 #include "text/Utf8.h"
 
@@ -835,6 +836,56 @@ long count_in_name_adi(const ReaderContext& ctx)
     return count;
 }
 
+namespace {
+
+// Turns the lines of one record into a line of zlog_1. What a record does not give keeps what
+// the records before it left.
+class AdifTurner
+{
+public:
+    void operator()(text::LineReader& in, text::LineWriter& out)
+    {
+        // The lines of a record are joined in upper case.
+        m_record.clear();
+        bool ascii = true;
+        for (int i = 0; i < kMaxRecordLines && !in.atEnd(); ++i) {
+            if (appendUpperLine(in, m_record, ascii)) {
+                break;
+            }
+        }
+        m_joined.reset(m_record, ascii);
+        ++m_number;
+        try {
+            takeRecord(m_values, m_joined);
+        } catch (const failure::Failure& f) {
+            throw failure::Failure(f.number(), f.description() + " (" + std::to_string(m_number) +
+                                                   " 件目: " + m_record + ")");
+        }
+        // As `fill` puts the record into the common line, written without the copy.
+        const std::array<std::string_view, 13> fields{
+            m_values.year,     m_values.month,    m_values.day,  m_values.time, m_values.call,
+            m_values.rst_sent, m_values.rst_rcvd, m_values.freq, m_values.mode, m_q.q_op,
+            m_q.q_memo,        m_values.freq,     m_q.q_rcvd};
+        if (recordLine(fields, m_line)) {
+            out.writeRaw(m_line);
+        } else {
+            out.writeRecord(fields);
+        }
+    }
+
+    // What the next record may take over.
+    const AdifValues& carried() const { return m_values; }
+
+private:
+    AdifValues m_values;
+    base::QsoLine m_q; // operator, memo and received exchange: never assigned here
+    std::string m_record, m_line;
+    RecordText m_joined;
+    long m_number = 0; // the records read, for the failure's text
+};
+
+} // namespace
+
 void henkan_adi_2_t(const ReaderContext& ctx)
 {
     InputState& run = ctx.run;
@@ -849,40 +900,14 @@ void henkan_adi_2_t(const ReaderContext& ctx)
         }
     }
 
-    AdifValues values;
-    base::QsoLine q; // operator, memo and received exchange: never assigned here
-    long done = 0;
-    std::string record;
-    std::string line;
-    RecordText joined;
-    while (!in.atEnd()) {
-        // The lines of a record are joined in upper case.
-        record.clear();
-        bool ascii = true;
-        for (int i = 0; i < kMaxRecordLines && !in.atEnd(); ++i) {
-            if (appendUpperLine(in, record, ascii)) {
-                break;
-            }
-        }
-        joined.reset(record, ascii);
-        try {
-            takeRecord(values, joined);
-        } catch (const failure::Failure& f) {
-            throw failure::Failure(f.number(), f.description() + " (" + std::to_string(done + 1) +
-                                                   " 件目: " + record + ")");
-        }
-        // As `fill` puts the record into the common line, written without the copy.
-        const std::array<std::string_view, 13> fields{
-            values.year,     values.month,    values.day,  values.time, values.call,
-            values.rst_sent, values.rst_rcvd, values.freq, values.mode, q.q_op,
-            q.q_memo,        values.freq,     q.q_rcvd};
-        if (recordLine(fields, line)) {
-            out.writeRaw(line);
-        } else {
-            out.writeRecord(fields);
-        }
-        ++run.written_count;
-        ctx.observer.progress(++done);
+    if (!in.atEnd()) {
+        long done = 0;
+        text::turnRecords(
+            in, [&in] { return in.again(); }, out, [] { return AdifTurner(); },
+            [&ctx, &run, &done] {
+                ++run.written_count;
+                ctx.observer.progress(++done);
+            });
     }
     ctx.observer.progress(0);
     out.close();

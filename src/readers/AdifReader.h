@@ -44,6 +44,8 @@ struct AdifValues
     /// Puts the record into the common line: the frequency goes to the band and the
     /// frequency fields alike. Operator, memo and received exchange are left as they are.
     void fill(base::QsoLine& q) const;
+
+    bool operator==(const AdifValues&) const = default;
 };
 
 /// `FileOpen_adi` once a file is chosen: the file is read until a line holding

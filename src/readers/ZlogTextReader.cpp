@@ -245,7 +245,7 @@ void readZlogText(const ReaderContext& ctx, Form form)
     };
     long done = 0;
     text::turnRecords(
-        in, [&run] { return text::LineReader(run.in_name); }, out, makeWorker,
+        in, [&in] { return in.again(); }, out, makeWorker,
         [&ctx, &run, form, &done](bool written) {
             if (written && form == Form::All) {
                 ++run.written_count;

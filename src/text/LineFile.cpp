@@ -179,11 +179,14 @@ long Count_lines(const std::filesystem::path& path)
     return count.ends() + 1;
 }
 
-LineReader::LineReader(const std::filesystem::path& path) : m_bytes(FileBytes::copyOf(path)) {}
+LineReader::LineReader(const std::filesystem::path& path)
+    : m_bytes(std::make_shared<const FileBytes>(FileBytes::copyOf(path)))
+{
+}
 
 LineReader LineReader::ofWorkingFile(const std::filesystem::path& path)
 {
-    return LineReader(FileBytes(path));
+    return LineReader(std::make_shared<const FileBytes>(path));
 }
 
 std::string_view LineReader::nextRaw()
@@ -191,7 +194,7 @@ std::string_view LineReader::nextRaw()
     if (atEnd()) {
         inputPastEnd();
     }
-    const std::string_view all = m_bytes.view();
+    const std::string_view all = m_bytes->view();
     const std::size_t end = lineEnd(all, m_pos);
     const std::string_view line = all.substr(m_pos, end - m_pos);
     m_pos = afterLineEnd(all, end);

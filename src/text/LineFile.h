@@ -41,11 +41,14 @@ public:
     /// Reads a file of the program's own where it lies (see `FileBytes`).
     static LineReader ofWorkingFile(const std::filesystem::path& path);
 
-    bool atEnd() const { return m_pos >= m_bytes.size(); }
+    /// Another reader of the same bytes from their start, sharing them with this one.
+    LineReader again() const { return LineReader(m_bytes); }
+
+    bool atEnd() const { return m_pos >= m_bytes->size(); }
     /// The offset of the next line's first byte in the file.
     std::size_t position() const { return m_pos; }
     /// The file's bytes.
-    std::string_view bytes() const { return m_bytes.view(); }
+    std::string_view bytes() const { return m_bytes->view(); }
     /// Reads on from `offset`, which is taken to be the start of a line.
     void skipTo(std::size_t offset) { m_pos = offset; }
     /// The next line, decoded. Throws Failure 62 at the end of the file.
@@ -54,9 +57,9 @@ public:
     std::string_view nextRaw();
 
 private:
-    explicit LineReader(FileBytes bytes) : m_bytes(std::move(bytes)) {}
+    explicit LineReader(std::shared_ptr<const FileBytes> bytes) : m_bytes(std::move(bytes)) {}
 
-    FileBytes m_bytes;
+    std::shared_ptr<const FileBytes> m_bytes;
     std::size_t m_pos = 0;
 };
 

@@ -581,6 +581,97 @@ TEST(AdifCount, ALogChangedAfterItsOpeningIsCountedAsItIsAndAMissingOneFailsWith
     EXPECT_FALSE(readers::FileOpen_adi(c.run, p));
 }
 
+// The lines of a long log from record `from` to `to`, behind `lead` plain records, in blocks of
+// four: the first of a block gives every value that a record may keep, the others leave out the
+// date, time, mode, reports and exchanges and keep those of the record before; every fifth
+// record runs across two lines.
+std::vector<std::string> longAdifLog(int from, int to, int lead, bool withHeader)
+{
+    std::vector<std::string> lines;
+    if (withHeader) {
+        lines.push_back(kHeader);
+    }
+    for (int i = 0; i < lead; ++i) {
+        lines.push_back(record(kCw + " <STX:3>001 <SRX:3>002"));
+    }
+    const char* modes[] = {"CW", "SSB", "RTTY", "FM"};
+    for (int i = from; i < to; ++i) {
+        const std::string call = "JA" + std::to_string(1000 + i % 9000);
+        std::string fields =
+            "<CALL:" + std::to_string(call.size()) + ">" + call + " <BAND:3>20M <FREQ:6>14.025";
+        if (i % 4 == 0) {
+            const std::string mode = modes[(i / 4) % 4];
+            fields += " <QSO_DATE:8>202611" + std::to_string(10 + i % 19) + " <TIME_ON:4>" +
+                      std::to_string(1000 + i % 1300) + " <MODE:" + std::to_string(mode.size()) +
+                      ">" + mode + " <RST_SENT:3>5" + std::to_string(i % 10) +
+                      "9 <RST_RCVD:3>579 <STX:3>" + std::to_string(100 + i % 900) + " <SRX:3>" +
+                      std::to_string(100 + (i * 7) % 900);
+        } else {
+            fields += " <COMMENT:4>kept";
+        }
+        if (i % 5 == 0) {
+            const std::size_t cut = fields.find(" <BAND:");
+            lines.push_back(fields.substr(0, cut));
+            lines.push_back(record(fields.substr(cut + 1)));
+        } else {
+            lines.push_back(record(fields));
+        }
+    }
+    return lines;
+}
+
+// A long log is read in two parts side by side, the second taking over what the records just
+// before it keep: wherever the parts meet, the lines are those of one pass, and two halves cut
+// at a block give them one after the other.
+TEST(AdifReader, ALongLogGivesWhatOnePassGivesWhereverItsPartsMeet)
+{
+    AdifRun a;
+    constexpr int kRecords = 14000;
+    for (int lead = 0; lead < 4; ++lead) {
+        const auto whole = a.run(longAdifLog(0, kRecords, lead, true));
+        ASSERT_GT(fs::file_size(a.dir / "TEST.ADI"), 1u << 20);
+        EXPECT_EQ(a.ctx->run.written_count, lead + kRecords) << lead;
+        auto halves = a.run(longAdifLog(0, kRecords / 2, lead, true));
+        const auto second = a.run(longAdifLog(kRecords / 2, kRecords, 0, true));
+        halves.insert(halves.end(), second.begin(), second.end());
+        EXPECT_EQ(whole, halves) << lead;
+        ASSERT_EQ(whole.size(), static_cast<std::size_t>(lead + kRecords));
+        // Each block keeps the date, time and mode of its first record.
+        for (std::size_t i = lead; i < whole.size(); ++i) {
+            const auto& first = whole[i - (i - lead) % 4];
+            for (const Field f : {Year, Month, Day, Time, Mode}) {
+                ASSERT_EQ(whole[i][f], first[f]) << lead << " " << i;
+            }
+        }
+    }
+}
+
+// A long log fails at its first record with a negative length, with that record's number,
+// wherever its two parts meet.
+TEST(AdifReader, ALongLogFailsAtItsFirstBadRecordWithItsNumber)
+{
+    AdifRun a;
+    constexpr int kRecords = 14000;
+    for (const int bad : {101, 8999}) {
+        std::vector<std::string> lines = longAdifLog(0, kRecords, 0, true);
+        // The first line of record n, behind the header and the second lines of the records
+        // before it that take two.
+        auto breakRecord = [&lines](int n) {
+            lines[static_cast<std::size_t>(1 + n + (n + 4) / 5)].insert(0, "<RST_RCVD:-5>599 ");
+        };
+        breakRecord(bad);
+        breakRecord(13001);
+        try {
+            a.run(lines);
+            ADD_FAILURE() << bad;
+        } catch (const failure::Failure& f) {
+            EXPECT_EQ(f.number(), 5);
+            EXPECT_TRUE(text::contains(f.description(), "(" + std::to_string(bad + 1) + " 件目"))
+                << f.description();
+        }
+    }
+}
+
 TEST(AdifReader, ReadsTheSameRecordsWhateverTheLineEndsAndTheCaseOfTheTags)
 {
     AdifRun r;
