@@ -7,6 +7,7 @@
 #include "text/FileBytes.h"
 #include "text/LineFile.h"
 #include "text/Record.h"
+#include "text/SideBySide.h"
 #include "text/SjisCodec.h"
 #include "text/SjisText.h"
 #include "text/Utf8.h"
@@ -16,6 +17,7 @@
 #include <bit>
 #include <cstdint>
 #include <cstring>
+#include <future>
 #include <limits>
 #include <mutex>
 #include <system_error>
@@ -549,83 +551,174 @@ void henkan_cbr_2_t(const ReaderContext& ctx)
     // "QSO:" and are passed over.
 
     // Operator, memo, frequency and received exchange are never assigned from a Cabrillo
-    // line; the band keeps what the line before left when a frequency is between the ranges.
-    std::string band;
-    long done = 0;
-    long number = 1;
-    std::string record;
-    std::vector<std::string_view> t;
-    t.reserve(16);
+    // line, so the operator rule, which would look at a line buffer this reader never fills,
+    // drops every line or none.
+    const bool dropped = operatorFilter && !run.op_filter_name.empty();
     // The runs of an ASCII file are kept while their offsets fit.
     const bool keepRuns = log->ascii && log->bytes.size() < CabrilloLines::kNoRuns;
     log->runEdges.clear();
     log->runsFrom.assign(keepRuns ? log->qsoLines.size() : 0, CabrilloLines::kNoRuns);
     log->runsTo.assign(log->runsFrom.size(), 0);
-    std::uint32_t runsFrom = 0;
-    for (auto it = std::upper_bound(log->qsoLines.begin(), log->qsoLines.end(), 0u);
-         it != log->qsoLines.end(); ++it) {
-        const std::string_view line = log->lines[*it];
-        number = static_cast<long>(*it) + 1;
-        // Tokens beyond the eleventh are never read. The runs between them are kept for the
-        // .TXT form, which splits the same line.
-        const std::size_t k = static_cast<std::size_t>(it - log->qsoLines.begin());
-        if (keepRuns && plainTokensAndRuns(line, t, 11, log->runEdges)) {
-            log->runsFrom[k] = runsFrom;
-            log->runsTo[k] = static_cast<std::uint32_t>(log->runEdges.size());
-            runsFrom = static_cast<std::uint32_t>(log->runEdges.size());
-        } else {
-            log->runEdges.resize(runsFrom);
-            cabrilloTokenViews(line, 6, t, 11);
-        }
-        // The date's first three pieces between "-"; fewer than three is out of range.
-        std::size_t firstDash = std::string_view::npos;
-        std::size_t secondDash = std::string_view::npos;
-        try {
-            if (t.size() < 11) {
-                subscriptOutOfRange();
-            }
-            firstDash = t[3].find('-');
-            if (firstDash != std::string_view::npos) {
-                secondDash = t[3].find('-', firstDash + 1);
-            }
-            if (secondDash == std::string_view::npos) {
-                subscriptOutOfRange();
-            }
-        } catch (const failure::Failure& f) {
-            throw atLine(f, number, line);
-        }
-        const std::string_view date = t[3];
-        const std::size_t thirdDash = date.find('-', secondDash + 1);
-        const std::string_view year = date.substr(0, firstDash);
-        const std::string_view month = date.substr(firstDash + 1, secondDash - firstDash - 1);
-        const std::string_view day = date.substr(secondDash + 1, thirdDash == std::string_view::npos
-                                                                     ? std::string_view::npos
-                                                                     : thirdDash - secondDash - 1);
-        if (frequencies) {
-            band = cabrilloFrequencyMhz(t[1]);
-        } else if (const std::string_view b = bandOfKhz(t[1]); !b.empty()) {
-            band.assign(b);
-        }
-        // The operator rule would look at a line buffer this reader never fills.
-        const std::string_view op;
+    const std::size_t first = static_cast<std::size_t>(
+        std::upper_bound(log->qsoLines.begin(), log->qsoLines.end(), 0u) - log->qsoLines.begin());
+    const std::size_t qsos = log->qsoLines.size();
 
-        const bool dropped =
-            operatorFilter && !run.op_filter_name.empty() && op != run.op_filter_name;
-        if (!dropped) {
+    // Turns the QSO lines from `from` to `to` into `lines`, the runs of each going to `edges`
+    // (their places in `runsFrom` and `runsTo` counted from `base`). The band keeps what the
+    // line before left when a frequency is between the ranges.
+    struct Turner
+    {
+        const CabrilloLines& log;
+        bool frequencies, keepRuns, dropped;
+        std::vector<std::uint32_t>& runsFrom;
+        std::vector<std::uint32_t>& runsTo;
+        std::string band;
+        std::string record;
+        std::vector<std::string_view> t;
+
+        void operator()(std::size_t from, std::size_t to, text::LineWriter& lines,
+                        std::vector<std::uint16_t>& edges)
+        {
+            t.reserve(16);
+            for (std::size_t k = from; k < to; ++k) {
+                turn(k, lines, edges);
+            }
+        }
+
+        void turn(std::size_t k, text::LineWriter& lines, std::vector<std::uint16_t>& edges)
+        {
+            const std::string_view line = log.lines[log.qsoLines[k]];
+            const long number = static_cast<long>(log.qsoLines[k]) + 1;
+            // Tokens beyond the eleventh are never read. The runs between them are kept for the
+            // .TXT form, which splits the same line.
+            const auto edgesFrom = static_cast<std::uint32_t>(edges.size());
+            if (keepRuns && plainTokensAndRuns(line, t, 11, edges)) {
+                runsFrom[k] = edgesFrom;
+                runsTo[k] = static_cast<std::uint32_t>(edges.size());
+            } else {
+                edges.resize(edgesFrom);
+                cabrilloTokenViews(line, 6, t, 11);
+            }
+            // The date's first three pieces between "-"; fewer than three is out of range.
+            std::size_t firstDash = std::string_view::npos;
+            std::size_t secondDash = std::string_view::npos;
+            try {
+                if (t.size() < 11) {
+                    subscriptOutOfRange();
+                }
+                firstDash = t[3].find('-');
+                if (firstDash != std::string_view::npos) {
+                    secondDash = t[3].find('-', firstDash + 1);
+                }
+                if (secondDash == std::string_view::npos) {
+                    subscriptOutOfRange();
+                }
+            } catch (const failure::Failure& f) {
+                throw atLine(f, number, line);
+            }
+            const std::string_view date = t[3];
+            const std::size_t thirdDash = date.find('-', secondDash + 1);
+            const std::string_view year = date.substr(0, firstDash);
+            const std::string_view month = date.substr(firstDash + 1, secondDash - firstDash - 1);
+            const std::string_view day = date.substr(
+                secondDash + 1, thirdDash == std::string_view::npos ? std::string_view::npos
+                                                                    : thirdDash - secondDash - 1);
+            if (frequencies) {
+                band = cabrilloFrequencyMhz(t[1]);
+            } else if (const std::string_view b = bandOfKhz(t[1]); !b.empty()) {
+                band.assign(b);
+            }
+            if (dropped) {
+                return;
+            }
             // Written from views of the line: year, month, day, time, call, the two reports,
             // band, mode, then the operator, memo, frequency and received exchange, all empty.
             const std::array<std::string_view, 13> fields{
-                year, month, day, t[4], t[8], t[6], t[9], band, cabrilloMode(t[2]), op, {}, {}, {}};
+                year, month, day, t[4], t[8], t[6], t[9], band, cabrilloMode(t[2]), {}, {}, {}, {}};
             // Every field of an ASCII log is ASCII: cut from the line or taken from tables.
-            if (log->ascii) {
+            if (log.ascii) {
                 recordLine(fields, record);
-                out.writeRaw(record);
+                lines.writeRaw(record);
             } else {
-                out.writeRecord(fields);
+                lines.writeRecord(fields);
             }
-            ++run.written_count;
         }
-        ctx.observer.progress(++done);
+    };
+    auto makeTurner = [&] {
+        return Turner{*log, frequencies, keepRuns, dropped, log->runsFrom, log->runsTo, {}, {}, {}};
+    };
+
+    // A long log is turned in two parts side by side. The second part's turner first reads the
+    // lines just before its part, to learn the band they leave; the parts join when the first
+    // part leaves that band. Its runs are counted from its own start, moved behind the first
+    // part's when they join.
+    struct Part
+    {
+        std::string lines, band;
+        std::vector<std::uint16_t> edges;
+    };
+    static constexpr std::size_t kLeadIn = 512;
+    const std::size_t split =
+        qsos - first >= text::kSideBySideItems ? first + (qsos - first) / 5 * 3 : qsos;
+    std::future<Part> second;
+    if (split < qsos) {
+        second = std::async(std::launch::async, [&makeTurner, first, split, qsos] {
+            Turner turner = makeTurner();
+            // The lead-in's lines and runs are the first part's: none are kept here.
+            const bool keepRuns = turner.keepRuns;
+            turner.keepRuns = false;
+            std::vector<std::uint16_t> noEdges;
+            text::LineWriter leadIn = text::LineWriter::inMemory(0);
+            turner(split - std::min(split - first, kLeadIn), split, leadIn, noEdges);
+            turner.keepRuns = keepRuns;
+            Part part;
+            part.band = turner.band;
+            text::LineWriter lines = text::LineWriter::inMemory((qsos - split) * 96);
+            turner(split, qsos, lines, part.edges);
+            part.lines = lines.takeLines();
+            return part;
+        });
+    }
+    Turner turner = makeTurner();
+    long done = 0;
+    auto turnFrom = [&](std::size_t from, std::size_t to) {
+        for (std::size_t k = from; k < to; ++k) {
+            turner.turn(k, out, log->runEdges);
+            if (!dropped) {
+                ++run.written_count;
+            }
+            ctx.observer.progress(++done);
+        }
+    };
+    turnFrom(first, split);
+    if (second.valid()) {
+        Part part;
+        bool joined = false;
+        try {
+            part = second.get();
+            joined = part.band == turner.band;
+        } catch (...) {
+            // Turned again below, failing where one pass fails.
+        }
+        if (joined) {
+            const auto shift = static_cast<std::uint32_t>(log->runEdges.size());
+            for (std::size_t k = split; k < log->runsFrom.size(); ++k) {
+                if (log->runsFrom[k] != CabrilloLines::kNoRuns) {
+                    log->runsFrom[k] += shift;
+                    log->runsTo[k] += shift;
+                }
+            }
+            log->runEdges.insert(log->runEdges.end(), part.edges.begin(), part.edges.end());
+            out.writeLines(std::move(part.lines));
+            for (std::size_t k = split; k < qsos; ++k) {
+                if (!dropped) {
+                    ++run.written_count;
+                }
+                ctx.observer.progress(++done);
+            }
+        } else {
+            turnFrom(split, qsos);
+        }
     }
     ctx.observer.progress(0);
     out.close();

@@ -342,6 +342,62 @@ TEST(CabrilloReader, BandByTheTableAndAFrequencyBetweenTheRangesKeepsTheBandBefo
     EXPECT_EQ(recs[7][Band], "28");
 }
 
+// The QSO lines of a long log from block `from` to `to`, behind `lead` plain lines, in blocks of
+// four: the first of a block names its band, the three others a frequency between the ranges,
+// which keeps the band before; with `japanese`, every seventh call is written in kanji.
+std::vector<std::string> longCabrilloLog(int from, int to, int lead, bool japanese)
+{
+    std::vector<std::string> lines{kStart, "CALLSIGN: ZZ9ZZZ"};
+    for (int i = 0; i < lead; ++i) {
+        lines.push_back(qso());
+    }
+    const char* khz[] = {"1820", "3525", "7025", "14025", "21025", "28025"};
+    for (int b = from; b < to; ++b) {
+        for (int i = 0; i < 4; ++i) {
+            const int n = b * 4 + i;
+            const std::string call =
+                japanese && n % 7 == 0 ? "ＪＡ" + std::to_string(n) : "JA" + std::to_string(n);
+            lines.push_back(qso(i == 0 ? khz[b % 6] : "12000", b % 2 == 0 ? "CW" : "PH",
+                                "2026-11-" + std::to_string(10 + b % 19), "0905", call));
+        }
+    }
+    lines.push_back(kEnd);
+    return lines;
+}
+
+// A long log is read in two parts side by side, the second taking over the band that the lines
+// just before it leave: wherever the parts meet, the lines and the log's .TXT form are those of
+// one pass, and two halves cut at a block give them one after the other.
+TEST(CabrilloReader, ALongLogGivesWhatOnePassGivesWhereverItsPartsMeet)
+{
+    constexpr int kBlocks = 2000;
+    for (const bool japanese : {false, true}) {
+        for (int lead = 0; lead < 4; ++lead) {
+            CabrilloRun r;
+            auto read = [&r](const std::vector<std::string>& lines) {
+                auto recs = r.run(lines);
+                const std::string txt = readers::cabrillo_2_zlog_txt(*r.ctx);
+                std::vector<std::string> txtLines = test::readSjisLines(txt);
+                txtLines.erase(txtLines.begin());
+                return std::pair{recs, txtLines};
+            };
+            const auto [whole, wholeTxt] = read(longCabrilloLog(0, kBlocks, lead, japanese));
+            EXPECT_EQ(r.ctx->run.written_count, lead + 4 * kBlocks);
+            auto [halves, halvesTxt] = read(longCabrilloLog(0, kBlocks / 2, lead, japanese));
+            const auto [second, secondTxt] =
+                read(longCabrilloLog(kBlocks / 2, kBlocks, 0, japanese));
+            halves.insert(halves.end(), second.begin(), second.end());
+            halvesTxt.insert(halvesTxt.end(), secondTxt.begin(), secondTxt.end());
+            EXPECT_EQ(whole, halves) << japanese << " " << lead;
+            EXPECT_EQ(wholeTxt, halvesTxt) << japanese << " " << lead;
+            ASSERT_EQ(whole.size(), static_cast<std::size_t>(lead + 4 * kBlocks));
+            for (std::size_t i = lead; i < whole.size(); ++i) {
+                ASSERT_EQ(whole[i][Band], whole[i - (i - lead) % 4][Band]) << lead << " " << i;
+            }
+        }
+    }
+}
+
 TEST(CabrilloReader, ABandInCabrilloLettersIsBelow1000AndAssignsNothing)
 {
     CabrilloRun r;
