@@ -364,6 +364,8 @@ void RtclBinaryReader::read(const ReaderContext& ctx)
     rtclOutputName(run.in_name, "_log2a.all");
     ctx.observer.status("  入力ファイル読み込み中", base::Colour::Green);
     decodeRtclLog(text::FileBytes::copyOf(run.in_name).view(), m_kind, ctx.work("rtcl_tmp.txt"));
+    // The log is read no more: the texts made of it follow.
+    text::keepReadsOf({});
     make_rtcl_log_to_zlog_all(ctx);
 
     // `a_2_t` reads the working text and puts the operator's path back when it ends.

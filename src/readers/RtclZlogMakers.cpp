@@ -297,8 +297,12 @@ std::string make_rtcl_log_to_zlog_all(const ReaderContext& ctx)
             [] { return RtclAllTurner(); }, [] {});
     }
     work.close();
-    // The text beside the log is the working text as it stands.
-    out.writeLines(std::string(text::FileBytes(workPath).view()));
+    // The text beside the log is the working text as it stands, handed over a piece at a time.
+    const text::FileBytes made(workPath);
+    constexpr std::size_t kPiece = 1 << 18;
+    for (std::size_t at = 0; at < made.size(); at += kPiece) {
+        out.writeLines(std::string(made.view().substr(at, kPiece)));
+    }
     out.close();
     return beside;
 }
