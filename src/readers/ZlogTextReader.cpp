@@ -129,6 +129,126 @@ void iotaRule(std::string& q_rcvd, std::string& q_memo)
     q_memo = q_rcvd + " " + q_memo;
 }
 
+// Turns one line of a zLog text log into a line of zlog_1; returns whether it was written. A line
+// whose operator has no closing "%", or whose parentheses hold no frequency, keeps the operator
+// or the frequency of the line before.
+class ZlogTextTurner
+{
+public:
+    ZlogTextTurner(const InputState& run, Form form, bool operatorFilter, bool frequencies,
+                   const std::string& year)
+        : m_run(run), m_form(form), m_operatorFilter(operatorFilter), m_frequencies(frequencies),
+          m_year(year)
+    {
+    }
+
+    bool operator()(text::LineReader& in, text::LineWriter& out)
+    {
+        const std::string_view raw = in.nextRaw();
+        if (text::isAsciiText(raw)) {
+            m_line.assign(raw);
+        } else {
+            m_line = text::decodeSjis(raw);
+        }
+        if (m_form == Form::Txt) {
+            std::string t = trimmed(m_line);
+            if (t.empty()) {
+                // A blank line has no first piece to look at.
+                throw failure::Failure(failure::SubscriptOutOfRange,
+                                       "インデックスが有効範囲にありません。");
+            }
+            if (text::charCount(t.substr(0, t.find(' '))) == 1) {
+                t = "0" + t;
+            }
+            m_line = trimmed(t);
+        }
+        m_line.append(20, ' ');
+        const Columns column(m_line);
+
+        if (m_form == Form::All) {
+            m_q.q_year = column(1, 4);
+            m_q.q_month = column.trimmed(6, 2);
+            m_q.q_day = column.trimmed(9, 2);
+            m_q.q_time = column(12, 2) + column(15, 2);
+            m_q.q_call = column(18, 13);
+            m_q.q_rst_sent = column(31, 3);
+            m_q.q_rst_rcvd = column(43, 3);
+            m_q.q_rcvd = firstWord(column(47, 9));
+            m_q.q_band = column.trimmed(67, 4);
+            m_q.q_mode = column.trimmed(72, 3);
+            if (text::contains(m_q.q_mode, "PSK")) {
+                const std::string five = column.trimmed(72, 5);
+                if (text::contains(five, "PSK3")) {
+                    m_q.q_mode = "PSK31";
+                } else if (text::contains(five, "PSK6")) {
+                    m_q.q_mode = "PSK63";
+                }
+            }
+            takeOperator(m_run.use.op);
+            takeFrequency();
+            m_q.q_memo =
+                (m_run.use.memo || m_run.use.memoEquals) ? memoRule(m_line, m_form) : std::string();
+        } else {
+            m_q.q_year = m_year;
+            m_q.q_month = text::right("0" + column.trimmed(1, 2), 2);
+            m_q.q_day = text::right("0" + column.trimmed(5, 2), 2);
+            m_q.q_time = column.trimmed(8, 4);
+            m_q.q_call = column(13, 11);
+            m_q.q_rst_sent = column.trimmed(24, 3);
+            m_q.q_rst_rcvd = column.trimmed(37, 3);
+            m_q.q_rcvd = firstWord(column(40, 9));
+            m_q.q_band = column(58, 3);
+            m_q.q_mode = column(64, 3);
+            takeFrequency();
+            takeOperator(m_run.use.opPercent || m_run.use.op);
+            m_q.q_memo =
+                (m_run.use.memo || m_run.use.memoEquals) ? memoRule(m_line, m_form) : std::string();
+            if (m_run.use.iota) {
+                iotaRule(m_q.q_rcvd, m_q.q_memo);
+            }
+        }
+        m_q.q_memo = trimmed(m_q.q_memo);
+        m_q.q_freq = trimmed(m_q.q_freq);
+
+        const bool dropped =
+            m_operatorFilter && !m_run.op_filter_name.empty() && m_q.q_op != m_run.op_filter_name;
+        if (!dropped) {
+            out.writeRecord(m_q.fields());
+        }
+        return !dropped;
+    }
+
+    // What the next line may take over.
+    std::pair<std::string, std::string> carried() const { return {m_q.q_op, m_q.q_freq}; }
+
+private:
+    // The operator rule where the filter or the layout asks for it, else no operator.
+    void takeOperator(bool wanted)
+    {
+        if ((m_operatorFilter && text::contains(m_line, "%")) || wanted) {
+            operatorRule(m_line, m_q.q_op);
+        } else {
+            m_q.q_op.clear();
+        }
+    }
+
+    void takeFrequency()
+    {
+        if (m_frequencies && text::contains(m_line, "(")) {
+            frequencyInParentheses(m_line, m_q.q_band, m_q.q_freq);
+        } else {
+            m_q.q_freq.clear();
+        }
+    }
+
+    const InputState& m_run;
+    Form m_form;
+    bool m_operatorFilter, m_frequencies;
+    const std::string& m_year;
+    QsoLine m_q;
+    std::string m_line;
+};
+
 void readZlogText(const ReaderContext& ctx, Form form)
 {
     InputState& run = ctx.run;
@@ -153,95 +273,7 @@ void readZlogText(const ReaderContext& ctx, Form form)
     // Each line is turned on its own, telling whether it was written; a long log is turned in
     // two parts side by side.
     const auto makeWorker = [&run, form, operatorFilter, frequencies, &year] {
-        return [&run, form, operatorFilter, frequencies, &year, q = QsoLine(),
-                line = std::string()](text::LineReader& in, text::LineWriter& out) mutable {
-            const std::string_view raw = in.nextRaw();
-            if (text::isAsciiText(raw)) {
-                line.assign(raw);
-            } else {
-                line = text::decodeSjis(raw);
-            }
-            if (form == Form::Txt) {
-                std::string t = trimmed(line);
-                if (t.empty()) {
-                    // A blank line has no first piece to look at.
-                    throw failure::Failure(failure::SubscriptOutOfRange,
-                                       "インデックスが有効範囲にありません。");
-                }
-                if (text::charCount(t.substr(0, t.find(' '))) == 1) {
-                    t = "0" + t;
-                }
-                line = trimmed(t);
-            }
-            line.append(20, ' ');
-            const Columns column(line);
-
-            if (form == Form::All) {
-                q.q_year = column(1, 4);
-                q.q_month = column.trimmed(6, 2);
-                q.q_day = column.trimmed(9, 2);
-                q.q_time = column(12, 2) + column(15, 2);
-                q.q_call = column(18, 13);
-                q.q_rst_sent = column(31, 3);
-                q.q_rst_rcvd = column(43, 3);
-                q.q_rcvd = firstWord(column(47, 9));
-                q.q_band = column.trimmed(67, 4);
-                q.q_mode = column.trimmed(72, 3);
-                if (text::contains(q.q_mode, "PSK")) {
-                    const std::string five = column.trimmed(72, 5);
-                    if (text::contains(five, "PSK3")) {
-                        q.q_mode = "PSK31";
-                    } else if (text::contains(five, "PSK6")) {
-                        q.q_mode = "PSK63";
-                    }
-                }
-                if ((operatorFilter && text::contains(line, "%")) || run.use.op) {
-                    operatorRule(line, q.q_op);
-                } else {
-                    q.q_op.clear();
-                }
-                if (frequencies && text::contains(line, "(")) {
-                    frequencyInParentheses(line, q.q_band, q.q_freq);
-                } else {
-                    q.q_freq.clear();
-                }
-                q.q_memo = (run.use.memo || run.use.memoEquals) ? memoRule(line, form) : std::string();
-            } else {
-                q.q_year = year;
-                q.q_month = text::right("0" + column.trimmed(1, 2), 2);
-                q.q_day = text::right("0" + column.trimmed(5, 2), 2);
-                q.q_time = column.trimmed(8, 4);
-                q.q_call = column(13, 11);
-                q.q_rst_sent = column.trimmed(24, 3);
-                q.q_rst_rcvd = column.trimmed(37, 3);
-                q.q_rcvd = firstWord(column(40, 9));
-                q.q_band = column(58, 3);
-                q.q_mode = column(64, 3);
-                if (frequencies && text::contains(line, "(")) {
-                    frequencyInParentheses(line, q.q_band, q.q_freq);
-                } else {
-                    q.q_freq.clear();
-                }
-                if ((operatorFilter && text::contains(line, "%")) || run.use.opPercent || run.use.op) {
-                    operatorRule(line, q.q_op);
-                } else {
-                    q.q_op.clear();
-                }
-                q.q_memo = (run.use.memo || run.use.memoEquals) ? memoRule(line, form) : std::string();
-                if (run.use.iota) {
-                    iotaRule(q.q_rcvd, q.q_memo);
-                }
-            }
-            q.q_memo = trimmed(q.q_memo);
-            q.q_freq = trimmed(q.q_freq);
-
-            const bool dropped =
-                operatorFilter && !run.op_filter_name.empty() && q.q_op != run.op_filter_name;
-            if (!dropped) {
-                out.writeRecord(q.fields());
-            }
-            return !dropped;
-        };
+        return ZlogTextTurner(run, form, operatorFilter, frequencies, year);
     };
     long done = 0;
     text::turnRecords(

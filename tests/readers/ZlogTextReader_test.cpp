@@ -538,10 +538,12 @@ struct Reading
     int failure = 0;
 };
 
-Reading readLog(const std::vector<std::string>& lines, const char* name, const char* letter)
+Reading readLog(const std::vector<std::string>& lines, const char* name, const char* letter,
+                bool frequencies = false)
 {
     ReaderRun r;
     r.options.set("Check02", "1");
+    r.options.set("Check17", frequencies ? "1" : "0");
     r.options.set("txtOp_name", "JA1");
     const auto path = r.dir / name;
     test::writeSjisLines(path, lines);
@@ -619,6 +621,62 @@ TEST(ZlogTextReaders, ALongLogGivesWhatOnePassGives)
         }
         progress.push_back(0);
         EXPECT_EQ(whole.progress, progress) << name;
+    }
+}
+
+// A long log behind `lead` plain lines, in blocks of four from `from` to `to`: the first line
+// of a block names its operator and frequency, the three others keep them (a lone "%", and a
+// text in parentheses that is no frequency).
+std::vector<std::string> keepingLog(bool txt, int lead, int from, int to)
+{
+    std::vector<std::string> lines(static_cast<std::size_t>(lead),
+                                   txt ? txtLine(TxtQso{}) : allLine(AllQso{}));
+    for (int b = from; b < to; ++b) {
+        for (int i = 0; i < 4; ++i) {
+            const std::string memo =
+                i == 0 ? "%%JA1%% (" + std::to_string(14000 + b % 300) + ")" : "% (note)";
+            const std::string call = "JA" + std::to_string(b * 4 + i);
+            if (txt) {
+                TxtQso q;
+                q.call = call;
+                q.memo = memo;
+                lines.push_back(txtLine(q));
+            } else {
+                AllQso q;
+                q.call = call;
+                q.memo = memo;
+                lines.push_back(allLine(q));
+            }
+        }
+    }
+    return lines;
+}
+
+// Where a line keeps the operator or the frequency of the line before, the second part takes
+// over what the lines just before it leave: wherever the parts meet, the lines are those of one
+// pass, as two halves cut at a block give them.
+TEST(ZlogTextReaders, ALongLogKeepsOperatorsAndFrequenciesWhereverItsPartsMeet)
+{
+    constexpr int kBlocks = 4000;
+    for (const bool txt : {false, true}) {
+        const char* name = txt ? "LONG.TXT" : "LONG.ALL";
+        const char* letter = txt ? "T" : "A";
+        const std::string header = txt ? kTxtHeader : kAllHeader;
+        auto withHeader = [&header](std::vector<std::string> lines) {
+            lines.insert(lines.begin(), header);
+            return lines;
+        };
+        for (int lead = 0; lead < 4; ++lead) {
+            const Reading whole =
+                readLog(withHeader(keepingLog(txt, lead, 0, kBlocks)), name, letter, true);
+            const Reading first =
+                readLog(withHeader(keepingLog(txt, lead, 0, kBlocks / 2)), name, letter, true);
+            const Reading second =
+                readLog(withHeader(keepingLog(txt, 0, kBlocks / 2, kBlocks)), name, letter, true);
+            EXPECT_EQ(whole.failure, 0) << name << " " << lead;
+            EXPECT_EQ(whole.zlog_1, first.zlog_1 + second.zlog_1) << name << " " << lead;
+            EXPECT_EQ(whole.written, first.written + second.written) << name << " " << lead;
+        }
     }
 }
 
