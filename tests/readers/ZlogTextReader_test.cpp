@@ -564,6 +564,21 @@ Reading readLog(const std::vector<std::string>& lines, const char* name, const c
     return out;
 }
 
+// A QSO line of the `.TXT` form (`txt`) or the `.ALL` form.
+std::string qsoLine(bool txt, const std::string& call, const std::string& memo)
+{
+    if (txt) {
+        TxtQso q;
+        q.call = call;
+        q.memo = memo;
+        return txtLine(q);
+    }
+    AllQso q;
+    q.call = call;
+    q.memo = memo;
+    return allLine(q);
+}
+
 // A long log of every kind of line: operators kept and dropped by the filter, memos, kanji.
 std::vector<std::string> longLog(bool txt, int first, int last)
 {
@@ -572,19 +587,16 @@ std::vector<std::string> longLog(bool txt, int first, int last)
         const std::string call = (i % 3 == 0 ? "JA" : "W") + std::to_string(i % 10) + "Z" +
                                  std::to_string(i);
         const std::string memo = i % 4 == 0 ? "%%JA1%%" : i % 4 == 1 ? "%%JA2%% 山田" : "";
-        if (txt) {
-            TxtQso q;
-            q.call = call;
-            q.memo = memo;
-            lines.push_back(txtLine(q));
-        } else {
-            AllQso q;
-            q.call = call;
-            q.memo = memo;
-            lines.push_back(allLine(q));
-        }
+        lines.push_back(qsoLine(txt, call, memo));
     }
     return lines;
+}
+
+// `readLog` of a long log's QSO lines behind the heading of their form.
+Reading readLongLog(bool txt, std::vector<std::string> lines, bool frequencies = false)
+{
+    lines.insert(lines.begin(), txt ? kTxtHeader : kAllHeader);
+    return readLog(lines, txt ? "LONG.TXT" : "LONG.ALL", txt ? "T" : "A", frequencies);
 }
 
 } // namespace
@@ -596,21 +608,15 @@ TEST(ZlogTextReaders, ALongLogGivesWhatOnePassGives)
     constexpr int kLines = 16000;
     for (const bool txt : {false, true}) {
         const char* name = txt ? "LONG.TXT" : "LONG.ALL";
-        const char* letter = txt ? "T" : "A";
-        const std::string header = txt ? kTxtHeader : kAllHeader;
-        auto withHeader = [&header](std::vector<std::string> lines) {
-            lines.insert(lines.begin(), header);
-            return lines;
-        };
-        const std::vector<std::string> lines = withHeader(longLog(txt, 0, kLines));
+        const std::vector<std::string> lines = longLog(txt, 0, kLines);
         std::size_t bytes = 0;
         for (const std::string& line : lines) {
             bytes += line.size() + 2;
         }
         ASSERT_GT(bytes, 1u << 20) << "long enough to be read in two parts";
-        const Reading whole = readLog(lines, name, letter);
-        const Reading first = readLog(withHeader(longLog(txt, 0, kLines / 2)), name, letter);
-        const Reading second = readLog(withHeader(longLog(txt, kLines / 2, kLines)), name, letter);
+        const Reading whole = readLongLog(txt, lines);
+        const Reading first = readLongLog(txt, longLog(txt, 0, kLines / 2));
+        const Reading second = readLongLog(txt, longLog(txt, kLines / 2, kLines));
         EXPECT_EQ(whole.failure, 0) << name;
         EXPECT_EQ(whole.zlog_1, first.zlog_1 + second.zlog_1) << name;
         EXPECT_EQ(whole.written, txt ? 0 : first.written + second.written) << name;
@@ -629,24 +635,12 @@ TEST(ZlogTextReaders, ALongLogGivesWhatOnePassGives)
 // text in parentheses that is no frequency).
 std::vector<std::string> keepingLog(bool txt, int lead, int from, int to)
 {
-    std::vector<std::string> lines(static_cast<std::size_t>(lead),
-                                   txt ? txtLine(TxtQso{}) : allLine(AllQso{}));
+    std::vector<std::string> lines(static_cast<std::size_t>(lead), qsoLine(txt, "JA1ABC", ""));
     for (int b = from; b < to; ++b) {
         for (int i = 0; i < 4; ++i) {
             const std::string memo =
                 i == 0 ? "%%JA1%% (" + std::to_string(14000 + b % 300) + ")" : "% (note)";
-            const std::string call = "JA" + std::to_string(b * 4 + i);
-            if (txt) {
-                TxtQso q;
-                q.call = call;
-                q.memo = memo;
-                lines.push_back(txtLine(q));
-            } else {
-                AllQso q;
-                q.call = call;
-                q.memo = memo;
-                lines.push_back(allLine(q));
-            }
+            lines.push_back(qsoLine(txt, "JA" + std::to_string(b * 4 + i), memo));
         }
     }
     return lines;
@@ -660,19 +654,10 @@ TEST(ZlogTextReaders, ALongLogKeepsOperatorsAndFrequenciesWhereverItsPartsMeet)
     constexpr int kBlocks = 4000;
     for (const bool txt : {false, true}) {
         const char* name = txt ? "LONG.TXT" : "LONG.ALL";
-        const char* letter = txt ? "T" : "A";
-        const std::string header = txt ? kTxtHeader : kAllHeader;
-        auto withHeader = [&header](std::vector<std::string> lines) {
-            lines.insert(lines.begin(), header);
-            return lines;
-        };
         for (int lead = 0; lead < 4; ++lead) {
-            const Reading whole =
-                readLog(withHeader(keepingLog(txt, lead, 0, kBlocks)), name, letter, true);
-            const Reading first =
-                readLog(withHeader(keepingLog(txt, lead, 0, kBlocks / 2)), name, letter, true);
-            const Reading second =
-                readLog(withHeader(keepingLog(txt, 0, kBlocks / 2, kBlocks)), name, letter, true);
+            const Reading whole = readLongLog(txt, keepingLog(txt, lead, 0, kBlocks), true);
+            const Reading first = readLongLog(txt, keepingLog(txt, lead, 0, kBlocks / 2), true);
+            const Reading second = readLongLog(txt, keepingLog(txt, 0, kBlocks / 2, kBlocks), true);
             EXPECT_EQ(whole.failure, 0) << name << " " << lead;
             EXPECT_EQ(whole.zlog_1, first.zlog_1 + second.zlog_1) << name << " " << lead;
             EXPECT_EQ(whole.written, first.written + second.written) << name << " " << lead;
@@ -684,12 +669,9 @@ TEST(ZlogTextReaders, ALongTxtLogWithABlankLineNearItsEndFailsAsOnePassFails)
 {
     constexpr int kLines = 16000;
     std::vector<std::string> lines = longLog(true, 0, kLines);
-    lines.insert(lines.begin(), kTxtHeader);
     lines.insert(lines.end() - 10, "");
-    const Reading whole = readLog(lines, "LONG.TXT", "T");
-    std::vector<std::string> before = longLog(true, 0, kLines - 10);
-    before.insert(before.begin(), kTxtHeader);
-    const Reading expected = readLog(before, "LONG.TXT", "T");
+    const Reading whole = readLongLog(true, lines);
+    const Reading expected = readLongLog(true, longLog(true, 0, kLines - 10));
     EXPECT_NE(whole.failure, 0);
     EXPECT_EQ(whole.zlog_1, expected.zlog_1);
     std::vector<long> progress = expected.progress;

@@ -431,40 +431,42 @@ TEST(ProgramStart, ANewProgramFolderGetsTheSystemPrefixListButKeepsItsOwn)
 namespace {
 
 // The sample log to convert, in a program folder that takes the system's prefix list (named
-// by the environment until the end of the test).
-struct SampleWithSystemList
+// by the environment until the end of the test); skipped where the system has no list.
+struct ProgramStartWithSystemList : ::testing::Test
 {
     static constexpr const char* kSystemCty = "/usr/share/hamradio-files/cty.dat";
-    static bool present() { return fs::is_regular_file(kSystemCty); }
 
-    SampleWithSystemList()
+    void SetUp() override
     {
+        if (!fs::is_regular_file(kSystemCty)) {
+            GTEST_SKIP() << "Debian's hamradio-files (cty.dat) is not installed";
+        }
         ::setenv("VORNHALE_CTY_DAT", kSystemCty, 1);
         fs::copy_file(test::sourceDir() / "data" / "sample" / "SAMPLE2026.ALL", log);
     }
-    ~SampleWithSystemList() { ::unsetenv("VORNHALE_CTY_DAT"); }
+    void TearDown() override { ::unsetenv("VORNHALE_CTY_DAT"); }
+
+    /// Starts `s` as the window does and opens the log; false where a step did not succeed.
+    bool startAndOpen(session::Session& s)
+    {
+        s.acceptEnvironment();
+        const bool filesThere = s.checkRequiredFiles(true);
+        s.loadMainWindow();
+        return filesThere && s.open(log, "", observer) == readers::OpenResult::Opened;
+    }
 
     test::TempDir dir;
     fs::path log = dir / "T.ALL";
+    test::RecordingDialogs dialogs;
+    test::RecordingObserver observer;
 };
 
 } // namespace
 
-TEST(ProgramStart, ASecondConversionOfOneStartSkipsThePreparationOfTheMasters)
+TEST_F(ProgramStartWithSystemList, ASecondConversionOfOneStartSkipsThePreparationOfTheMasters)
 {
-    if (!SampleWithSystemList::present()) {
-        GTEST_SKIP() << "Debian's hamradio-files (cty.dat) is not installed";
-    }
-    SampleWithSystemList sample;
-    const test::TempDir& dir = sample.dir;
-    const fs::path& log = sample.log;
-    test::RecordingDialogs dialogs;
-    test::RecordingObserver observer;
     auto startAndConvert = [&](session::Session& s) {
-        s.acceptEnvironment();
-        EXPECT_TRUE(s.checkRequiredFiles(true));
-        s.loadMainWindow();
-        EXPECT_EQ(s.open(log, "", observer), readers::OpenResult::Opened);
+        EXPECT_TRUE(startAndOpen(s));
         return s.runConversion(observer);
     };
     auto preparations = [](session::Session& s) {
@@ -496,16 +498,9 @@ TEST(ProgramStart, ASecondConversionOfOneStartSkipsThePreparationOfTheMasters)
 
 // The masters are made beside the conversion's first steps, yet the trace tells them first,
 // and a failure of theirs is the run's failure with nothing of those steps in the trace.
-TEST(ProgramStart, TheMastersMadeBesideTheFirstStepsComeFirstInTheTraceAndInAFailure)
+TEST_F(ProgramStartWithSystemList,
+       TheMastersMadeBesideTheFirstStepsComeFirstInTheTraceAndInAFailure)
 {
-    if (!SampleWithSystemList::present()) {
-        GTEST_SKIP() << "Debian's hamradio-files (cty.dat) is not installed";
-    }
-    SampleWithSystemList sample;
-    const test::TempDir& dir = sample.dir;
-    const fs::path& log = sample.log;
-    test::RecordingDialogs dialogs;
-    test::RecordingObserver observer;
     auto linesFrom = [](session::Session& s, const std::string& first) {
         const auto lines = test::readSjisLines(s.trace().path());
         const auto start = std::find(lines.rbegin(), lines.rend(), first);
@@ -517,10 +512,7 @@ TEST(ProgramStart, TheMastersMadeBesideTheFirstStepsComeFirstInTheTraceAndInAFai
     };
 
     session::Session s(dir / "home", dialogs);
-    s.acceptEnvironment();
-    ASSERT_TRUE(s.checkRequiredFiles(true));
-    s.loadMainWindow();
-    ASSERT_EQ(s.open(log, "", observer), readers::OpenResult::Opened);
+    ASSERT_TRUE(startAndOpen(s));
 
     // A working file the masters write cannot be written: a folder stands in its place.
     const fs::path blocked = s.folder().drive_path / "cty_dat0.txt";
