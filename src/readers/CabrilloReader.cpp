@@ -17,7 +17,6 @@
 #include <bit>
 #include <cstdint>
 #include <cstring>
-#include <future>
 #include <limits>
 #include <mutex>
 #include <system_error>
@@ -556,45 +555,37 @@ void henkan_cbr_2_t(const ReaderContext& ctx)
     const bool dropped = operatorFilter && !run.op_filter_name.empty();
     // The runs of an ASCII file are kept while their offsets fit.
     const bool keepRuns = log->ascii && log->bytes.size() < CabrilloLines::kNoRuns;
-    log->runEdges.clear();
-    log->runsFrom.assign(keepRuns ? log->qsoLines.size() : 0, CabrilloLines::kNoRuns);
-    log->runsTo.assign(log->runsFrom.size(), 0);
     const std::size_t first = static_cast<std::size_t>(
         std::upper_bound(log->qsoLines.begin(), log->qsoLines.end(), 0u) - log->qsoLines.begin());
-    const std::size_t qsos = log->qsoLines.size();
 
-    // Turns the QSO lines from `from` to `to` into `lines`, the runs of each going to `edges`
-    // (their places in `runsFrom` and `runsTo` counted from `base`). The band keeps what the
-    // line before left when a frequency is between the ranges.
+    // Turns QSO line `k` into `lines`, keeping its runs. The band keeps what the line before
+    // left when a frequency is between the ranges.
     struct Turner
     {
+        struct Runs
+        {
+            std::size_t k;
+            std::uint32_t from, to; // in `edges`
+        };
         const CabrilloLines& log;
         bool frequencies, keepRuns, dropped;
-        std::vector<std::uint32_t>& runsFrom;
-        std::vector<std::uint32_t>& runsTo;
         std::string band;
+        std::vector<std::uint16_t> edges;
+        std::vector<Runs> runs;
+        std::size_t last = 0; // the last line turned
         std::string record;
         std::vector<std::string_view> t;
 
-        void operator()(std::size_t from, std::size_t to, text::LineWriter& lines,
-                        std::vector<std::uint16_t>& edges)
+        void operator()(std::size_t k, text::LineWriter& lines)
         {
-            t.reserve(16);
-            for (std::size_t k = from; k < to; ++k) {
-                turn(k, lines, edges);
-            }
-        }
-
-        void turn(std::size_t k, text::LineWriter& lines, std::vector<std::uint16_t>& edges)
-        {
+            last = k;
             const std::string_view line = log.lines[log.qsoLines[k]];
             const long number = static_cast<long>(log.qsoLines[k]) + 1;
             // Tokens beyond the eleventh are never read. The runs between them are kept for the
             // .TXT form, which splits the same line.
             const auto edgesFrom = static_cast<std::uint32_t>(edges.size());
             if (keepRuns && plainTokensAndRuns(line, t, 11, edges)) {
-                runsFrom[k] = edgesFrom;
-                runsTo[k] = static_cast<std::uint32_t>(edges.size());
+                runs.push_back({k, edgesFrom, static_cast<std::uint32_t>(edges.size())});
             } else {
                 edges.resize(edgesFrom);
                 cabrilloTokenViews(line, 6, t, 11);
@@ -643,83 +634,39 @@ void henkan_cbr_2_t(const ReaderContext& ctx)
                 lines.writeRecord(fields);
             }
         }
-    };
-    auto makeTurner = [&] {
-        return Turner{*log, frequencies, keepRuns, dropped, log->runsFrom, log->runsTo, {}, {}, {}};
-    };
 
-    // A long log is turned in two parts side by side. The second part's turner first reads the
-    // lines just before its part, to learn the band they leave; the parts join when the first
-    // part leaves that band. Its runs are counted from its own start, moved behind the first
-    // part's when they join.
-    struct Part
-    {
-        std::string lines, band;
-        std::vector<std::uint16_t> edges;
+        const std::string& carried() const { return band; }
     };
-    static constexpr std::size_t kLeadIn = 512;
-    const std::size_t split =
-        qsos - first >= text::kSideBySideItems ? first + (qsos - first) / 5 * 3 : qsos;
-    std::future<Part> second;
-    if (split < qsos) {
-        second = std::async(std::launch::async, [&makeTurner, first, split, qsos] {
-            Turner turner = makeTurner();
-            // The lead-in's lines and runs are the first part's: none are kept here.
-            const bool keepRuns = turner.keepRuns;
-            turner.keepRuns = false;
-            std::vector<std::uint16_t> noEdges;
-            text::LineWriter leadIn = text::LineWriter::inMemory(0);
-            turner(split - std::min(split - first, kLeadIn), split, leadIn, noEdges);
-            turner.keepRuns = keepRuns;
-            Part part;
-            part.band = turner.band;
-            text::LineWriter lines = text::LineWriter::inMemory((qsos - split) * 96);
-            turner(split, qsos, lines, part.edges);
-            part.lines = lines.takeLines();
-            return part;
-        });
-    }
-    Turner turner = makeTurner();
     long done = 0;
-    auto turnFrom = [&](std::size_t from, std::size_t to) {
-        for (std::size_t k = from; k < to; ++k) {
-            turner.turn(k, out, log->runEdges);
+    Turner turner = text::turnItems(
+        first, log->qsoLines.size(), out, 96,
+        [&] { return Turner{*log, frequencies, keepRuns, dropped, {}, {}, {}, 0, {}, {}}; },
+        [&] {
             if (!dropped) {
                 ++run.written_count;
             }
             ctx.observer.progress(++done);
-        }
-    };
-    turnFrom(first, split);
-    if (second.valid()) {
-        Part part;
-        bool joined = false;
-        try {
-            part = second.get();
-            joined = part.band == turner.band;
-        } catch (...) {
-            // Turned again below, failing where one pass fails.
-        }
-        if (joined) {
-            const auto shift = static_cast<std::uint32_t>(log->runEdges.size());
-            for (std::size_t k = split; k < log->runsFrom.size(); ++k) {
-                if (log->runsFrom[k] != CabrilloLines::kNoRuns) {
-                    log->runsFrom[k] += shift;
-                    log->runsTo[k] += shift;
+        },
+        // The second part's runs follow the first part's; those of the lines it read before
+        // its part are the first part's already.
+        [](Turner& firstPart, Turner& secondPart) {
+            const auto shift = static_cast<std::uint32_t>(firstPart.edges.size());
+            firstPart.edges.insert(firstPart.edges.end(), secondPart.edges.begin(),
+                                   secondPart.edges.end());
+            for (const Turner::Runs& r : secondPart.runs) {
+                if (r.k > firstPart.last) {
+                    firstPart.runs.push_back({r.k, r.from + shift, r.to + shift});
                 }
             }
-            log->runEdges.insert(log->runEdges.end(), part.edges.begin(), part.edges.end());
-            out.writeLines(std::move(part.lines));
-            for (std::size_t k = split; k < qsos; ++k) {
-                if (!dropped) {
-                    ++run.written_count;
-                }
-                ctx.observer.progress(++done);
-            }
-        } else {
-            turnFrom(split, qsos);
-        }
+        });
+    // The runs are left for the .TXT form.
+    log->runsFrom.assign(keepRuns ? log->qsoLines.size() : 0, CabrilloLines::kNoRuns);
+    log->runsTo.assign(log->runsFrom.size(), 0);
+    for (const Turner::Runs& r : turner.runs) {
+        log->runsFrom[r.k] = r.from;
+        log->runsTo[r.k] = r.to;
     }
+    log->runEdges = std::move(turner.edges);
     ctx.observer.progress(0);
     out.close();
 }

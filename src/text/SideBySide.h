@@ -6,6 +6,7 @@
 #include <cstddef>
 #include <filesystem>
 #include <future>
+#include <optional>
 #include <stdexcept>
 #include <string>
 #include <string_view>
@@ -167,49 +168,104 @@ void turnRecords(Reader& in, const Reopen& reopen, LineWriter& out, const MakeWo
     }
 }
 
-/// Turns the items 0 to `count` − 1 of a list held in memory into lines of `out`, in order:
-/// `turn(i, lines)` writes the lines of item `i` to `lines`. A long list (`kSideBySideItems`
-/// items or more) is turned in two parts side by side as `turnRecords` turns a long file: the
-/// last 40 % on a second thread into memory (`lineSize`: about the bytes of an item's lines).
-/// When that part fails, this thread turns it again, so any failure is that of one pass.
-/// `turn` must touch nothing but its item and the lines it is given.
+/// Lists of this many items or more are turned in two parts by `turnItems`.
 inline constexpr std::size_t kSideBySideItems = 4096;
 
+/// Turns the items `first` to `count` − 1 of a list held in memory into lines of `out`, in
+/// order: `makeWorker()` gives a worker, `worker(i, lines)` writes the lines of item `i` to
+/// `lines`, and `afterEach()` follows each item in the list's order. Returns this thread's
+/// worker, with all it holds beside the lines.
+///
+/// A long list is turned in two parts side by side as `turnRecords` turns a long file: the
+/// last 40 % on a second thread into memory (`lineSize`: about the bytes of an item's lines).
+/// A worker that carries something from item to item says what by `carried()`, as for
+/// `turnRecords`; the second part's worker then first turns the 512 items before its part,
+/// dropping their lines, and the parts join only where this thread's worker leaves the first
+/// part with what the second's took over. When they join, `join(worker, second)` gives this
+/// thread's worker what the second part's holds beside its lines; otherwise, or when the
+/// second part failed, this thread turns that part again, so the lines, the calls of
+/// `afterEach` and any failure are those of one pass. Each worker must touch nothing but its
+/// own state, its items and the lines it is given.
+template <typename MakeWorker, typename AfterEach, typename Join>
+auto turnItems(std::size_t first, std::size_t count, LineWriter& out, std::size_t lineSize,
+               const MakeWorker& makeWorker, const AfterEach& afterEach, const Join& join)
+{
+    using Worker = decltype(makeWorker());
+    constexpr bool kCarries = requires(const Worker& w)
+    {
+        w.carried();
+    };
+    static constexpr std::size_t kLeadIn = 512;
+    struct Part
+    {
+        std::string lines;
+        typename CarriedOf<Worker, kCarries>::type seam{};
+        std::optional<Worker> worker;
+    };
+    const std::size_t split =
+        count - first >= kSideBySideItems ? first + (count - first) / 5 * 3 : count;
+    std::future<Part> second;
+    if (split < count) {
+        second = std::async(std::launch::async, [&makeWorker, first, split, count, lineSize] {
+            Part part;
+            Worker& worker = part.worker.emplace(makeWorker());
+            if constexpr (kCarries) {
+                LineWriter dropped = LineWriter::inMemory(0);
+                for (std::size_t i = split - std::min(split - first, kLeadIn); i < split; ++i) {
+                    worker(i, dropped);
+                }
+                part.seam = worker.carried();
+            }
+            LineWriter lines = LineWriter::inMemory((count - split) * lineSize);
+            for (std::size_t i = split; i < count; ++i) {
+                worker(i, lines);
+            }
+            part.lines = lines.takeLines();
+            return part;
+        });
+    }
+    Worker worker = makeWorker();
+    auto turn = [&](std::size_t from, std::size_t to) {
+        for (std::size_t i = from; i < to; ++i) {
+            worker(i, out);
+            afterEach();
+        }
+    };
+    turn(first, split);
+    if (second.valid()) {
+        std::optional<Part> part;
+        try {
+            part.emplace(second.get());
+        } catch (...) {
+            // Turned again below, failing where one pass fails.
+        }
+        bool joined = part.has_value();
+        if constexpr (kCarries) {
+            joined = joined && worker.carried() == part->seam;
+        }
+        if (joined) {
+            join(worker, *part->worker);
+            out.writeLines(std::move(part->lines));
+            for (std::size_t i = split; i < count; ++i) {
+                afterEach();
+            }
+        } else {
+            turn(split, count);
+        }
+    }
+    return worker;
+}
+
+/// As above for the items 0 to `count` − 1 of a list that `turn(i, lines)` turns one by one,
+/// carrying nothing and with nothing to do after each.
 template <typename Turn>
 void turnItems(std::size_t count, LineWriter& out, std::size_t lineSize, const Turn& turn)
 {
-    const std::size_t split = count >= kSideBySideItems ? count / 5 * 3 : count;
-    std::future<std::string> second;
-    if (split < count) {
-        second = std::async(std::launch::async, [split, count, lineSize, &turn] {
-            LineWriter lines = LineWriter::inMemory((count - split) * lineSize);
-            for (std::size_t i = split; i < count; ++i) {
-                turn(i, lines);
-            }
-            return lines.takeLines();
-        });
-    }
-    for (std::size_t i = 0; i < split; ++i) {
-        turn(i, out);
-    }
-    if (!second.valid()) {
-        return;
-    }
-    std::string lines;
-    bool turned = false;
-    try {
-        lines = second.get();
-        turned = true;
-    } catch (...) {
-        // Turned again below, failing where one pass fails.
-    }
-    if (turned) {
-        out.writeLines(std::move(lines));
-        return;
-    }
-    for (std::size_t i = split; i < count; ++i) {
-        turn(i, out);
-    }
+    const auto makeWorker = [&turn] {
+        return [&turn](std::size_t i, LineWriter& lines) { turn(i, lines); };
+    };
+    turnItems(
+        0, count, out, lineSize, makeWorker, [] {}, [](auto&, auto&) {});
 }
 
 /// As above, for the records of a whole working file, with nothing to do after each.
