@@ -12,12 +12,15 @@
 #include "text/LineFile.h"
 #include "text/Record.h"
 #include "text/RecordBytes.h"
+#include "text/SideBySide.h"
 #include "text/Utf8.h"
 
 #include <algorithm>
 #include <array>
 #include <cstring>
 #include <filesystem>
+#include <memory>
+#include <tuple>
 
 namespace vornhale::engine {
 namespace {
@@ -216,7 +219,8 @@ struct ConversionOptions
 };
 
 // What the steps of one conversion share: the run with its lookups, the layouts and the
-// options read once.
+// options read once. Each worker of the record loop has its own, with its own copy of the run:
+// a record may leave values to the records after it (see `RecordConverter::carried`).
 struct ConversionScope
 {
     RunContext& ctx;
@@ -230,8 +234,9 @@ struct ConversionScope
     const std::string upperPath;
     const bool iotaInPath;
 
-    ConversionScope(RunContext& context, RecordLookups& lookups, const RemarkLayout& layouts)
-        : ctx(context), run(context.run), look(lookups), layout(layouts),
+    ConversionScope(RunContext& context, RunState& runState, RecordLookups& lookups,
+                    const RemarkLayout& layouts)
+        : ctx(context), run(runState), look(lookups), layout(layouts),
           opt(ConversionOptions::of(context.options, layouts)),
           composer(layouts, opt.itemSeparator, opt.provinceLookup),
           timeShift(context.options.member("Option05")), upperPath(text::upper(run.in_name)),
@@ -355,6 +360,8 @@ void chooseManager(ContactState& c, ConversionScope& s)
         return;
     }
     s.ctx.observer.label("Text2", c.q_call);
+    // The web search merges its answer with the file's.
+    s.look.keepManagerFromFile(c.mng_file);
     const std::string mng_web = s.look.managerFromWeb(c.q_call);
     switch (s.opt.managerOrder) {
     case 0:
@@ -757,6 +764,86 @@ void formProgressLabel(std::string& out, long done, std::string_view ofAll)
     out += ofAll;
 }
 
+// Converts the records of `zlog_2.txt` one by one into their sort and result lines. Its state
+// lies behind a pointer, which the worker of a log's first part takes over from the worker of
+// its second part when they join.
+class RecordConverter
+{
+public:
+    RecordConverter(RunContext& ctx, RecordLookups& look, const RemarkLayout& layout)
+        : m_state(std::make_unique<State>(ctx, look, layout))
+    {
+    }
+
+    void operator()(text::RecordBytes& in, text::LineWriterPair& out)
+    {
+        ContactState& c = m_state->c;
+        ConversionScope& scope = m_state->scope;
+        in.next(EnrichedLine::kFields, m_state->fields);
+        startContact(c, m_state->fields);
+        testHistory(c, scope);
+        applyNoCardLists(c, scope);
+        chooseManager(c, scope);
+        cleanManager(c);
+        settleRoute(c, scope);
+        formQslColumn(c, scope.run);
+        lookUpNameAndQth(c, scope);
+        convertDateTime(c, scope);
+        settleZone(c, scope);
+        settleState(c, scope);
+        settleIota(c, scope);
+        settleCallsText(c, scope.run);
+        composeRemarks(c, scope);
+        settleReportAndMaritime(c);
+        addProvince(c, scope);
+        formDateAndTime(c);
+        takeManagerOut(c, scope);
+        appendDxMark(c, scope);
+        markNoBureau(c, scope);
+        writeContact(c, out.first(), out.second());
+        m_state->converted = true;
+    }
+
+    // What a record leaves to the records after it: the "sent" mark that a no-card record
+    // blanks, the contest name that the first record of a log other than .ZLO clears, and the
+    // call core that the call test of the time shift keeps when it cannot tell.
+    std::tuple<std::string, std::string, std::string> carried() const
+    {
+        const ConversionScope& scope = m_state->scope;
+        return {scope.run.QSL_S, scope.run.cont_name, scope.timeShift.call_core()};
+    }
+
+    // Takes over where `later`, which converted the records after this one's, ended.
+    void joinLater(RecordConverter& later) { m_state = std::move(later.m_state); }
+
+    // Leaves to the run what the last record left: the run values that carry over, and the
+    // manager file's answer for the last contact.
+    void leaveTo(RunState& run, RecordLookups& look) const
+    {
+        if (!m_state->converted) {
+            return;
+        }
+        run.QSL_S = m_state->run.QSL_S;
+        run.cont_name = m_state->run.cont_name;
+        look.keepManagerFromFile(m_state->c.mng_file);
+    }
+
+private:
+    struct State
+    {
+        State(RunContext& ctx, RecordLookups& look, const RemarkLayout& layout)
+            : run(ctx.run), scope(ctx, run, look, layout)
+        {
+        }
+        RunState run;
+        ConversionScope scope;
+        ContactState c;
+        std::vector<std::string_view> fields;
+        bool converted = false;
+    };
+    std::unique_ptr<State> m_state;
+};
+
 } // namespace
 
 std::string normaliseMode(std::string_view mode)
@@ -821,42 +908,40 @@ void Henkan_txt(RunContext& ctx, const RemarkLayout& layout)
     text::LineWriter hamOut(run.names.out_name_ham0);
     ctx.observer.progressRange(count + 2);
     ctx.trace.line("   Private sub Henkan_txt() ___ Do  読み込み");
-
-    ConversionScope scope(ctx, look, layout);
     const std::string ofAll = alignedInFour(count - 1);
-    std::vector<std::string_view> fields;
-    ContactState c;
     std::string progressLabel;
     long done = 0;
-    while (!in.atEnd()) {
-        in.next(EnrichedLine::kFields, fields);
-        startContact(c, fields);
-        testHistory(c, scope);
-        applyNoCardLists(c, scope);
-        chooseManager(c, scope);
-        cleanManager(c);
-        settleRoute(c, scope);
-        formQslColumn(c, run);
-        lookUpNameAndQth(c, scope);
-        convertDateTime(c, scope);
-        settleZone(c, scope);
-        settleState(c, scope);
-        settleIota(c, scope);
-        settleCallsText(c, run);
-        composeRemarks(c, scope);
-        settleReportAndMaritime(c);
-        addProvince(c, scope);
-        formDateAndTime(c);
-        takeManagerOut(c, scope);
-        appendDxMark(c, scope);
-        markNoBureau(c, scope);
-        writeContact(c, sortOut, hamOut);
-
+    const auto afterEach = [&] {
         ++done;
         ctx.observer.progress(done);
         formProgressLabel(progressLabel, done, ofAll);
         ctx.observer.label("Label35", progressLabel);
-    }
+    };
+    const auto makeWorker = [&ctx, &look, &layout] { return RecordConverter(ctx, look, layout); };
+    text::LineWriterPair out(sortOut, hamOut);
+    // Records are converted in two parts side by side only where nothing of a record reaches
+    // beyond its own lines and its worker: no web search (its pauses and its list keep the
+    // order of the log), no IOTA contest (whose records write to the trace), and lookups that
+    // answer from any thread.
+    const bool iotaContest =
+        text::contains(text::upper(run.in_name), "IOTA") || run.cont_name == "IOTA Contest";
+    const bool sideBySide =
+        !ctx.options.tick("Check18") && !iotaContest && look.answersFromAnyThread();
+    const std::unique_ptr<RecordConverter> last =
+        sideBySide
+            ? text::turnRecords(
+                  in, [&ctx] { return text::RecordBytes(ctx.work(base::working::zlog_2)); }, out,
+                  makeWorker, afterEach,
+                  [](RecordConverter& first, RecordConverter& second) { first.joinLater(second); })
+            : [&] {
+                  auto worker = std::make_unique<RecordConverter>(ctx, look, layout);
+                  while (!in.atEnd()) {
+                      (*worker)(in, out);
+                      afterEach();
+                  }
+                  return worker;
+              }();
+    last->leaveTo(run, look);
     sortOut.close();
     hamOut.close();
     ctx.observer.progress(0);

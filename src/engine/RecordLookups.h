@@ -58,6 +58,14 @@ public:
     virtual bool noQslCountry(std::string_view /*q_entity*/) { return false; }
     /// The manager of a call in the manager master, as the file gives it.
     virtual std::string managerFromFile(std::string_view /*q_call*/) { return {}; }
+    /// Keeps the manager file's answer for a call, without its "@": the web search merges its
+    /// answer with it, and after the conversion it is the last contact's, which the manager
+    /// walk merges with its own web answers.
+    virtual void keepManagerFromFile(std::string_view /*mng_file*/) {}
+    /// Whether the answers for contacts (from `band_mode_code` to `provinceOf`, but not the
+    /// web search) may be asked from two threads at once, so that the record conversion can
+    /// work on two parts of a log side by side.
+    virtual bool answersFromAnyThread() const { return false; }
     /// The manager found by the web search, after the pause between requests; the search is
     /// shown and added to the result list. Called only with `Check18` on.
     virtual std::string managerFromWeb(std::string_view /*q_call*/) { return {}; }

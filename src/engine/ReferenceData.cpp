@@ -221,9 +221,12 @@ QthEntry ReferenceData::qthOf(std::string_view base_call)
 
 std::string ReferenceData::managerFromFile(std::string_view q_call)
 {
-    std::string answer = m_managers.MNG_lookup(q_call);
-    m_sharedManagers.mng_file = text::replaceAll(answer, "@", "");
-    return answer;
+    return m_managers.MNG_lookup(q_call);
+}
+
+void ReferenceData::keepManagerFromFile(std::string_view mng_file)
+{
+    m_sharedManagers.mng_file = mng_file;
 }
 
 std::string ReferenceData::managerFromWeb(std::string_view q_call)

@@ -59,6 +59,9 @@ public:
     std::string provinceOf(std::string_view q_rcvd) override;
 
     std::string managerFromFile(std::string_view q_call) override;
+    void keepManagerFromFile(std::string_view mng_file) override;
+    /// The masters are read only once made, and the web search is asked in order.
+    bool answersFromAnyThread() const override { return true; }
     std::string managerFromWeb(std::string_view q_call) override;
     void openWebSearchResults(RunContext& ctx) override;
     void closeWebSearchResults(RunContext& ctx) override;

@@ -6,6 +6,7 @@
 #include <cstddef>
 #include <filesystem>
 #include <future>
+#include <memory>
 #include <optional>
 #include <stdexcept>
 #include <string>
@@ -48,9 +49,15 @@ template <typename Worker> struct CarriedOf<Worker, true>
 /// then first reads the records of some 64 KB before its part, dropping their lines, and the
 /// parts join only when this thread's worker leaves the first part with what the second's took
 /// over: the second part's lines are then those that one pass makes.
-template <typename Reader, typename Reopen, typename MakeWorker, typename AfterEach>
-void turnRecords(Reader& in, const Reopen& reopen, LineWriter& out, const MakeWorker& makeWorker,
-                 const AfterEach& afterEach)
+///
+/// `out` is a `LineWriter` or anything with its `inMemory`, `takeLines` and `writeLines` (such
+/// as `LineWriterPair`). When the parts join, `join(worker, second)` gives this thread's worker
+/// what the second part's holds beside its lines, as `turnItems` does. Returns this thread's
+/// worker, held where it was made: a worker need not move.
+template <typename Reader, typename Reopen, typename Out, typename MakeWorker, typename AfterEach,
+          typename Join>
+auto turnRecords(Reader& in, const Reopen& reopen, Out& out, const MakeWorker& makeWorker,
+                 const AfterEach& afterEach, const Join& join)
 {
     using Worker = decltype(makeWorker());
     using Result = decltype(std::declval<Worker&>()(in, out));
@@ -65,10 +72,11 @@ void turnRecords(Reader& in, const Reopen& reopen, LineWriter& out, const MakeWo
     struct Part
     {
         Results results{};
-        std::string lines;
+        decltype(std::declval<Out&>().takeLines()) lines;
         Seam seam{};
+        std::unique_ptr<Worker> worker;
     };
-    auto turnOne = [&afterEach](Worker& worker, Reader& reader, LineWriter& lines) {
+    auto turnOne = [&afterEach](Worker& worker, Reader& reader, Out& lines) {
         if constexpr (std::is_void_v<Result>) {
             worker(reader, lines);
             afterEach();
@@ -99,12 +107,13 @@ void turnRecords(Reader& in, const Reopen& reopen, LineWriter& out, const MakeWo
         }
         second = std::async(std::launch::async, [&reopen, stop, lead, &makeWorker] {
             Reader rest = reopen();
-            Worker worker = makeWorker();
             Part part;
+            part.worker.reset(new Worker(makeWorker()));
+            Worker& worker = *part.worker;
             if constexpr (kCarries) {
                 // The lead-in's lines are dropped; it must end where the part begins.
                 rest.skipTo(lead);
-                LineWriter dropped = LineWriter::inMemory(0);
+                Out dropped = Out::inMemory(0);
                 while (!rest.atEnd() && rest.position() < stop) {
                     worker(rest, dropped);
                 }
@@ -116,7 +125,7 @@ void turnRecords(Reader& in, const Reopen& reopen, LineWriter& out, const MakeWo
                 rest.skipTo(stop);
             }
             // Lines made from records are seldom more than twice as long as the records.
-            LineWriter lines = LineWriter::inMemory((rest.bytes().size() - stop) * 2);
+            Out lines = Out::inMemory((rest.bytes().size() - stop) * 2);
             while (!rest.atEnd()) {
                 if constexpr (std::is_void_v<Result>) {
                     worker(rest, lines);
@@ -129,7 +138,8 @@ void turnRecords(Reader& in, const Reopen& reopen, LineWriter& out, const MakeWo
             return part;
         });
     }
-    Worker worker = makeWorker();
+    std::unique_ptr<Worker> held(new Worker(makeWorker()));
+    Worker& worker = *held;
     auto turn = [&](std::size_t until) {
         do {
             turnOne(worker, in, out);
@@ -137,7 +147,7 @@ void turnRecords(Reader& in, const Reopen& reopen, LineWriter& out, const MakeWo
     };
     turn(stop);
     if (!second.valid()) {
-        return;
+        return held;
     }
     Part part;
     bool joined = false;
@@ -153,6 +163,7 @@ void turnRecords(Reader& in, const Reopen& reopen, LineWriter& out, const MakeWo
         // Read again below, failing where one pass fails.
     }
     if (joined) {
+        join(worker, *part.worker);
         out.writeLines(std::move(part.lines));
         if constexpr (std::is_void_v<Result>) {
             for (long i = 0; i < part.results; ++i) {
@@ -166,7 +177,58 @@ void turnRecords(Reader& in, const Reopen& reopen, LineWriter& out, const MakeWo
     } else if (!in.atEnd()) {
         turn(std::string_view::npos);
     }
+    return held;
 }
+
+/// As above, for workers that hold nothing to join.
+template <typename Reader, typename Reopen, typename MakeWorker, typename AfterEach>
+void turnRecords(Reader& in, const Reopen& reopen, LineWriter& out, const MakeWorker& makeWorker,
+                 const AfterEach& afterEach)
+{
+    turnRecords(in, reopen, out, makeWorker, afterEach, [](auto&, auto&) {});
+}
+
+/// Two files written line for line from the same records, as one output of `turnRecords`.
+class LineWriterPair
+{
+public:
+    LineWriterPair(LineWriter& first, LineWriter& second) : m_first(&first), m_second(&second) {}
+    /// A pair that keeps its lines in memory.
+    static LineWriterPair inMemory(std::size_t expectedSize)
+    {
+        auto own = std::make_unique<Own>(expectedSize / 2);
+        LineWriterPair pair(own->first, own->second);
+        pair.m_own = std::move(own);
+        return pair;
+    }
+
+    LineWriter& first() { return *m_first; }
+    LineWriter& second() { return *m_second; }
+    std::pair<std::string, std::string> takeLines()
+    {
+        return {m_first->takeLines(), m_second->takeLines()};
+    }
+    void writeLines(std::pair<std::string, std::string>&& lines)
+    {
+        m_first->writeLines(std::move(lines.first));
+        m_second->writeLines(std::move(lines.second));
+    }
+
+private:
+    // The writers of an in-memory pair; they never move, so the pointers stay good.
+    struct Own
+    {
+        explicit Own(std::size_t expectedSize)
+            : first(LineWriter::inMemory(expectedSize)), second(LineWriter::inMemory(expectedSize))
+        {
+        }
+        LineWriter first, second;
+    };
+
+    LineWriter* m_first;
+    LineWriter* m_second;
+    std::unique_ptr<Own> m_own;
+};
 
 /// Lists of this many items or more are turned in two parts by `turnItems`.
 inline constexpr std::size_t kSideBySideItems = 4096;

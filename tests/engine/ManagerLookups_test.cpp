@@ -50,7 +50,9 @@ TEST_F(ManagerLookupsTest, LoadsTheMasterBeforeTheFirstRecordAndAnswersByIt)
     data.beforeFirstRecord(context(options));
     EXPECT_TRUE(data.managers().loaded());
     EXPECT_EQ(data.managerFromFile("xx9tst"), "XX9@MGR");
-    // The shared file answer is the one the conversion uses, without "@".
+    // Asking keeps nothing: the conversion keeps the answer it uses, without "@".
+    EXPECT_EQ(data.sharedManagers().mng_file, "");
+    data.keepManagerFromFile("XX9MGR");
     EXPECT_EQ(data.sharedManagers().mng_file, "XX9MGR");
     ASSERT_GE(observer.statuses.size(), 2U);
     EXPECT_EQ(observer.statuses[0].first, "　MNG_Vornhale_full.txt を読込中 ．．．");

@@ -6,8 +6,8 @@
 #include "support/RunFixture.h"
 
 #include <gtest/gtest.h>
-
 #include <map>
+#include <set>
 
 using namespace vornhale;
 using engine::EnrichedLine;
@@ -38,11 +38,15 @@ struct Managers : engine::RecordLookups
 {
     std::map<std::string, std::string> file;
     std::set<std::string> done;
+    bool anyThread = false;
+    std::string kept = "(none)";
     std::string managerFromFile(std::string_view call) override
     {
         const auto it = file.find(std::string(call));
         return it == file.end() ? std::string() : it->second;
     }
+    void keepManagerFromFile(std::string_view mng_file) override { kept = mng_file; }
+    bool answersFromAnyThread() const override { return anyThread; }
     bool historyDone(std::string_view call, std::string_view) override
     {
         return done.count(std::string(call)) != 0;
@@ -502,5 +506,55 @@ TEST(Henkan_txt, TheResultDateTakesTwoBytesEachOfTheSixDigitDateWhateverItsLengt
         e.q_date6 = date;
         EXPECT_EQ(c.run({e}).second[0][RDate], shown) << date;
         EXPECT_EQ(engine::date8Of(date), shown);
+    }
+}
+
+// A log long enough to be converted in two parts side by side, with records whose lines hang
+// on those before them: the first no-card record blanks the sent mark of every later one, and
+// a call whose two parts are of one length keeps the call core of the record before it for the
+// test for Japan time. Wherever the no-card record stands (early in the first part, just
+// before the second, in the second, nowhere), the lines, the values left to the run and the
+// manager kept for the walk are those of one pass.
+TEST(Henkan_txt, ALongLogGivesWhatOnePassGivesWhereverItsPartsMeet)
+{
+    constexpr int kContacts = 12000;
+    std::vector<EnrichedLine> lines;
+    for (int i = 0; i < kContacts; ++i) {
+        const std::string n = std::to_string(100000 + i).substr(1);
+        if (i % 5 == 4) {
+            lines.push_back(line("W1" + n + "/K2" + n, "W1" + n));
+        } else {
+            const std::string call = (i % 2 == 0 ? "JA1" : "VK2") + n;
+            lines.push_back(line(call, call));
+        }
+        lines.back().q_memo = "memo " + n;
+    }
+    for (const int noCard : {-1, 100, kContacts * 3 / 5 - 40, kContacts * 4 / 5}) {
+        std::string sorts[2], results[2], sentMark[2], kept[2];
+        for (const bool sideBySide : {false, true}) {
+            Conversion c;
+            c.options.set("Option05", "3");
+            c.options.set("Option04", "1");
+            c.managers.anyThread = sideBySide;
+            c.managers.file[lines.back().q_call] = "@W9MGR";
+            c.managers.file[lines[kContacts / 2].q_call] = "W8MGR";
+            if (noCard >= 0) {
+                c.managers.done.insert(lines[static_cast<std::size_t>(noCard)].q_call);
+            }
+            c.run(lines);
+            // Shorter working files are converted in one pass.
+            ASSERT_GE(std::filesystem::file_size(c.work("zlog_2.txt")), 1U << 20);
+            sorts[sideBySide] = test::readBytes(c.work("Sort-in.csv"));
+            results[sideBySide] = test::readBytes(c.ctx->run.names.out_name_ham0);
+            sentMark[sideBySide] = c.ctx->run.QSL_S;
+            kept[sideBySide] = c.managers.kept;
+        }
+        SCOPED_TRACE("the no-card record at " + std::to_string(noCard));
+        EXPECT_TRUE(sorts[1] == sorts[0]);
+        EXPECT_TRUE(results[1] == results[0]);
+        EXPECT_EQ(sentMark[1], sentMark[0]);
+        EXPECT_EQ(sentMark[0], noCard >= 0 ? " " : "*");
+        EXPECT_EQ(kept[0], "W9MGR");
+        EXPECT_EQ(kept[1], kept[0]);
     }
 }
