@@ -193,10 +193,11 @@ class LineWriterPair
 {
 public:
     LineWriterPair(LineWriter& first, LineWriter& second) : m_first(&first), m_second(&second) {}
-    /// A pair that keeps its lines in memory.
+    /// A pair that keeps its lines in memory, each file reserving `expectedSize` bytes (memory
+    /// that is reserved and never written costs nothing).
     static LineWriterPair inMemory(std::size_t expectedSize)
     {
-        auto own = std::make_unique<Own>(expectedSize / 2);
+        auto own = std::make_unique<Own>(expectedSize);
         LineWriterPair pair(own->first, own->second);
         pair.m_own = std::move(own);
         return pair;
