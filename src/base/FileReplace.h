@@ -3,6 +3,7 @@
 #include <filesystem>
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace vornhale::base {
 
@@ -27,6 +28,8 @@ void removeLeftTemporaries(const std::filesystem::path& folder);
 
 /// Flushes a written file to the disk; false when it cannot be opened or flushed.
 bool syncFile(const std::filesystem::path& path);
+/// Flushes written files to the disk, all at once; false when one cannot be opened or flushed.
+bool syncFiles(const std::vector<std::filesystem::path>& paths);
 
 /// Flushes a folder's entries (a rename in it) to the disk.
 void syncFolder(const std::filesystem::path& folder);

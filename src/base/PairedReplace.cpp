@@ -86,9 +86,12 @@ std::vector<fs::path> PairedReplace::temporaries() const
 
 void PairedReplace::commit()
 {
-    for (const fs::path& t : temporaries()) {
-        if (!syncFile(t)) {
-            throw failure::Failure(failure::PathFileAccess, "パス名が無効です。 " + t.string());
+    const std::vector<fs::path> written = temporaries();
+    if (!syncFiles(written)) {
+        for (const fs::path& t : written) {
+            if (!syncFile(t)) {
+                throw failure::Failure(failure::PathFileAccess, "パス名が無効です。 " + t.string());
+            }
         }
     }
     writeNote(m_drive_path / kNoteName, kReady, m_finals);

@@ -327,7 +327,7 @@ void makeFinalFiles(RunContext& ctx, const RemarkLayout& layout, const std::stri
     auto writePass = [&](const Pass& pass, const fs::path& temporary, int& names) {
         RecordBytes in(pass.source);
         text::LineWriter oldOut(pass.oldForm);
-        text::LineWriter finalOut(temporary);
+        text::LineWriter finalOut(temporary, text::LineWriter::Mode::ForTheDisk);
         std::vector<std::string_view> f;
         std::string qslText, rmks1Text, rmks2Text, callMark;
         AsciiLine line;

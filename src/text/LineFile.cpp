@@ -209,7 +209,8 @@ LineWriter::LineWriter(const std::filesystem::path& path, Mode mode)
     if (m_replace) {
         m_writePath += ".writing";
     }
-    m_file = std::make_unique<WriteBehind>(m_writePath, mode == Mode::Append);
+    m_file =
+        std::make_unique<WriteBehind>(m_writePath, mode == Mode::Append, mode == Mode::ForTheDisk);
     if (!m_file->isOpen()) {
         throw failure::Failure(failure::PathFileAccess,
                            "パス名が無効です。 " + m_path.string());

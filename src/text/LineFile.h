@@ -69,7 +69,10 @@ private:
 class LineWriter
 {
 public:
-    enum class Mode { Truncate, Append, ReplaceWhenDone };
+    /// `ForTheDisk`: emptied as `Truncate`, for a file that is flushed to the disk once
+    /// written; its bytes start on their way to the disk as they are written, so that the
+    /// flush finds little left to wait for.
+    enum class Mode { Truncate, Append, ReplaceWhenDone, ForTheDisk };
 
     /// Throws Failure 75 when the file cannot be opened for writing.
     explicit LineWriter(const std::filesystem::path& path, Mode mode = Mode::Truncate);

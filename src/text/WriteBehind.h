@@ -15,8 +15,9 @@ class WriteBehind
 {
 public:
     /// Opens `path` for writing, emptied or, with `append`, at its end; `isOpen` tells whether
-    /// it could be.
-    WriteBehind(const std::filesystem::path& path, bool append);
+    /// it could be. With `forTheDisk` each piece starts on its way to the disk once written,
+    /// for a file that is to be flushed when whole.
+    WriteBehind(const std::filesystem::path& path, bool append, bool forTheDisk = false);
     /// Waits for the file's writes and closes it.
     ~WriteBehind();
     WriteBehind(const WriteBehind&) = delete;

@@ -20,6 +20,9 @@ struct WriteBehind::State
     // Buffers handed over and not yet written; guarded by the writer's lock.
     int pending = 0;
     bool failed = false;
+    // Whether written pieces start on their way to the disk, and how far the file is written.
+    bool forTheDisk = false;
+    off_t written = 0;
 };
 
 namespace {
@@ -135,6 +138,11 @@ private:
             const bool skip = job.file->failed;
             lock.unlock();
             const bool ok = skip || writeAll(job.file->fd, job.bytes);
+            if (ok && job.file->forTheDisk) {
+                const auto size = static_cast<off_t>(job.bytes.size());
+                ::sync_file_range(job.file->fd, job.file->written, size, SYNC_FILE_RANGE_WRITE);
+                job.file->written += size;
+            }
             lock.lock();
             job.file->failed = job.file->failed || !ok;
             --job.file->pending;
@@ -200,11 +208,12 @@ void renameBehind(const std::filesystem::path& from, const std::filesystem::path
     }
 }
 
-WriteBehind::WriteBehind(const std::filesystem::path& path, bool append)
+WriteBehind::WriteBehind(const std::filesystem::path& path, bool append, bool forTheDisk)
     : m_state(std::make_shared<State>())
 {
     const int flags = O_WRONLY | O_CREAT | O_CLOEXEC | (append ? O_APPEND : O_TRUNC);
     m_state->fd = ::open(path.c_str(), flags, 0666);
+    m_state->forTheDisk = forTheDisk && !append;
 }
 
 WriteBehind::~WriteBehind()

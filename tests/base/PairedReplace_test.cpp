@@ -161,6 +161,17 @@ TEST(FileReplace, AFileThatCannotBeWrittenKeepsNothingAndSaysSo)
     EXPECT_FALSE(fs::exists(dir / "missing"));
 }
 
+TEST(FileReplace, FilesAreFlushedTogetherAndAMissingOneSaysSo)
+{
+    test::TempDir dir;
+    test::writeBytes(dir / "a", std::string(1 << 20, 'a'));
+    test::writeBytes(dir / "b", "b");
+    EXPECT_TRUE(base::syncFiles({dir / "a", dir / "b"}));
+    EXPECT_TRUE(base::syncFiles({}));
+    EXPECT_FALSE(base::syncFiles({dir / "a", dir / "missing", dir / "b"}));
+    EXPECT_EQ(test::readBytes(dir / "a"), std::string(1 << 20, 'a'));
+}
+
 TEST(FileReplace, OnlyTheProgramsOwnTemporariesAreCleanedFromAFolder)
 {
     test::TempDir dir;

@@ -49,6 +49,32 @@ TEST(WriteBehind, LongFilesWrittenTogetherAreWholeAndInOrderOnceClosed)
     EXPECT_EQ(test::readBytes(dir / "b"), numberedLines("b", kLines));
 }
 
+TEST(WriteBehind, AFileForTheDiskIsWrittenWholeAndAFailedWriteStillFailsItsClose)
+{
+    test::TempDir dir;
+    test::writeBytes(dir / "result", "the previous content, longer than nothing");
+    LineWriter w(dir / "result", LineWriter::Mode::ForTheDisk);
+    for (int i = 0; i < 60'000; ++i) {
+        w.writeRaw(lineOf("r", i));
+    }
+    w.close();
+    EXPECT_EQ(test::readBytes(dir / "result"), numberedLines("r", 60'000));
+
+    if (!std::filesystem::exists("/dev/full")) {
+        GTEST_SKIP() << "no /dev/full on this system";
+    }
+    LineWriter full("/dev/full", LineWriter::Mode::ForTheDisk);
+    for (int i = 0; i < 40'000; ++i) {
+        full.writeRaw(std::string(50, 'x'));
+    }
+    try {
+        full.close();
+        FAIL() << "a write to a full device closed without failure";
+    } catch (const failure::Failure& f) {
+        EXPECT_EQ(f.number(), 57);
+    }
+}
+
 TEST(WriteBehind, AnAppendingWriterAddsAfterWhatThereWas)
 {
     test::TempDir dir;
