@@ -73,9 +73,15 @@ constexpr Layout kV4{134, 6, 140, 6, 146, 158, 168};
 constexpr Layout kV430{134, 10, 144, 8, 152, 164, 174};
 constexpr std::size_t kMulti3Size = 6, kOpSize = 6, kMemoSize = 20;
 
-std::string field(std::string_view r, std::size_t offset, std::size_t size)
+// A text field of a record into `out`; ASCII bytes are their own text.
+void field(std::string& out, std::string_view r, std::size_t offset, std::size_t size)
 {
-    return text::decodeSjis(r.substr(offset, size));
+    const std::string_view bytes = r.substr(offset, size);
+    if (text::isAsciiText(bytes)) {
+        out.assign(bytes);
+    } else {
+        out = text::decodeSjis(bytes);
+    }
 }
 
 // The VB date range: 0100-01-01 to 9999-12-31.
@@ -198,31 +204,36 @@ long rtclPoints(std::uint8_t byte)
 
 RtclBinaryRecord decodeRtclRecord(std::string_view r, InputKind kind)
 {
-    const Layout& l = kind == InputKind::LogV430 ? kV430 : kV4;
     RtclBinaryRecord q;
-    q.number = field(r, 0, 5);
-    q.band = field(r, 5, 4);
+    decodeRtclRecord(r, kind, q);
+    return q;
+}
+
+void decodeRtclRecord(std::string_view r, InputKind kind, RtclBinaryRecord& q)
+{
+    const Layout& l = kind == InputKind::LogV430 ? kV430 : kV4;
+    field(q.number, r, 0, 5);
+    field(q.band, r, 5, 4);
     std::uint32_t rig = 0;
     std::memcpy(&rig, r.data() + 12, sizeof rig);
     q.rig = static_cast<std::int32_t>(rig);
-    q.mode = field(r, 17, 5);
-    q.kept = field(r, 22, 5);
+    field(q.mode, r, 17, 5);
+    field(q.kept, r, 22, 5);
     q.dupe = static_cast<std::uint8_t>(r[27]);
     std::memcpy(&q.when, r.data() + 29, sizeof q.when);
-    q.call = field(r, 37, 13);
-    q.sent_rst = field(r, 50, 6);
-    q.sent1 = field(r, 56, 25);
-    q.sent2 = field(r, 81, 10);
-    q.rcvd_rst = field(r, 91, 6);
-    q.rcvd1 = field(r, 97, 25);
-    q.rcvd2 = field(r, 122, 10);
+    field(q.call, r, 37, 13);
+    field(q.sent_rst, r, 50, 6);
+    field(q.sent1, r, 56, 25);
+    field(q.sent2, r, 81, 10);
+    field(q.rcvd_rst, r, 91, 6);
+    field(q.rcvd1, r, 97, 25);
+    field(q.rcvd2, r, 122, 10);
     q.points = static_cast<std::uint8_t>(r[132]);
-    q.multi1 = field(r, l.multi1, l.multi1Size);
-    q.multi2 = field(r, l.multi2, l.multi2Size);
-    q.multi3 = field(r, l.multi3, kMulti3Size);
-    q.op = field(r, l.op, kOpSize);
-    q.memo = field(r, l.memo, kMemoSize);
-    return q;
+    field(q.multi1, r, l.multi1, l.multi1Size);
+    field(q.multi2, r, l.multi2, l.multi2Size);
+    field(q.multi3, r, l.multi3, kMulti3Size);
+    field(q.op, r, l.op, kOpSize);
+    field(q.memo, r, l.memo, kMemoSize);
 }
 
 void rtclDateTime(double when, std::string& date, std::string& time)
@@ -252,35 +263,16 @@ void rtclDateTime(double when, std::string& date, std::string& time)
     text::appendZeroPadded(time, static_cast<unsigned long long>(seconds % 60), 2);
 }
 
-std::vector<std::string> rtclWorkingFields(const RtclBinaryRecord& q)
+std::array<std::string_view, 23> RtclWorkingFields::of(const RtclBinaryRecord& q)
 {
-    std::string date, time;
     rtclDateTime(q.when, date, time);
-    const std::string note = q.dupe != 0 ? "-DUPE- " : "";
-    const std::string hz = rtclHz(q.rig, q.band);
-    return {q.number,
-            q.band,
-            date,
-            time,
-            q.band,
-            hz,
-            rtclRoundedKhz(hz),
-            q.mode,
-            q.kept,
-            q.call,
-            q.sent_rst,
-            q.sent1,
-            q.sent2,
-            q.rcvd_rst,
-            q.rcvd1,
-            q.rcvd2,
-            std::to_string(rtclPoints(q.points)),
-            q.multi1,
-            q.multi2,
-            q.multi3,
-            note,
-            q.op,
-            q.memo};
+    hz = rtclHz(q.rig, q.band);
+    khz = rtclRoundedKhz(hz);
+    points = std::to_string(rtclPoints(q.points));
+    const std::string_view note = q.dupe != 0 ? "-DUPE- " : "";
+    return {q.number, q.band,   date,       time,     q.band,  hz,         khz,     q.mode,
+            q.kept,   q.call,   q.sent_rst, q.sent1,  q.sent2, q.rcvd_rst, q.rcvd1, q.rcvd2,
+            points,   q.multi1, q.multi2,   q.multi3, note,    q.op,       q.memo};
 }
 
 long decodeRtclLog(std::string_view bytes, InputKind kind, const std::filesystem::path& out)
@@ -292,12 +284,14 @@ long decodeRtclLog(std::string_view bytes, InputKind kind, const std::filesystem
     RtclRecords in(bytes, size, count);
     if (!in.atEnd()) {
         const auto makeWorker = [kind] {
-            return [kind](RtclRecords& records, text::LineWriter& lines) {
+            return [kind, q = RtclBinaryRecord(), fields = RtclWorkingFields()](
+                       RtclRecords& records, text::LineWriter& lines) mutable {
                 const std::string_view record = records.next();
                 if (text::startsWith(record, "QTC")) {
                     return false; // QTC traffic, no contact
                 }
-                lines.writeRecord(rtclWorkingFields(decodeRtclRecord(record, kind)));
+                decodeRtclRecord(record, kind, q);
+                lines.writeRecord(fields.of(q));
                 return true;
             };
         };

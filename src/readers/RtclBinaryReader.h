@@ -3,6 +3,7 @@
 #include "readers/InputKinds.h"
 #include "readers/ReaderContext.h"
 
+#include <array>
 #include <cstddef>
 #include <cstdint>
 #include <filesystem>
@@ -69,6 +70,8 @@ struct RtclBinaryRecord
 
 /// Decodes a record of the generation of `kind`; `record` holds at least the record length.
 RtclBinaryRecord decodeRtclRecord(std::string_view record, InputKind kind);
+/// The same into `into`, whose texts keep their room from record to record.
+void decodeRtclRecord(std::string_view record, InputKind kind, RtclBinaryRecord& into);
 
 /// Date "yyyy/mm/dd" and time "hhmmss" of a record's time stamp (days since 1899-12-30).
 /// Throws Failure 6 for a value that is no date from the year 100 to 9999.
@@ -77,8 +80,15 @@ void rtclDateTime(double when, std::string& date, std::string& time);
 /// The fields of a record in the decoder's working text, in order: number, band, date,
 /// time, band, Hz, rounded kHz, mode, the kept text, call sign, sent RST, the two parts of
 /// the sent number, received RST, the two parts of the received number, points, three
-/// multipliers, the note ("-DUPE- " for a duplicate), operator, memo.
-std::vector<std::string> rtclWorkingFields(const RtclBinaryRecord& record);
+/// multipliers, the note ("-DUPE- " for a duplicate), operator, memo. The fields that the
+/// record does not hold as they stand are made into this.
+struct RtclWorkingFields
+{
+    std::string date, time, hz, khz, points;
+
+    /// The fields of `record`, as views of it and of this; good until the next call.
+    std::array<std::string_view, 23> of(const RtclBinaryRecord& record);
+};
 
 /// Field places in the decoder's working text, from 0.
 namespace rtcl_tmp {

@@ -13,6 +13,8 @@
 #include "text/SideBySide.h"
 #include "text/SjisText.h"
 
+#include <span>
+
 namespace vornhale::readers {
 namespace {
 
@@ -59,9 +61,9 @@ std::string txtLine(const ZlogParts& p)
 }
 
 // The mode column of a binary record's mode text; a text outside the rule keeps `mode`.
-void binaryMode(const std::string& text, std::string& mode, bool& wide)
+void binaryMode(std::string_view text, std::string& mode, bool& wide)
 {
-    const std::string m = trimmed(text);
+    const std::string_view m = text::trim(text);
     if (m == "RTTY") {
         mode = "RTTY";
     } else if (m == "PSK3" || m == "PSK31") {
@@ -78,49 +80,108 @@ void binaryMode(const std::string& text, std::string& mode, bool& wide)
     wide = mode == "PSK31" || mode == "PSK63";
 }
 
-// "-" stands for a blank multiplier.
-std::string multiplier(const std::string& m)
+void assignTrimmed(std::string& out, std::string_view s)
 {
-    const std::string t = trimmed(m);
-    return t.empty() ? std::string("-") : t;
+    out.assign(text::trim(s));
 }
 
-ZlogParts binaryParts(const std::vector<std::string>& r, std::string& mode)
+// "-" stands for a blank multiplier.
+void assignMultiplier(std::string& out, std::string_view m)
+{
+    assignTrimmed(out, m);
+    if (out.empty()) {
+        out.assign("-");
+    }
+}
+
+// The parts of a line of the decoder's working text, into `p` (whose texts keep their room
+// from record to record).
+void binaryPartsInto(ZlogParts& p, std::span<const std::string_view> r, std::string& mode)
 {
     namespace f = rtcl_tmp;
     if (r.size() < f::kFields) {
         throw failure::Failure(failure::SubscriptOutOfRange,
                                "インデックスが有効範囲にありません。");
     }
-    ZlogParts p;
-    p.date = r[f::date];
-    p.time = left(r[f::time], 2) + ":" + mid(r[f::time], 3, 2);
-    p.call = trimmed(r[f::call]);
-    p.sentRst = trimmed(r[f::sent_rst]);
-    p.sentNr = trimmed(r[f::sent1]) + trimmed(r[f::sent2]);
-    p.rcvdRst = trimmed(r[f::rcvd_rst]);
-    p.rcvdNr = trimmed(r[f::rcvd1]) + trimmed(r[f::rcvd2]);
-    p.multi1 = multiplier(r[f::multi1]);
-    p.multi2 = multiplier(r[f::multi2]);
-    p.band = trimmed(r[f::band]);
+    p.date.assign(r[f::date]);
+    const std::string_view time = r[f::time];
+    if (text::isAsciiText(time)) {
+        p.time.assign(time.substr(0, 2));
+        p.time += ':';
+        p.time.append(time.size() > 2 ? time.substr(2, 2) : std::string_view());
+    } else {
+        p.time = left(time, 2) + ":" + mid(time, 3, 2);
+    }
+    assignTrimmed(p.call, r[f::call]);
+    assignTrimmed(p.sentRst, r[f::sent_rst]);
+    assignTrimmed(p.sentNr, r[f::sent1]);
+    p.sentNr.append(text::trim(r[f::sent2]));
+    assignTrimmed(p.rcvdRst, r[f::rcvd_rst]);
+    assignTrimmed(p.rcvdNr, r[f::rcvd1]);
+    p.rcvdNr.append(text::trim(r[f::rcvd2]));
+    assignMultiplier(p.multi1, r[f::multi1]);
+    assignMultiplier(p.multi2, r[f::multi2]);
+    assignTrimmed(p.band, r[f::band]);
     binaryMode(r[f::mode], mode, p.wideMode);
     p.mode = mode;
     const bool dupe = !r[f::note].empty();
-    p.points = dupe ? std::string("0") : trimmed(r[f::points]);
+    if (dupe) {
+        p.points.assign("0");
+    } else {
+        assignTrimmed(p.points, r[f::points]);
+    }
 
-    const std::string op = trimmed(r[f::op]);
+    p.memo.clear();
+    const std::string_view op = text::trim(r[f::op]);
     if (!op.empty()) {
-        p.memo = "%%" + op + "%% ";
+        p.memo += "%%";
+        p.memo += op;
+        p.memo += "%% ";
     }
     p.memo += r[f::note];
-    if (!trimmed(r[f::khz]).empty()) {
-        p.memo += "(" + trimmed(r[f::khz]) + ")";
+    const std::string_view khz = text::trim(r[f::khz]);
+    if (!khz.empty()) {
+        p.memo += '(';
+        p.memo += khz;
+        p.memo += ')';
     }
-    const std::string memo = trimmed(r[f::memo]);
+    const std::string_view memo = text::trim(r[f::memo]);
     if (!memo.empty()) {
-        p.memo += " " + memo;
+        p.memo += ' ';
+        p.memo += memo;
     }
+}
+
+ZlogParts binaryParts(const std::vector<std::string>& r, std::string& mode)
+{
+    const std::vector<std::string_view> views(r.begin(), r.end());
+    ZlogParts p;
+    binaryPartsInto(p, views, mode);
     return p;
+}
+
+// The `.ALL` line of a binary record's parts, into `out`.
+void binaryAllLineInto(std::string& out, const ZlogParts& p)
+{
+    using text::appendSjisColumn;
+    out.assign(p.date);
+    out += ' ';
+    out += p.time;
+    out += ' ';
+    appendSjisColumn(out, p.call, 13);
+    appendSjisColumn(out, p.sentRst, 4);
+    appendSjisColumn(out, p.sentNr, 8);
+    appendSjisColumn(out, p.rcvdRst, 4);
+    appendSjisColumn(out, p.rcvdNr, 7);
+    out += ' ';
+    appendSjisColumn(out, p.multi1, 5);
+    out += ' ';
+    appendSjisColumn(out, p.multi2, 5);
+    out += ' ';
+    appendSjisColumn(out, p.band, 5);
+    appendSjisColumn(out, p.mode, p.wideMode ? 6 : 5);
+    appendSjisColumn(out, p.points, 4);
+    out += p.memo;
 }
 
 // The record of a text log, for its makers.
@@ -240,13 +301,8 @@ std::string l2zCaption(std::string_view in_name, std::string_view suffix)
 
 std::string rtclAllLine(const std::vector<std::string>& record, std::string& mode)
 {
-    const ZlogParts p = binaryParts(record, mode);
-    std::string out = p.date + " " + p.time + " ";
-    out += sjisColumn(p.call, 13) + sjisColumn(p.sentRst, 4) + sjisColumn(p.sentNr, 8);
-    out += sjisColumn(p.rcvdRst, 4) + sjisColumn(p.rcvdNr, 7) + " ";
-    out += sjisColumn(p.multi1, 5) + " " + sjisColumn(p.multi2, 5) + " ";
-    out += sjisColumn(p.band, 5) + sjisColumn(p.mode, p.wideMode ? 6 : 5);
-    out += sjisColumn(p.points, 4) + p.memo;
+    std::string out;
+    binaryAllLineInto(out, binaryParts(record, mode));
     return out;
 }
 
@@ -267,13 +323,15 @@ struct RtclAllTurner
 {
     std::string mode;
     std::vector<std::string_view> fields;
-    std::vector<std::string> record;
+    ZlogParts parts;
+    std::string line;
 
     void operator()(text::RecordBytes& in, text::LineWriter& lines)
     {
         in.next(rtcl_tmp::kFields, fields);
-        record.assign(fields.begin(), fields.end());
-        lines.write(rtclAllLine(record, mode));
+        binaryPartsInto(parts, fields, mode);
+        binaryAllLineInto(line, parts);
+        lines.write(line);
     }
 
     // What the next record may take over.

@@ -103,4 +103,17 @@ std::string sjisColumn(std::string_view text, long width)
     return out;
 }
 
+void appendSjisColumn(std::string& out, std::string_view text, long width)
+{
+    if (width <= 0 || !isAsciiText(text)) {
+        out += sjisColumn(text, width);
+        return;
+    }
+    // Every ASCII character is one byte of Shift-JIS.
+    const auto w = static_cast<std::size_t>(width);
+    const std::size_t n = std::min(text.size(), w);
+    out.append(text.data(), n);
+    out.append(w - n, ' ');
+}
+
 } // namespace vornhale::text

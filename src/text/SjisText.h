@@ -25,5 +25,7 @@ std::string_view Cut_nul(std::string_view text);
 /// `text` left-aligned in a column of `width` Shift-JIS bytes: blank-padded, or cut as
 /// `Mid_sjis` cuts.
 std::string sjisColumn(std::string_view text, long width);
+/// Appends `sjisColumn(text, width)` to `out`; ASCII text is cut and padded where it stands.
+void appendSjisColumn(std::string& out, std::string_view text, long width);
 
 } // namespace vornhale::text

@@ -76,3 +76,17 @@ TEST(Cut_nul, CutsAtTheFirstNul)
     EXPECT_EQ(Cut_nul("abcd"sv), "abcd");
     EXPECT_EQ(Cut_nul("\0"sv), "");
 }
+
+TEST(appendSjisColumn, AppendsWhatSjisColumnGivesForAnyText)
+{
+    EXPECT_EQ(sjisColumn("JA1", 5), "JA1  ");
+    EXPECT_EQ(sjisColumn("JA1ZZZ/1", 6), "JA1ZZZ");
+    EXPECT_EQ(sjisColumn("州名", 3), "州 ");
+    for (const char* text : {"", "JA1", "JA1ZZZ", "JA1ZZZ/1", "州名", "ABC州", "ｺﾝﾃ", "A州ｺB"}) {
+        for (const long width : {0L, 1L, 3L, 4L, 6L, 9L}) {
+            std::string out = "before ";
+            appendSjisColumn(out, text, width);
+            EXPECT_EQ(out, "before " + sjisColumn(text, width)) << text << " in " << width;
+        }
+    }
+}
