@@ -116,13 +116,15 @@ public:
 
     bool operator()(ZloRecords& in, text::LineWriter& out)
     {
-        const ZloQso z = decodeZloQso(in.next());
+        decodeZloQso(in.next(), m_z);
+        const ZloQso& z = m_z;
         zloDateTime(z.when, m_date, m_time);
         zloMode(z.mode_index, m_mode, in.modes());
         zloBand(z.band_index, m_band);
-        m_q.q_year = text::left(m_date, 4);
-        m_q.q_month = Mid_sjis(m_date, 6, 2);
-        m_q.q_day = text::right(m_date, 2);
+        // The date is ASCII, "yyyy/mm/dd" (or "10000/01/01" for a last moment rounded up).
+        m_q.q_year.assign(m_date, 0, 4);
+        m_q.q_month.assign(m_date, 5, 2);
+        m_q.q_day.assign(m_date, m_date.size() - 2, 2);
         m_q.q_time = m_time;
         m_q.q_call = z.call;
         m_q.q_rst_sent = zloRst(z.rst_sent_low, z.rst_sent_high);
@@ -147,7 +149,7 @@ public:
         } else {
             m_freq = m_band;
         }
-        if (m_run.use.memo || m_run.use.memoEquals) {
+        if ((m_run.use.memo || m_run.use.memoEquals) && memo.find('(') != std::string::npos) {
             memo = withoutBracket(memo, bracket);
         }
         m_freq = trimmed(m_freq);
@@ -173,6 +175,7 @@ private:
     bool m_operatorFilter, m_frequencies;
     std::string m_date, m_time, m_mode, m_band, m_freq;
     base::QsoLine m_q;
+    ZloQso m_z;
 };
 
 } // namespace

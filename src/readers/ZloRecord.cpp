@@ -48,15 +48,24 @@ std::string field(const std::uint8_t* r, std::size_t offset, std::size_t size)
 // The first `length` characters of a decoded fixed field. Shift-JIS decodes each ASCII byte to
 // one character and no ASCII byte starts a pair, so an ASCII start of the field is its own
 // decoding.
-std::string counted(const std::uint8_t* r, std::size_t lengthAt, std::size_t offset,
-                    std::size_t size)
+void counted(std::string& out, const std::uint8_t* r, std::size_t lengthAt, std::size_t offset,
+             std::size_t size)
 {
     const std::size_t length = r[lengthAt];
     const std::string_view start = bytesAt(r, offset, std::min(length, size));
     if (text::isAsciiText(start)) {
-        return std::string(start);
+        out.assign(start);
+    } else {
+        out = text::left(field(r, offset, size), length);
     }
-    return text::left(field(r, offset, size), length);
+}
+
+std::string counted(const std::uint8_t* r, std::size_t lengthAt, std::size_t offset,
+                    std::size_t size)
+{
+    std::string out;
+    counted(out, r, lengthAt, offset, size);
+    return out;
 }
 
 // Days from 1970-01-01 to a civil date and back (proleptic Gregorian).
@@ -185,11 +194,17 @@ ZloQso decodeZloQso(const ZloRecord& r)
 ZloQso decodeZloQso(const std::uint8_t* r)
 {
     ZloQso q;
+    decodeZloQso(r, q);
+    return q;
+}
+
+void decodeZloQso(const std::uint8_t* r, ZloQso& q)
+{
     std::memcpy(&q.when, r + kWhen, sizeof q.when);
     q.call_length = r[kCallLen];
-    q.call = counted(r, kCallLen, kCall, kCallSize);
-    q.sent_nr = counted(r, kSentLen, kSent, kNrRead);
-    q.rcvd_nr = counted(r, kRcvdLen, kRcvd, kNrRead);
+    counted(q.call, r, kCallLen, kCall, kCallSize);
+    counted(q.sent_nr, r, kSentLen, kSent, kNrRead);
+    counted(q.rcvd_nr, r, kRcvdLen, kRcvd, kNrRead);
     q.rst_sent_low = r[kRstSent];
     q.rst_sent_high = r[kRstSent + 1];
     q.rst_rcvd_low = r[kRstRcvd];
@@ -197,16 +212,15 @@ ZloQso decodeZloQso(const std::uint8_t* r)
     q.mode_index = r[kMode];
     q.band_index = r[kBand];
     q.power_index = r[kPower];
-    q.multi1 = counted(r, kMulti1Len, kMulti1, kMultiSize);
-    q.multi2 = counted(r, kMulti2Len, kMulti2, kMultiSize);
+    counted(q.multi1, r, kMulti1Len, kMulti1, kMultiSize);
+    counted(q.multi2, r, kMulti2Len, kMulti2, kMultiSize);
     q.multi1_new = r[kMulti1New] == 1;
     q.multi2_new = r[kMulti2New] == 1;
     q.points = r[kPoints];
     q.op_length = r[kOpLen];
-    q.op = counted(r, kOpLen, kOp, kOpSize);
+    counted(q.op, r, kOpLen, kOp, kOpSize);
     q.memo_length = r[kMemoLen];
-    q.memo = counted(r, kMemoLen, kMemo, kMemoSize);
-    return q;
+    counted(q.memo, r, kMemoLen, kMemo, kMemoSize);
 }
 
 void zloDateTime(double when, std::string& date, std::string& time)
@@ -279,6 +293,10 @@ void zloPower(std::uint8_t index, std::string& power)
 
 std::string zloCutField(std::string_view chars, std::uint8_t length)
 {
+    if (text::isAsciiText(chars)) {
+        // Characters are bytes.
+        return std::string(text::Cut_nul(chars.substr(0, length)));
+    }
     const std::string byChars = text::left(chars, length);
     const std::string byBytes = length == 0 ? std::string() : text::Mid_sjis(byChars, 1, length);
     return std::string(text::Cut_nul(byBytes));

@@ -90,6 +90,8 @@ struct ZloQso
 
 ZloQso decodeZloQso(const ZloRecord& record);
 ZloQso decodeZloQso(const std::uint8_t* record);
+/// The same into `into`, whose texts keep their room from record to record.
+void decodeZloQso(const std::uint8_t* record, ZloQso& into);
 
 /// Date and time texts of a record's time stamp: "yyyy/mm/dd" and "hh:mm", seconds
 /// dropped. Throws Failure 6 for a value that is no date from the year 100 to 9999.

@@ -314,6 +314,23 @@ TEST(ZloDateTime, TheFirstDayOfTheRangeAndALastMomentRoundedIntoTheYear10000)
     EXPECT_EQ(time, "00:00");
 }
 
+TEST_F(ZloRun, TheDateFieldsOfTheFirstAndTheLastDayOfTheRange)
+{
+    ZloQsoSpec first;
+    first.when = -657434.0;
+    ZloQsoSpec last;
+    last.when = 2958465.9999999;
+    const auto lines = convert({first, last});
+    ASSERT_EQ(lines.size(), 2U);
+    EXPECT_EQ(lines[0][0], "0100");
+    EXPECT_EQ(lines[0][1], "01");
+    EXPECT_EQ(lines[0][2], "01");
+    // "10000/01/01": the first four characters, the two from the sixth, the last two.
+    EXPECT_EQ(lines[1][0], "1000");
+    EXPECT_EQ(lines[1][1], "/0");
+    EXPECT_EQ(lines[1][2], "01");
+}
+
 TEST_F(ZloRun, ATimeStampThatIsNoDateIsARunTimeFailure)
 {
     for (const double when : {std::numeric_limits<double>::quiet_NaN(),
