@@ -130,11 +130,11 @@ bool isVoiceMode(std::string_view mode)
            mode == "C4FM";
 }
 
-// `value` in a column of `width` Shift-JIS bytes, padded with blanks and cut as zLog's own
-// text writer does.
-std::string column(std::string_view value, long width)
+// Appends `value` in a column of `width` Shift-JIS bytes, padded with blanks and cut as
+// zLog's own text writer does.
+void column(std::string& line, std::string_view value, long width)
 {
-    return text::sjisColumn(value, width);
+    text::appendSjisColumn(line, value, width);
 }
 
 } // namespace
@@ -241,13 +241,18 @@ std::string zlogAllLine(const Lg8Qso& qso)
     splitLg8Exchange(qso.sent, mode, sentRst, sentNr);
     splitLg8Exchange(qso.rcvd, mode, rcvdRst, rcvdNr);
 
-    line += column(qso.call, 13) + column(sentRst, 4) + column(sentNr, 8) + column(rcvdRst, 4) +
-            column(rcvdNr, 8);
+    column(line, qso.call, 13);
+    column(line, sentRst, 4);
+    column(line, sentNr, 8);
+    column(line, rcvdRst, 4);
+    column(line, rcvdNr, 8);
     // Multipliers are not in the log: the columns show none as new.
     line += "-     -     ";
-    line += column(lg8BandName(qso.band), 5) + column(mode, 5) + column("", 3);
+    column(line, lg8BandName(qso.band), 5);
+    column(line, mode, 5);
+    column(line, "", 3);
     if (!qso.op.empty()) {
-        line += column("%%" + qso.op + "%%", 19);
+        column(line, "%%" + qso.op + "%%", 19);
     }
     line += qso.remarks;
     return line;

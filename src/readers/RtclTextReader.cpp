@@ -84,7 +84,12 @@ void readRtclText(const ReaderContext& ctx, Form form)
             q.q_month = trimmed(mid(when, 6, 2));
             q.q_day = trimmed(mid(when, 9, 2));
             q.q_time = trimmed(text::replaceAll(isOld ? at(f, 3) : mid(when, 12, 5), ":", ""));
-            q.q_call = isOld ? at(f, 4) : text::sjisColumn(at(f, 3), 12);
+            if (isOld) {
+                q.q_call = at(f, 4);
+            } else {
+                q.q_call.clear();
+                text::appendSjisColumn(q.q_call, at(f, 3), 12);
+            }
             q.q_rst_sent = withoutDashes(left(sent, 3));
             q.q_rst_rcvd = left(rcvd, 3);
             q.q_rcvd = withoutDashes(text::replaceAll(rcvd, "599", ""));
