@@ -11,6 +11,10 @@
 #include <cstdint>
 #include <cstring>
 
+#if defined(__SSE2__)
+#include <emmintrin.h>
+#endif
+
 namespace vornhale::text {
 namespace {
 
@@ -73,15 +77,41 @@ bool RecordBytes::quotedRecord(std::size_t count, std::vector<std::string_view>&
     if (*start != '"') {
         return false;
     }
-    // The offsets from `start` of the record's quotes, two a field, gathered first; a word
-    // can add up to eight beyond those wanted.
-    std::uint32_t quoteAt[2 * kMostFields + 8];
+    // The offsets from `start` of the record's quotes, two a field, gathered first; a block
+    // can add up to sixteen beyond those wanted.
+    std::uint32_t quoteAt[2 * kMostFields + 16];
     const std::size_t wanted = 2 * count;
     std::size_t found = 0;
     std::uint64_t high = 0;
     std::uint64_t word = 0;
     const char* w = start;
-    for (; end - w >= 8; w += 8) {
+#if defined(__SSE2__)
+    // Sixteen bytes at a time where the processor has the instructions for it (every x86-64
+    // has): the quotes and the bytes above ASCII each come out as a mask of bits.
+    const __m128i quote = _mm_set1_epi8('"');
+    for (; end - w >= 16; w += 16) {
+        const __m128i block = _mm_loadu_si128(reinterpret_cast<const __m128i*>(w));
+        auto quotes = static_cast<unsigned>(_mm_movemask_epi8(_mm_cmpeq_epi8(block, quote)));
+        auto nonAscii = static_cast<unsigned>(_mm_movemask_epi8(block));
+        const auto base = static_cast<std::uint32_t>(w - start);
+        for (; quotes != 0; quotes &= quotes - 1) {
+            quoteAt[found++] = base + static_cast<std::uint32_t>(std::countr_zero(quotes));
+        }
+        if (found >= wanted) {
+            // Only the bytes up to the last closing quote belong to the record.
+            const std::uint32_t used = quoteAt[wanted - 1] - base + 1;
+            nonAscii &= used < 16 ? (1U << used) - 1 : 0xFFFFU;
+        }
+        if (nonAscii != 0) {
+            return false;
+        }
+        if (found >= wanted) {
+            break;
+        }
+    }
+#endif
+    // Eight bytes at a time from there: each quote byte comes out as the top bit of its byte.
+    for (; found < wanted && end - w >= 8; w += 8) {
         std::memcpy(&word, w, 8);
         std::uint64_t quotes = quoteBytes(word);
         const auto base = static_cast<std::uint32_t>(w - start);
@@ -111,7 +141,8 @@ bool RecordBytes::quotedRecord(std::size_t count, std::vector<std::string_view>&
         }
     }
     {
-        // The bytes of the last word up to the last closing quote belong to the record.
+        // The bytes of the last word up to the last closing quote belong to the record (no
+        // word was read when the wide blocks found every quote: it is still zero).
         const std::size_t used = quoteAt[wanted - 1] - static_cast<std::size_t>(w - start) + 1;
         high |= used < 8 ? word & ((std::uint64_t{1} << (8 * used)) - 1) : word;
     }

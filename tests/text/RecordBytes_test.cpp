@@ -94,3 +94,32 @@ TEST(AsciiRecordLine, QuotesEachFieldAndCopiesCanonicalRunsWhole)
     line.field(std::string(300, 'z'));
     EXPECT_EQ(line.text().size(), 302U);
 }
+
+TEST(RecordBytes, RecordsOfEveryLengthAreReadAsTheTextReaderReadsThem)
+{
+    // Fields of every length from 0 to 40 bytes, so that quotes and kanji fall at every place
+    // of the blocks the reader looks through at once; a kanji in one field of every other
+    // record, at each place of it, and right behind a record's last quote (the next record's
+    // first field) too.
+    const std::string kanji = text::encodeSjis("亜");
+    std::string bytes;
+    int asciiRecords = 0;
+    for (int length = 0; length <= 40; ++length) {
+        for (int at = 0; at <= length; ++at) {
+            std::string fields[3] = {std::string(static_cast<std::size_t>(length), 'a'),
+                                     std::string(static_cast<std::size_t>(at), 'b'),
+                                     std::string(static_cast<std::size_t>(40 - length), 'c')};
+            const bool withKanji = at % 2 == 1;
+            if (withKanji && at % 4 == 3) {
+                fields[0].insert(0, kanji);
+            } else if (withKanji) {
+                fields[at % 3].insert(static_cast<std::size_t>(at) % (fields[at % 3].size() + 1),
+                                      kanji);
+            } else {
+                ++asciiRecords;
+            }
+            bytes += "\"" + fields[0] + "\",\"" + fields[1] + "\",\"" + fields[2] + "\"\r\n";
+        }
+    }
+    EXPECT_EQ(compareReaders(bytes, 3), asciiRecords);
+}
