@@ -138,7 +138,7 @@ private:
             const bool skip = job.file->failed;
             lock.unlock();
             const bool ok = skip || writeAll(job.file->fd, job.bytes);
-            if (ok && job.file->forTheDisk) {
+            if (!skip && ok && job.file->forTheDisk) {
                 const auto size = static_cast<off_t>(job.bytes.size());
                 ::sync_file_range(job.file->fd, job.file->written, size, SYNC_FILE_RANGE_WRITE);
                 job.file->written += size;
