@@ -322,13 +322,10 @@ TEST_F(ZloRun, TheDateFieldsOfTheFirstAndTheLastDayOfTheRange)
     last.when = 2958465.9999999;
     const auto lines = convert({first, last});
     ASSERT_EQ(lines.size(), 2U);
-    EXPECT_EQ(lines[0][0], "0100");
-    EXPECT_EQ(lines[0][1], "01");
-    EXPECT_EQ(lines[0][2], "01");
+    using Date = std::vector<std::string>;
+    EXPECT_EQ(Date(lines[0].begin(), lines[0].begin() + 3), (Date{"0100", "01", "01"}));
     // "10000/01/01": the first four characters, the two from the sixth, the last two.
-    EXPECT_EQ(lines[1][0], "1000");
-    EXPECT_EQ(lines[1][1], "/0");
-    EXPECT_EQ(lines[1][2], "01");
+    EXPECT_EQ(Date(lines[1].begin(), lines[1].begin() + 3), (Date{"1000", "/0", "01"}));
 }
 
 TEST_F(ZloRun, ATimeStampThatIsNoDateIsARunTimeFailure)

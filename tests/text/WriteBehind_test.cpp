@@ -27,6 +27,22 @@ std::string numberedLines(std::string_view tag, int count)
     return text;
 }
 
+// Writes to the full device in `mode`: the writes fail on the writer thread, and the close
+// tells it as Failure 57.
+void expectAFullDeviceToFailTheClose(LineWriter::Mode mode)
+{
+    LineWriter w("/dev/full", mode);
+    for (int i = 0; i < 40'000; ++i) {
+        w.writeRaw(std::string(50, 'x'));
+    }
+    try {
+        w.close();
+        FAIL() << "a write to a full device closed without failure";
+    } catch (const failure::Failure& f) {
+        EXPECT_EQ(f.number(), 57);
+    }
+}
+
 } // namespace
 
 TEST(WriteBehind, LongFilesWrittenTogetherAreWholeAndInOrderOnceClosed)
@@ -63,16 +79,7 @@ TEST(WriteBehind, AFileForTheDiskIsWrittenWholeAndAFailedWriteStillFailsItsClose
     if (!std::filesystem::exists("/dev/full")) {
         GTEST_SKIP() << "no /dev/full on this system";
     }
-    LineWriter full("/dev/full", LineWriter::Mode::ForTheDisk);
-    for (int i = 0; i < 40'000; ++i) {
-        full.writeRaw(std::string(50, 'x'));
-    }
-    try {
-        full.close();
-        FAIL() << "a write to a full device closed without failure";
-    } catch (const failure::Failure& f) {
-        EXPECT_EQ(f.number(), 57);
-    }
+    expectAFullDeviceToFailTheClose(LineWriter::Mode::ForTheDisk);
 }
 
 TEST(WriteBehind, AnAppendingWriterAddsAfterWhatThereWas)
@@ -107,16 +114,7 @@ TEST(WriteBehind, AFailedWriteOnTheWriterThreadFailsTheClose)
     if (!std::filesystem::exists("/dev/full")) {
         GTEST_SKIP() << "no /dev/full on this system";
     }
-    LineWriter w("/dev/full", LineWriter::Mode::Append);
-    for (int i = 0; i < 40'000; ++i) {
-        w.writeRaw(std::string(50, 'x'));
-    }
-    try {
-        w.close();
-        FAIL() << "a write to a full device closed without failure";
-    } catch (const failure::Failure& f) {
-        EXPECT_EQ(f.number(), 57);
-    }
+    expectAFullDeviceToFailTheClose(LineWriter::Mode::Append);
 }
 
 TEST(WriteBehind, RemovesLargeAndSmallFilesAndTellsWhetherThereWasOne)
