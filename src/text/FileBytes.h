@@ -49,6 +49,11 @@ private:
     std::shared_ptr<const std::string> m_held;
 };
 
+/// Asks the system to back a large buffer that is about to be written with large pages where
+/// it can, which spares most of the faults of its first writing. Only a hint; the parts of the
+/// buffer outside whole large pages, and small buffers, are left as they are.
+void preferLargePages(void* data, std::size_t size);
+
 /// Makes `path` the kept input: the log a run reads several times (to tell its kind, to count
 /// and analyse it, to convert it). `FileBytes::copyOf` then reads it once and shares those
 /// bytes while its size, times and identity stay as they were; `Count_lines` counts them when

@@ -1,13 +1,12 @@
 #include "text/FileBytes.h"
-
 #include "text/LineFile.h"
 
+#include <cstdint>
 #include <fcntl.h>
+#include <mutex>
 #include <sys/mman.h>
 #include <sys/stat.h>
 #include <unistd.h>
-
-#include <mutex>
 #include <utility>
 
 namespace vornhale::text {
@@ -59,6 +58,17 @@ KeptInput& kept()
 }
 
 } // namespace
+
+void preferLargePages(void* data, std::size_t size)
+{
+    constexpr std::uintptr_t kLargePage = std::uintptr_t{1} << 21;
+    const auto start = reinterpret_cast<std::uintptr_t>(data);
+    const std::uintptr_t first = (start + kLargePage - 1) & ~(kLargePage - 1);
+    const std::uintptr_t end = (start + size) & ~(kLargePage - 1);
+    if (end > first) {
+        ::madvise(reinterpret_cast<void*>(first), end - first, MADV_HUGEPAGE);
+    }
+}
 
 void keepReadsOf(const std::filesystem::path& path)
 {

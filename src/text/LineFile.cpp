@@ -74,6 +74,8 @@ std::string readFileBytes(const std::filesystem::path& path)
     std::string bytes;
     const auto size = std::filesystem::file_size(path, ec);
     if (!ec) {
+        bytes.reserve(static_cast<std::size_t>(size));
+        preferLargePages(bytes.data(), bytes.capacity());
         bytes.resize(static_cast<std::size_t>(size));
         bytes.resize(std::fread(bytes.data(), 1, bytes.size(), f));
     }
@@ -267,6 +269,7 @@ LineWriter LineWriter::inMemory(std::size_t expectedSize)
 {
     LineWriter memory;
     memory.m_buffer.reserve(expectedSize);
+    preferLargePages(memory.m_buffer.data(), memory.m_buffer.capacity());
     return memory;
 }
 

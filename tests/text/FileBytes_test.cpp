@@ -149,3 +149,26 @@ TEST(FileBytes, ReadersOfTheKeptInputAndOfWorkingFilesGiveWhatAReadGives)
     EXPECT_EQ(Count_lines(dir / "log"), Count_lines(dir / "work"));
     keepReadsOf({});
 }
+
+TEST(FileBytes, ALargeFileIsReadWholeIntoLargePagesAndSmallBuffersAreLeftAlone)
+{
+    // Several large pages and a part of one more, so that the hint covers some of the bytes
+    // and not others.
+    test::TempDir dir;
+    std::string bytes = largeBytes();
+    while (bytes.size() < (std::size_t{9} << 20)) {
+        bytes += largeBytes();
+    }
+    test::writeBytes(dir / "log", bytes);
+    EXPECT_EQ(readFileBytes(dir / "log"), bytes);
+    EXPECT_EQ(FileBytes::copyOf(dir / "log").view(), bytes);
+
+    char small[16] = "unchanged";
+    preferLargePages(small, sizeof small);
+    preferLargePages(nullptr, 0);
+    EXPECT_STREQ(small, "unchanged");
+
+    LineWriter memory = LineWriter::inMemory(std::size_t{5} << 20);
+    memory.writeRaw(bytes.substr(0, 1000));
+    EXPECT_EQ(memory.takeLines(), bytes.substr(0, 1000) + "\r\n");
+}
