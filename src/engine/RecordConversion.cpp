@@ -930,8 +930,7 @@ void Henkan_txt(RunContext& ctx, const RemarkLayout& layout)
     const std::unique_ptr<RecordConverter> last =
         sideBySide
             ? text::turnRecords(
-                  in, [&ctx] { return text::RecordBytes(ctx.work(base::working::zlog_2)); }, out,
-                  makeWorker, afterEach,
+                  in, [&in] { return in.again(); }, out, makeWorker, afterEach,
                   [](RecordConverter& first, RecordConverter& second) { first.joinLater(second); })
             : [&] {
                   auto worker = std::make_unique<RecordConverter>(ctx, look, layout);

@@ -86,23 +86,26 @@ class RawRecords
 {
 public:
     explicit RawRecords(const fs::path& path)
-        : m_bytes(path), m_ascii(text::isAsciiText(m_bytes.view()))
+        : m_bytes(std::make_shared<const text::FileBytes>(path)),
+          m_ascii(text::isAsciiText(m_bytes->view()))
     {
     }
+    /// Another reader of the same bytes from their start, sharing them with this one.
+    RawRecords again() const { return RawRecords(m_bytes, m_ascii); }
 
-    bool atEnd() const { return m_pos >= m_bytes.size(); }
+    bool atEnd() const { return m_pos >= m_bytes->size(); }
     /// The offset of the next record's first byte in the file.
     std::size_t position() const { return m_pos; }
     /// The file's bytes.
-    std::string_view bytes() const { return m_bytes.view(); }
+    std::string_view bytes() const { return m_bytes->view(); }
     /// Reads on from `offset`, which is taken to be the start of a record.
     void skipTo(std::size_t offset) { m_pos = offset; }
 
     /// The next record into `f`. Throws Failure 62 when the file ends first.
     void next(RawFields& f)
     {
-        const char* const begin = m_bytes.data();
-        const char* const end = begin + m_bytes.size();
+        const char* const begin = m_bytes->data();
+        const char* const end = begin + m_bytes->size();
         const char* p = begin + m_pos;
         bool plain = true;
         const std::size_t last = f.size() - 1;
@@ -172,7 +175,12 @@ public:
     }
 
 private:
-    text::FileBytes m_bytes;
+    RawRecords(std::shared_ptr<const text::FileBytes> bytes, bool ascii)
+        : m_bytes(std::move(bytes)), m_ascii(ascii)
+    {
+    }
+
+    std::shared_ptr<const text::FileBytes> m_bytes;
     bool m_ascii;
     std::size_t m_pos = 0;
     bool m_plain = true;

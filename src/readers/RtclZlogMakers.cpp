@@ -351,8 +351,7 @@ std::string make_rtcl_log_to_zlog_all(const ReaderContext& ctx)
     work.write(rtclAllHeader());
     if (!in.atEnd()) {
         text::turnRecords<text::RecordBytes>(
-            in, [&ctx] { return text::RecordBytes(ctx.work(kRtclTmp)); }, work,
-            [] { return RtclAllTurner(); }, [] {});
+            in, [&in] { return in.again(); }, work, [] { return RtclAllTurner(); }, [] {});
     }
     work.close();
     // The text beside the log is the working text as it stands, handed over a piece at a time.

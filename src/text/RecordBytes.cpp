@@ -36,7 +36,10 @@ std::uint64_t quoteBytes(std::uint64_t word)
 
 } // namespace
 
-RecordBytes::RecordBytes(const std::filesystem::path& path) : m_bytes(path) {}
+RecordBytes::RecordBytes(const std::filesystem::path& path)
+    : m_bytes(std::make_shared<const FileBytes>(path))
+{
+}
 
 std::string_view RecordBytes::generalField(const char*& p, const char* end)
 {
@@ -70,8 +73,8 @@ bool RecordBytes::quotedRecord(std::size_t count, std::vector<std::string_view>&
     if (count > kMostFields) {
         return false;
     }
-    const char* const end = m_bytes.data() + m_bytes.size();
-    const char* const start = m_bytes.data() + m_pos;
+    const char* const end = m_bytes->data() + m_bytes->size();
+    const char* const start = m_bytes->data() + m_pos;
     // A record that does not open with a quote is never searched for quotes, so that a file of
     // unquoted fields is not read to its end once for each record.
     if (*start != '"') {
@@ -170,7 +173,7 @@ bool RecordBytes::quotedRecord(std::size_t count, std::vector<std::string_view>&
         }
         p = pastSeparator(p, end);
     }
-    m_pos = static_cast<std::size_t>(p - m_bytes.data());
+    m_pos = static_cast<std::size_t>(p - m_bytes->data());
     return true;
 }
 
@@ -178,12 +181,12 @@ bool RecordBytes::next(std::size_t count, std::vector<std::string_view>& out)
 {
     out.resize(count);
     // The usual record: quoted fields of ASCII bytes, one comma between them.
-    if (count > 0 && m_pos < m_bytes.size() && quotedRecord(count, out)) {
+    if (count > 0 && m_pos < m_bytes->size() && quotedRecord(count, out)) {
         m_canonical = true;
         return true;
     }
-    const char* const end = m_bytes.data() + m_bytes.size();
-    const char* const start = m_bytes.data() + m_pos;
+    const char* const end = m_bytes->data() + m_bytes->size();
+    const char* const start = m_bytes->data() + m_pos;
     const char* p = start;
     bool canonical = true;
     for (std::size_t i = 0; i < count; ++i) {
@@ -209,7 +212,7 @@ bool RecordBytes::next(std::size_t count, std::vector<std::string_view>& out)
         canonical = canonical && i + 1 == count && *fieldStart == '"' &&
                     out[i].data() + out[i].size() < end;
     }
-    m_pos = static_cast<std::size_t>(p - m_bytes.data());
+    m_pos = static_cast<std::size_t>(p - m_bytes->data());
     m_canonical = canonical;
     if (isAsciiText(std::string_view(start, static_cast<std::size_t>(p - start)))) {
         return true;

@@ -4,6 +4,7 @@
 
 #include <cstddef>
 #include <filesystem>
+#include <memory>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -20,12 +21,14 @@ class RecordBytes
 public:
     /// Reads the whole file. Throws Failure 53 when it cannot be opened.
     explicit RecordBytes(const std::filesystem::path& path);
+    /// Another reader of the same bytes from their start, sharing them with this one.
+    RecordBytes again() const { return RecordBytes(m_bytes); }
 
-    bool atEnd() const { return m_pos >= m_bytes.size(); }
+    bool atEnd() const { return m_pos >= m_bytes->size(); }
     /// The offset of the next record's first byte in the file.
     std::size_t position() const { return m_pos; }
     /// The file's bytes.
-    std::string_view bytes() const { return m_bytes.view(); }
+    std::string_view bytes() const { return m_bytes->view(); }
     /// Reads on from `offset`, which is taken to be the start of a record.
     void skipTo(std::size_t offset) { m_pos = offset; }
 
@@ -66,11 +69,13 @@ public:
     }
 
 private:
+    explicit RecordBytes(std::shared_ptr<const FileBytes> bytes) : m_bytes(std::move(bytes)) {}
+
     // The usual record, quoted fields of ASCII bytes with one comma between them, read from
     // the quotes alone, eight bytes at a time. False, with nothing consumed, for any other.
     bool quotedRecord(std::size_t count, std::vector<std::string_view>& out);
 
-    FileBytes m_bytes;
+    std::shared_ptr<const FileBytes> m_bytes;
     std::size_t m_pos = 0;
     std::vector<std::string> m_decoded;
     bool m_canonical = false;

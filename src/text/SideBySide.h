@@ -331,12 +331,24 @@ void turnItems(std::size_t count, LineWriter& out, std::size_t lineSize, const T
         0, count, out, lineSize, makeWorker, [] {}, [](auto&, auto&) {});
 }
 
+/// Another reader of the bytes of `in`, which was opened on `path`: one that shares them where
+/// the reader can (`again()`), so that the file is held once.
+template <typename Reader> Reader readerAgain(const Reader& in, const std::filesystem::path& path)
+{
+    if constexpr (requires { in.again(); }) {
+        return in.again();
+    } else {
+        return Reader(path);
+    }
+}
+
 /// As above, for the records of a whole working file, with nothing to do after each.
 template <typename Reader, typename MakeWorker>
 void turnRecords(const std::filesystem::path& path, LineWriter& out, const MakeWorker& makeWorker)
 {
     Reader in(path);
-    turnRecords(in, [&path] { return Reader(path); }, out, makeWorker, [](auto&&...) {});
+    turnRecords(
+        in, [&in, &path] { return readerAgain(in, path); }, out, makeWorker, [](auto&&...) {});
 }
 
 /// As above, with `afterEach` after each record.
@@ -345,7 +357,8 @@ void turnRecords(const std::filesystem::path& path, LineWriter& out, const MakeW
                  const AfterEach& afterEach)
 {
     Reader in(path);
-    turnRecords(in, [&path] { return Reader(path); }, out, makeWorker, afterEach);
+    turnRecords(
+        in, [&in, &path] { return readerAgain(in, path); }, out, makeWorker, afterEach);
 }
 
 } // namespace vornhale::text
