@@ -99,11 +99,16 @@ public:
     /// The file's bytes.
     std::string_view bytes() const { return m_bytes->view(); }
     /// Reads on from `offset`, which is taken to be the start of a record.
-    void skipTo(std::size_t offset) { m_pos = offset; }
+    void skipTo(std::size_t offset)
+    {
+        m_pos = offset;
+        m_released.skipTo(offset);
+    }
 
     /// The next record into `f`. Throws Failure 62 when the file ends first.
     void next(RawFields& f)
     {
+        m_released.at(*m_bytes, m_pos);
         const char* const begin = m_bytes->data();
         const char* const end = begin + m_bytes->size();
         const char* p = begin + m_pos;
@@ -182,6 +187,7 @@ private:
 
     std::shared_ptr<const text::FileBytes> m_bytes;
     bool m_ascii;
+    text::ReleasedBehind m_released;
     std::size_t m_pos = 0;
     bool m_plain = true;
 };

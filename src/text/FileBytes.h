@@ -35,6 +35,10 @@ public:
     FileBytes& operator=(const FileBytes&) = delete;
 
     std::string_view view() const { return {m_data, m_size}; }
+    /// Lets the system take back the pages of a mapped file that lie wholly between `from` and
+    /// `to`, a part read already: the process then holds less of the file, and a later read
+    /// of that part brings the pages back from the file. Nothing for bytes held in memory.
+    void releaseRange(std::size_t from, std::size_t to) const;
     const char* data() const { return m_data; }
     std::size_t size() const { return m_size; }
 
@@ -47,6 +51,29 @@ private:
     void* m_mapping = nullptr;
     // Shared, so that the bytes never move while a view of them is in use.
     std::shared_ptr<const std::string> m_held;
+};
+
+/// The part of a file that a reader reading from start to end has read, given back to the
+/// system a few megabytes at a time (`FileBytes::releaseRange`), so that a long working file is
+/// never held whole while it is read.
+class ReleasedBehind
+{
+public:
+    /// The reader reads on from `offset`.
+    void skipTo(std::size_t offset) { m_from = offset; }
+    /// The reader is at `position` of `bytes`.
+    void at(const FileBytes& bytes, std::size_t position)
+    {
+        if (position >= m_from + kStep) {
+            bytes.releaseRange(m_from, position);
+            m_from = position;
+        }
+    }
+
+private:
+    static constexpr std::size_t kStep = std::size_t{4} << 20;
+    // Where the part read and not yet released begins.
+    std::size_t m_from = 0;
 };
 
 /// Asks the system to back a large buffer that is about to be written with large pages where

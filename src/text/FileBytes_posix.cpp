@@ -1,6 +1,7 @@
 #include "text/FileBytes.h"
 #include "text/LineFile.h"
 
+#include <algorithm>
 #include <cstdint>
 #include <fcntl.h>
 #include <mutex>
@@ -116,6 +117,19 @@ std::shared_ptr<const std::string> keptBytesIfRead(const std::filesystem::path& 
     return k.bytes;
 }
 
+void FileBytes::releaseRange(std::size_t from, std::size_t to) const
+{
+    if (m_mapping == nullptr) {
+        return;
+    }
+    const auto page = static_cast<std::size_t>(::sysconf(_SC_PAGESIZE));
+    const std::size_t first = (from + page - 1) / page * page;
+    const std::size_t end = std::min(to, m_size) / page * page;
+    if (end > first) {
+        ::madvise(static_cast<char*>(m_mapping) + first, end - first, MADV_DONTNEED);
+    }
+}
+
 FileBytes::FileBytes(const std::filesystem::path& path)
 {
     const int fd = ::open(path.c_str(), O_RDONLY | O_CLOEXEC);
@@ -124,7 +138,7 @@ FileBytes::FileBytes(const std::filesystem::path& path)
         if (::fstat(fd, &st) == 0 && S_ISREG(st.st_mode) &&
             static_cast<std::size_t>(st.st_size) >= kSmallestMapped) {
             const auto size = static_cast<std::size_t>(st.st_size);
-            void* const map = ::mmap(nullptr, size, PROT_READ, MAP_PRIVATE | MAP_POPULATE, fd, 0);
+            void* const map = ::mmap(nullptr, size, PROT_READ, MAP_PRIVATE, fd, 0);
             if (map != MAP_FAILED) {
                 m_mapping = map;
                 m_data = static_cast<const char*>(map);

@@ -196,6 +196,7 @@ std::string_view LineReader::nextRaw()
     if (atEnd()) {
         inputPastEnd();
     }
+    m_released.at(*m_bytes, m_pos);
     const std::string_view all = m_bytes->view();
     const std::size_t end = lineEnd(all, m_pos);
     const std::string_view line = all.substr(m_pos, end - m_pos);

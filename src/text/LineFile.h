@@ -50,7 +50,11 @@ public:
     /// The file's bytes.
     std::string_view bytes() const { return m_bytes->view(); }
     /// Reads on from `offset`, which is taken to be the start of a line.
-    void skipTo(std::size_t offset) { m_pos = offset; }
+    void skipTo(std::size_t offset)
+    {
+        m_pos = offset;
+        m_released.skipTo(offset);
+    }
     /// The next line, decoded. Throws Failure 62 at the end of the file.
     std::string next();
     /// The next line as raw bytes. Throws Failure 62 at the end of the file.
@@ -61,6 +65,7 @@ private:
 
     std::shared_ptr<const FileBytes> m_bytes;
     std::size_t m_pos = 0;
+    ReleasedBehind m_released;
 };
 
 /// Writes lines as Shift-JIS with CR LF. With `replaceWhenDone`, the lines go to a temporary

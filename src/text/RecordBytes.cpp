@@ -179,6 +179,7 @@ bool RecordBytes::quotedRecord(std::size_t count, std::vector<std::string_view>&
 
 bool RecordBytes::next(std::size_t count, std::vector<std::string_view>& out)
 {
+    m_released.at(*m_bytes, m_pos);
     out.resize(count);
     // The usual record: quoted fields of ASCII bytes, one comma between them.
     if (count > 0 && m_pos < m_bytes->size() && quotedRecord(count, out)) {

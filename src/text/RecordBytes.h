@@ -30,7 +30,11 @@ public:
     /// The file's bytes.
     std::string_view bytes() const { return m_bytes->view(); }
     /// Reads on from `offset`, which is taken to be the start of a record.
-    void skipTo(std::size_t offset) { m_pos = offset; }
+    void skipTo(std::size_t offset)
+    {
+        m_pos = offset;
+        m_released.skipTo(offset);
+    }
 
     /// The next `count` fields into `out`, as `RecordReader::fieldViews` gives them. True when
     /// the record's bytes are all ASCII: the views are then the file's own bytes. Otherwise
@@ -77,6 +81,7 @@ private:
 
     std::shared_ptr<const FileBytes> m_bytes;
     std::size_t m_pos = 0;
+    ReleasedBehind m_released;
     std::vector<std::string> m_decoded;
     bool m_canonical = false;
 };

@@ -172,3 +172,27 @@ TEST(FileBytes, ALargeFileIsReadWholeIntoLargePagesAndSmallBuffersAreLeftAlone)
     memory.writeRaw(bytes.substr(0, 1000));
     EXPECT_EQ(memory.takeLines(), bytes.substr(0, 1000) + "\r\n");
 }
+
+TEST(FileBytes, APartGivenBackIsReadAgainFromTheFile)
+{
+    test::TempDir dir;
+    std::string bytes;
+    while (bytes.size() < (std::size_t{9} << 20)) {
+        bytes += largeBytes();
+    }
+    test::writeBytes(dir / "work", bytes);
+    const FileBytes mapped(dir / "work");
+    ASSERT_EQ(mapped.view(), bytes);
+    mapped.releaseRange(1, std::size_t{8} << 20);
+    mapped.releaseRange(0, mapped.size());
+    mapped.releaseRange(mapped.size(), 0);
+    EXPECT_EQ(mapped.view(), bytes);
+
+    // A reader gives back what it read as it goes; what it gave before stays good to read.
+    LineReader reader = LineReader::ofWorkingFile(dir / "work");
+    std::vector<std::string_view> lines;
+    while (!reader.atEnd()) {
+        lines.push_back(reader.nextRaw());
+    }
+    EXPECT_EQ(lines, splitLines(bytes));
+}
