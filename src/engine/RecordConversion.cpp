@@ -928,18 +928,18 @@ void Henkan_txt(RunContext& ctx, const RemarkLayout& layout)
     const bool sideBySide =
         !ctx.options.tick("Check18") && !iotaContest && look.answersFromAnyThread();
     const std::unique_ptr<RecordConverter> last =
-        sideBySide
-            ? text::turnRecords(
-                  in, [&in] { return in.again(); }, out, makeWorker, afterEach,
-                  [](RecordConverter& first, RecordConverter& second) { first.joinLater(second); })
-            : [&] {
-                  auto worker = std::make_unique<RecordConverter>(ctx, look, layout);
-                  while (!in.atEnd()) {
-                      (*worker)(in, out);
-                      afterEach();
-                  }
-                  return worker;
-              }();
+        sideBySide ? text::turnRecords(in, out, makeWorker, afterEach,
+                                       [](RecordConverter& first, RecordConverter& second) {
+                                           first.joinLater(second);
+                                       })
+                   : [&] {
+                         auto worker = std::make_unique<RecordConverter>(ctx, look, layout);
+                         while (!in.atEnd()) {
+                             (*worker)(in, out);
+                             afterEach();
+                         }
+                         return worker;
+                     }();
     last->leaveTo(run, look);
     sortOut.close();
     hamOut.close();

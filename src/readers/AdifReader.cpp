@@ -903,7 +903,7 @@ void henkan_adi_2_t(const ReaderContext& ctx)
     if (!in.atEnd()) {
         long done = 0;
         text::turnRecords(
-            in, [&in] { return in.again(); }, out, [] { return AdifTurner(); },
+            in, out, [] { return AdifTurner(); },
             [&ctx, &run, &done] {
                 ++run.written_count;
                 ctx.observer.progress(++done);

@@ -130,13 +130,6 @@ bool isVoiceMode(std::string_view mode)
            mode == "C4FM";
 }
 
-// Appends `value` in a column of `width` Shift-JIS bytes, padded with blanks and cut as
-// zLog's own text writer does.
-void column(std::string& line, std::string_view value, long width)
-{
-    text::appendSjisColumn(line, value, width);
-}
-
 } // namespace
 
 Lg8File Lg8File::read(const std::filesystem::path& path)
@@ -241,18 +234,20 @@ std::string zlogAllLine(const Lg8Qso& qso)
     splitLg8Exchange(qso.sent, mode, sentRst, sentNr);
     splitLg8Exchange(qso.rcvd, mode, rcvdRst, rcvdNr);
 
-    column(line, qso.call, 13);
-    column(line, sentRst, 4);
-    column(line, sentNr, 8);
-    column(line, rcvdRst, 4);
-    column(line, rcvdNr, 8);
+    // Columns of Shift-JIS bytes, padded with blanks and cut as zLog's own text writer does.
+    using text::appendSjisColumn;
+    appendSjisColumn(line, qso.call, 13);
+    appendSjisColumn(line, sentRst, 4);
+    appendSjisColumn(line, sentNr, 8);
+    appendSjisColumn(line, rcvdRst, 4);
+    appendSjisColumn(line, rcvdNr, 8);
     // Multipliers are not in the log: the columns show none as new.
     line += "-     -     ";
-    column(line, lg8BandName(qso.band), 5);
-    column(line, mode, 5);
-    column(line, "", 3);
+    appendSjisColumn(line, lg8BandName(qso.band), 5);
+    appendSjisColumn(line, mode, 5);
+    appendSjisColumn(line, "", 3);
     if (!qso.op.empty()) {
-        column(line, "%%" + qso.op + "%%", 19);
+        appendSjisColumn(line, "%%" + qso.op + "%%", 19);
     }
     line += qso.remarks;
     return line;

@@ -73,15 +73,10 @@ constexpr Layout kV4{134, 6, 140, 6, 146, 158, 168};
 constexpr Layout kV430{134, 10, 144, 8, 152, 164, 174};
 constexpr std::size_t kMulti3Size = 6, kOpSize = 6, kMemoSize = 20;
 
-// A text field of a record into `out`; ASCII bytes are their own text.
+// A text field of a record into `out`.
 void field(std::string& out, std::string_view r, std::size_t offset, std::size_t size)
 {
-    const std::string_view bytes = r.substr(offset, size);
-    if (text::isAsciiText(bytes)) {
-        out.assign(bytes);
-    } else {
-        out = text::decodeSjis(bytes);
-    }
+    text::decodeSjisInto(out, r.substr(offset, size));
 }
 
 // The VB date range: 0100-01-01 to 9999-12-31.
@@ -98,6 +93,8 @@ public:
         : m_bytes(bytes), m_size(size), m_count(count)
     {
     }
+    /// Another reader of the same records from the first.
+    RtclRecords again() const { return RtclRecords(m_bytes, m_size, m_count); }
 
     bool atEnd() const { return m_next > m_count; }
     std::string_view next()
@@ -295,9 +292,8 @@ long decodeRtclLog(std::string_view bytes, InputKind kind, const std::filesystem
                 return true;
             };
         };
-        text::turnRecords(
-            in, [&] { return RtclRecords(bytes, size, count); }, writer, makeWorker,
-            [&written](bool line) { written += line ? 1 : 0; });
+        text::turnRecords(in, writer, makeWorker,
+                          [&written](bool line) { written += line ? 1 : 0; });
     }
     writer.close();
     return written;

@@ -120,12 +120,10 @@ void readRtclText(const ReaderContext& ctx, Form form)
     };
     if (!in.atEnd()) {
         long done = 0;
-        text::turnRecords(
-            in, [&in] { return in.again(); }, out, makeWorker,
-            [&ctx, &run, &done](bool written) {
-                ctx.observer.progress(++done);
-                run.written_count += written ? 1 : 0;
-            });
+        text::turnRecords(in, out, makeWorker, [&ctx, &run, &done](bool written) {
+            ctx.observer.progress(++done);
+            run.written_count += written ? 1 : 0;
+        });
     }
     ctx.observer.progress(0);
     out.close();

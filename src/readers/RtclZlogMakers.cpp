@@ -350,8 +350,8 @@ std::string make_rtcl_log_to_zlog_all(const ReaderContext& ctx)
     text::LineWriter out(beside, text::LineWriter::Mode::ReplaceWhenDone);
     work.write(rtclAllHeader());
     if (!in.atEnd()) {
-        text::turnRecords<text::RecordBytes>(
-            in, [&in] { return in.again(); }, work, [] { return RtclAllTurner(); }, [] {});
+        text::turnRecords(
+            in, work, [] { return RtclAllTurner(); }, [] {});
     }
     work.close();
     // The text beside the log is the working text as it stands, handed over a piece at a time.

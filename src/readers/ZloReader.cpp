@@ -48,10 +48,17 @@ std::string bracketOf(const std::string& memo)
     return text::mid(memo, open, close - open + 1);
 }
 
-std::string withoutBracket(const std::string& memo, const std::string& bracket)
+// Takes the parenthesised note out of a memo and makes every "()" left a blank.
+void takeBracketOut(std::string& memo, const std::string& bracket)
 {
-    const std::string cut = bracket.empty() ? memo : text::replaceAll(memo, bracket, "");
-    return text::replaceAll(cut, "()", " ");
+    // Both begin with "(": a memo without one has nothing to take out.
+    if (memo.find('(') == std::string::npos) {
+        return;
+    }
+    if (!bracket.empty()) {
+        memo = text::replaceAll(memo, bracket, "");
+    }
+    memo = text::replaceAll(memo, "()", " ");
 }
 
 
@@ -86,6 +93,8 @@ public:
         : m_file(std::move(file)), m_count(m_file.count()), m_size(m_file.recordSize())
     {
     }
+    /// Another reader of the same log from its first QSO record, sharing its bytes.
+    ZloRecords again() const { return ZloRecords(m_file); }
 
     bool atEnd() const { return m_next > m_count; }
     const std::uint8_t* next() { return m_file.recordAt(m_next++, m_spare); }
@@ -144,13 +153,13 @@ public:
                 m_freq = m_band;
             } else {
                 frequencyInParentheses(memo, m_band, m_freq);
-                memo = withoutBracket(memo, bracket);
+                takeBracketOut(memo, bracket);
             }
         } else {
             m_freq = m_band;
         }
-        if ((m_run.use.memo || m_run.use.memoEquals) && memo.find('(') != std::string::npos) {
-            memo = withoutBracket(memo, bracket);
+        if (m_run.use.memo || m_run.use.memoEquals) {
+            takeBracketOut(memo, bracket);
         }
         m_freq = trimmed(m_freq);
 
@@ -304,9 +313,8 @@ void read_zlo(const ReaderContext& ctx)
         const auto makeWorker = [&run, operatorFilter, frequencies] {
             return ZloTurner(run, operatorFilter, frequencies);
         };
-        text::turnRecords(
-            in, [&file] { return ZloRecords(file); }, out, makeWorker,
-            [&run](bool written) { run.written_count += written ? 1 : 0; });
+        text::turnRecords(in, out, makeWorker,
+                          [&run](bool written) { run.written_count += written ? 1 : 0; });
     }
     out.close();
 }

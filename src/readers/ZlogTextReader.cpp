@@ -144,12 +144,7 @@ public:
 
     bool operator()(text::LineReader& in, text::LineWriter& out)
     {
-        const std::string_view raw = in.nextRaw();
-        if (text::isAsciiText(raw)) {
-            m_line.assign(raw);
-        } else {
-            m_line = text::decodeSjis(raw);
-        }
+        text::decodeSjisInto(m_line, in.nextRaw());
         if (m_form == Form::Txt) {
             std::string t = trimmed(m_line);
             if (t.empty()) {
@@ -276,14 +271,12 @@ void readZlogText(const ReaderContext& ctx, Form form)
         return ZlogTextTurner(run, form, operatorFilter, frequencies, year);
     };
     long done = 0;
-    text::turnRecords(
-        in, [&in] { return in.again(); }, out, makeWorker,
-        [&ctx, &run, form, &done](bool written) {
-            if (written && form == Form::All) {
-                ++run.written_count;
-            }
-            ctx.observer.progress(++done);
-        });
+    text::turnRecords(in, out, makeWorker, [&ctx, &run, form, &done](bool written) {
+        if (written && form == Form::All) {
+            ++run.written_count;
+        }
+        ctx.observer.progress(++done);
+    });
 
     ctx.observer.progress(0);
     out.close();

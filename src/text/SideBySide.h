@@ -29,8 +29,9 @@ template <typename Worker> struct CarriedOf<Worker, true>
 
 /// Turns the records of `in`, from where it stands, one by one into lines of `out`:
 /// `makeWorker()` gives a worker, and `worker(reader, lines)` reads one record from `reader`
-/// and writes what it makes of it to `lines`; `reopen()` gives another reader of the same
-/// bytes. The first record is read before the end is tested, as every stage reads.
+/// and writes what it makes of it to `lines`; `in.again()` gives another reader of the same
+/// bytes, sharing them. The first record is read before the end is tested, as every stage
+/// reads.
 /// `afterEach` follows each record, in the file's order, given what the worker returned for
 /// it (nothing when it returns nothing).
 ///
@@ -54,10 +55,9 @@ template <typename Worker> struct CarriedOf<Worker, true>
 /// as `LineWriterPair`). When the parts join, `join(worker, second)` gives this thread's worker
 /// what the second part's holds beside its lines, as `turnItems` does. Returns this thread's
 /// worker, held where it was made: a worker need not move.
-template <typename Reader, typename Reopen, typename Out, typename MakeWorker, typename AfterEach,
-          typename Join>
-auto turnRecords(Reader& in, const Reopen& reopen, Out& out, const MakeWorker& makeWorker,
-                 const AfterEach& afterEach, const Join& join)
+template <typename Reader, typename Out, typename MakeWorker, typename AfterEach, typename Join>
+auto turnRecords(Reader& in, Out& out, const MakeWorker& makeWorker, const AfterEach& afterEach,
+                 const Join& join)
 {
     using Worker = decltype(makeWorker());
     using Result = decltype(std::declval<Worker&>()(in, out));
@@ -105,8 +105,9 @@ auto turnRecords(Reader& in, const Reopen& reopen, Out& out, const MakeWorker& m
             const std::size_t leadLf = bytes.find('\n', leadFrom);
             lead = leadLf == std::string_view::npos ? bytes.size() : leadLf + 1;
         }
-        second = std::async(std::launch::async, [&reopen, stop, lead, &makeWorker] {
-            Reader rest = reopen();
+        second = std::async(std::launch::async, [&in, stop, lead, &makeWorker] {
+            // Taken while this thread reads on: `again` reads nothing that a read changes.
+            Reader rest = in.again();
             Part part;
             part.worker.reset(new Worker(makeWorker()));
             Worker& worker = *part.worker;
@@ -181,11 +182,11 @@ auto turnRecords(Reader& in, const Reopen& reopen, Out& out, const MakeWorker& m
 }
 
 /// As above, for workers that hold nothing to join.
-template <typename Reader, typename Reopen, typename MakeWorker, typename AfterEach>
-void turnRecords(Reader& in, const Reopen& reopen, LineWriter& out, const MakeWorker& makeWorker,
+template <typename Reader, typename MakeWorker, typename AfterEach>
+void turnRecords(Reader& in, LineWriter& out, const MakeWorker& makeWorker,
                  const AfterEach& afterEach)
 {
-    turnRecords(in, reopen, out, makeWorker, afterEach, [](auto&, auto&) {});
+    turnRecords(in, out, makeWorker, afterEach, [](auto&, auto&) {});
 }
 
 /// Two files written line for line from the same records, as one output of `turnRecords`.
@@ -331,24 +332,12 @@ void turnItems(std::size_t count, LineWriter& out, std::size_t lineSize, const T
         0, count, out, lineSize, makeWorker, [] {}, [](auto&, auto&) {});
 }
 
-/// Another reader of the bytes of `in`, which was opened on `path`: one that shares them where
-/// the reader can (`again()`), so that the file is held once.
-template <typename Reader> Reader readerAgain(const Reader& in, const std::filesystem::path& path)
-{
-    if constexpr (requires { in.again(); }) {
-        return in.again();
-    } else {
-        return Reader(path);
-    }
-}
-
 /// As above, for the records of a whole working file, with nothing to do after each.
 template <typename Reader, typename MakeWorker>
 void turnRecords(const std::filesystem::path& path, LineWriter& out, const MakeWorker& makeWorker)
 {
     Reader in(path);
-    turnRecords(
-        in, [&in, &path] { return readerAgain(in, path); }, out, makeWorker, [](auto&&...) {});
+    turnRecords(in, out, makeWorker, [](auto&&...) {});
 }
 
 /// As above, with `afterEach` after each record.
@@ -357,8 +346,7 @@ void turnRecords(const std::filesystem::path& path, LineWriter& out, const MakeW
                  const AfterEach& afterEach)
 {
     Reader in(path);
-    turnRecords(
-        in, [&in, &path] { return readerAgain(in, path); }, out, makeWorker, afterEach);
+    turnRecords(in, out, makeWorker, afterEach);
 }
 
 } // namespace vornhale::text

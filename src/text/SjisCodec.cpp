@@ -231,6 +231,15 @@ std::string decodeSjisTaking(std::string&& bytes)
     return isAsciiText(bytes) ? std::move(bytes) : decodeSjis(std::string_view(bytes));
 }
 
+void decodeSjisInto(std::string& out, std::string_view bytes)
+{
+    if (isAsciiText(bytes)) {
+        out.assign(bytes);
+    } else {
+        out = decodeSjis(bytes);
+    }
+}
+
 std::string decodeSjis(std::string_view bytes)
 {
     const Tables& t = tables();

@@ -14,6 +14,8 @@ namespace vornhale::text {
 std::string decodeSjis(std::string_view bytes);
 /// The same for bytes the caller gives up; pure ASCII is taken over without a copy.
 std::string decodeSjisTaking(std::string&& bytes);
+/// The same into `out`, which keeps its room; pure ASCII is copied as it stands.
+void decodeSjisInto(std::string& out, std::string_view bytes);
 std::string encodeSjis(std::string_view utf8);
 
 /// Number of CP932 bytes that `cp` takes when encoded: 1 for ASCII, half-width katakana,

@@ -90,3 +90,13 @@ TEST(SjisCodec, EveryDoubleByteCharacterComesBackAsTheBytesWindowsWritesForIt)
     EXPECT_EQ(encodeSjis(decodeSjis("\x87\x90")), "\x81\xE0"); // ≒: the JIS row wins
     EXPECT_GT(characters, 9000);
 }
+
+TEST(SjisCodec, DecodesIntoATextWhatDecodeSjisGives)
+{
+    std::string out = "what the record before left, longer than the next";
+    for (const std::string utf8 : {"JA1ZZZ", "", "東京都 ｺﾝﾃｽﾄ", "A\\B~"}) {
+        const std::string bytes = encodeSjis(utf8);
+        decodeSjisInto(out, bytes);
+        EXPECT_EQ(out, decodeSjis(bytes)) << utf8;
+    }
+}
