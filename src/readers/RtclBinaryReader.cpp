@@ -7,8 +7,10 @@
 #include "text/FileBytes.h"
 #include "text/LineFile.h"
 #include "text/Record.h"
+#include "text/RecordBytes.h"
 #include "text/SideBySide.h"
 #include "text/SjisCodec.h"
+#include "text/Utf8.h"
 
 #include <array>
 #include <charconv>
@@ -73,10 +75,48 @@ constexpr Layout kV4{134, 6, 140, 6, 146, 158, 168};
 constexpr Layout kV430{134, 10, 144, 8, 152, 164, 174};
 constexpr std::size_t kMulti3Size = 6, kOpSize = 6, kMemoSize = 20;
 
-// A text field of a record into `out`.
-void field(std::string& out, std::string_view r, std::size_t offset, std::size_t size)
+// Whether every byte of the texts of a record stands in a record line as it is: ASCII and no
+// double quote. Eight bytes at a time; the record's numbers between its texts are left out.
+bool plainTexts(std::string_view r, const Layout& l)
 {
-    text::decodeSjisInto(out, r.substr(offset, size));
+    const std::pair<std::size_t, std::size_t> texts[] = {{0, 9},
+                                                         {17, 27},
+                                                         {37, 132},
+                                                         {l.multi1, l.multi3 + kMulti3Size},
+                                                         {l.op, l.op + kOpSize},
+                                                         {l.memo, l.memo + kMemoSize}};
+    constexpr std::uint64_t kHigh = 0x8080808080808080ULL;
+    constexpr std::uint64_t kOnes = 0x0101010101010101ULL;
+    constexpr std::uint64_t kQuotes = kOnes * '"';
+    std::uint64_t other = 0;
+    for (const auto& [from, to] : texts) {
+        std::size_t at = from;
+        for (; at + 8 <= to; at += 8) {
+            std::uint64_t w = 0;
+            std::memcpy(&w, r.data() + at, 8);
+            const std::uint64_t q = w ^ kQuotes;
+            other |= (w & kHigh) | ((q - kOnes) & ~q & kHigh);
+        }
+        for (; at < to; ++at) {
+            const auto c = static_cast<unsigned char>(r[at]);
+            other |= c >= 0x80 || c == '"' ? 1 : 0;
+        }
+    }
+    return other == 0;
+}
+
+// A text field of a record into `out`: the record's bytes when ASCII, else their decoded form
+// kept in `room`.
+void field(std::string_view& out, std::string& room, std::string_view r, std::size_t offset,
+           std::size_t size, bool ascii)
+{
+    const std::string_view bytes = r.substr(offset, size);
+    if (ascii || text::isAsciiText(bytes)) {
+        out = bytes;
+    } else {
+        room = text::decodeSjis(bytes);
+        out = room;
+    }
 }
 
 // The VB date range: 0100-01-01 to 9999-12-31.
@@ -199,38 +239,36 @@ long rtclPoints(std::uint8_t byte)
     return value;
 }
 
-RtclBinaryRecord decodeRtclRecord(std::string_view r, InputKind kind)
-{
-    RtclBinaryRecord q;
-    decodeRtclRecord(r, kind, q);
-    return q;
-}
-
 void decodeRtclRecord(std::string_view r, InputKind kind, RtclBinaryRecord& q)
 {
     const Layout& l = kind == InputKind::LogV430 ? kV430 : kV4;
-    field(q.number, r, 0, 5);
-    field(q.band, r, 5, 4);
+    q.plain = plainTexts(r, l);
+    std::size_t place = 0;
+    const auto text = [&](std::string_view& out, std::size_t offset, std::size_t size) {
+        field(out, q.decoded[place++], r, offset, size, q.plain);
+    };
+    text(q.number, 0, 5);
+    text(q.band, 5, 4);
     std::uint32_t rig = 0;
     std::memcpy(&rig, r.data() + 12, sizeof rig);
     q.rig = static_cast<std::int32_t>(rig);
-    field(q.mode, r, 17, 5);
-    field(q.kept, r, 22, 5);
+    text(q.mode, 17, 5);
+    text(q.kept, 22, 5);
     q.dupe = static_cast<std::uint8_t>(r[27]);
     std::memcpy(&q.when, r.data() + 29, sizeof q.when);
-    field(q.call, r, 37, 13);
-    field(q.sent_rst, r, 50, 6);
-    field(q.sent1, r, 56, 25);
-    field(q.sent2, r, 81, 10);
-    field(q.rcvd_rst, r, 91, 6);
-    field(q.rcvd1, r, 97, 25);
-    field(q.rcvd2, r, 122, 10);
+    text(q.call, 37, 13);
+    text(q.sent_rst, 50, 6);
+    text(q.sent1, 56, 25);
+    text(q.sent2, 81, 10);
+    text(q.rcvd_rst, 91, 6);
+    text(q.rcvd1, 97, 25);
+    text(q.rcvd2, 122, 10);
     q.points = static_cast<std::uint8_t>(r[132]);
-    field(q.multi1, r, l.multi1, l.multi1Size);
-    field(q.multi2, r, l.multi2, l.multi2Size);
-    field(q.multi3, r, l.multi3, kMulti3Size);
-    field(q.op, r, l.op, kOpSize);
-    field(q.memo, r, l.memo, kMemoSize);
+    text(q.multi1, l.multi1, l.multi1Size);
+    text(q.multi2, l.multi2, l.multi2Size);
+    text(q.multi3, l.multi3, kMulti3Size);
+    text(q.op, l.op, kOpSize);
+    text(q.memo, l.memo, kMemoSize);
 }
 
 void rtclDateTime(double when, std::string& date, std::string& time)
@@ -272,6 +310,86 @@ std::array<std::string_view, 23> RtclWorkingFields::of(const RtclBinaryRecord& q
             points,   q.multi1, q.multi2,   q.multi3, note,    q.op,       q.memo};
 }
 
+namespace {
+
+// The records of a binary log decoded one by one into the fields of the working text.
+class RecordDecoder
+{
+public:
+    explicit RecordDecoder(InputKind kind) : m_kind(kind) {}
+    RecordDecoder(RecordDecoder&&) = default;
+
+    // The fields of the next record, good until the next call; null for QTC traffic, which is
+    // no contact.
+    const std::array<std::string_view, rtcl_tmp::kFields>* next(RtclRecords& records)
+    {
+        const std::string_view record = records.next();
+        if (text::startsWith(record, "QTC")) {
+            return nullptr;
+        }
+        decodeRtclRecord(record, m_kind, m_record);
+        m_fields = m_working.of(m_record);
+        return &m_fields;
+    }
+    // Whether every field of the last record stands in a record line as it is.
+    bool plain() const { return m_record.plain; }
+
+private:
+    InputKind m_kind;
+    RtclBinaryRecord m_record;
+    RtclWorkingFields m_working;
+    std::array<std::string_view, rtcl_tmp::kFields> m_fields;
+};
+
+// Decodes a record into a line of the working text and makes its `.ALL` line from the fields
+// as a reader of that text gets them back: a field of other than ASCII comes back decoded from
+// the bytes it was written as. A field with a quote in it does not come back as it went, since
+// the quote ends it; the worker notes it, and its `.ALL` lines are then no good.
+struct DecoderWithAll
+{
+    explicit DecoderWithAll(InputKind kind) : decoder(kind) {}
+
+    RecordDecoder decoder;
+    RtclAllLines all;
+    text::AsciiRecordLine line;
+    std::array<std::string, rtcl_tmp::kFields> readBack;
+    std::array<std::string_view, rtcl_tmp::kFields> fields;
+    bool quoted = false;
+
+    void operator()(RtclRecords& records, text::LineWriterPair& lines)
+    {
+        const auto* const decoded = decoder.next(records);
+        if (decoded == nullptr) {
+            return;
+        }
+        if (decoder.plain()) {
+            line.clear();
+            for (const std::string_view f : *decoded) {
+                line.field(f);
+            }
+            lines.first().writeRaw(line.text());
+            lines.second().writeRaw(all.of(*decoded));
+            return;
+        }
+        lines.first().writeRecord(*decoded);
+        for (std::size_t i = 0; i < fields.size(); ++i) {
+            const std::string_view f = (*decoded)[i];
+            quoted = quoted || f.find('"') != std::string_view::npos;
+            if (text::isAsciiText(f)) {
+                fields[i] = f;
+            } else {
+                readBack[i] = text::decodeSjis(text::encodeSjis(f));
+                fields[i] = readBack[i];
+            }
+        }
+        lines.second().write(all.of(fields));
+    }
+
+    const std::string& carried() const { return all.mode(); }
+};
+
+} // namespace
+
 long decodeRtclLog(std::string_view bytes, InputKind kind, const std::filesystem::path& out)
 {
     const std::size_t size = rtclRecordSize(kind);
@@ -281,15 +399,13 @@ long decodeRtclLog(std::string_view bytes, InputKind kind, const std::filesystem
     RtclRecords in(bytes, size, count);
     if (!in.atEnd()) {
         const auto makeWorker = [kind] {
-            return [kind, q = RtclBinaryRecord(), fields = RtclWorkingFields()](
-                       RtclRecords& records, text::LineWriter& lines) mutable {
-                const std::string_view record = records.next();
-                if (text::startsWith(record, "QTC")) {
-                    return false; // QTC traffic, no contact
+            return [decoder = RecordDecoder(kind)](RtclRecords& records,
+                                                   text::LineWriter& lines) mutable {
+                const auto* const fields = decoder.next(records);
+                if (fields != nullptr) {
+                    lines.writeRecord(*fields);
                 }
-                decodeRtclRecord(record, kind, q);
-                lines.writeRecord(fields.of(q));
-                return true;
+                return fields != nullptr;
             };
         };
         text::turnRecords(in, writer, makeWorker,
@@ -297,6 +413,32 @@ long decodeRtclLog(std::string_view bytes, InputKind kind, const std::filesystem
     }
     writer.close();
     return written;
+}
+
+bool decodeRtclLogWithAll(std::string_view bytes, InputKind kind, const fs::path& out,
+                          const fs::path& all)
+{
+    const std::size_t size = rtclRecordSize(kind);
+    RtclRecords in(bytes, size, rtclRecordCount(bytes.size(), size));
+    text::LineWriter working(out);
+    text::LineWriter allLines(all, text::LineWriter::Mode::ReplaceWhenDone);
+    allLines.write(rtclAllHeader());
+    text::LineWriterPair lines(working, allLines);
+    bool quoted = false;
+    if (!in.atEnd()) {
+        const auto worker = text::turnRecords(
+            in, lines, [kind] { return DecoderWithAll(kind); }, [] {},
+            [](DecoderWithAll& first, const DecoderWithAll& second) {
+                first.quoted = first.quoted || second.quoted;
+            });
+        quoted = worker->quoted;
+    }
+    working.close();
+    // Lines made from fields that did not come back as they went are left unwritten.
+    if (!quoted) {
+        allLines.close();
+    }
+    return !quoted;
 }
 
 std::string_view rtclVersionProblem(std::string_view bytes, InputKind kind)
@@ -350,19 +492,26 @@ long RtclBinaryReader::countForLabel(const std::filesystem::path& path) const
 void RtclBinaryReader::read(const ReaderContext& ctx)
 {
     InputState& run = ctx.run;
-    // The text beside the log must not be the log itself: find out before writing anything.
-    rtclOutputName(run.in_name, "_log2a.all");
+    // The text beside the log must not be the log itself: found out before anything is written.
+    const std::string beside = rtclOutputName(run.in_name, "_log2a.all");
     ctx.observer.status("  入力ファイル読み込み中", base::Colour::Green);
-    decodeRtclLog(text::FileBytes::copyOf(run.in_name).view(), m_kind, ctx.work("rtcl_tmp.txt"));
+    const bool allMade = decodeRtclLogWithAll(text::FileBytes::copyOf(run.in_name).view(), m_kind,
+                                              ctx.work("rtcl_tmp.txt"), beside);
     // The log is read no more: the texts made of it follow.
     text::keepReadsOf({});
-    make_rtcl_log_to_zlog_all(ctx);
+    std::string allText = beside;
+    if (allMade) {
+        ctx.trace.line(kMakeRtclAllTrace);
+    } else {
+        make_rtcl_log_to_zlog_all(ctx);
+        allText = ctx.work("zlog_01.txt").string();
+    }
 
     // `a_2_t` reads the working text and puts the operator's path back when it ends.
     if (run.chosen_name.empty()) {
         run.chosen_name = run.in_name;
     }
-    run.in_name = ctx.work("zlog_01.txt").string();
+    run.in_name = allText;
     run.file_letter = "A";
     a_2_t(ctx);
 }

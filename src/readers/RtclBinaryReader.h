@@ -57,20 +57,24 @@ std::string rtclRoundedKhz(std::string_view hz);
 long rtclPoints(std::uint8_t byte);
 
 /// The fields of one binary record. Texts are decoded from Shift-JIS as they stand, blank
-/// padding included.
+/// padding included: an ASCII text is a view of the record's own bytes, any other one a view
+/// of its decoded form kept in `decoded`.
 struct RtclBinaryRecord
 {
-    std::string number, band, mode, kept, call, sent_rst, sent1, sent2, rcvd_rst, rcvd1, rcvd2,
+    std::string_view number, band, mode, kept, call, sent_rst, sent1, sent2, rcvd_rst, rcvd1, rcvd2,
         multi1, multi2, multi3, op, memo;
     std::int32_t rig = 0;
     std::uint8_t dupe = 0;
     double when = 0;
     std::uint8_t points = 0;
+    /// Every text field is ASCII without a double quote, so a record line holds it as it is.
+    bool plain = true;
+    /// The texts of other than ASCII, decoded, one place per field.
+    std::array<std::string, 16> decoded;
 };
 
-/// Decodes a record of the generation of `kind`; `record` holds at least the record length.
-RtclBinaryRecord decodeRtclRecord(std::string_view record, InputKind kind);
-/// The same into `into`, whose texts keep their room from record to record.
+/// Decodes a record of the generation of `kind` into `into`; `record` holds at least the
+/// record length and must outlive the texts' use.
 void decodeRtclRecord(std::string_view record, InputKind kind, RtclBinaryRecord& into);
 
 /// Date "yyyy/mm/dd" and time "hhmmss" of a record's time stamp (days since 1899-12-30).
@@ -106,6 +110,14 @@ inline constexpr std::size_t number = 0, band = 1, date = 2, time = 3, hz = 5, k
 /// cannot be written.
 long decodeRtclLog(std::string_view bytes, InputKind kind, const std::filesystem::path& out);
 
+/// The decoder writing, in the same pass, the `.ALL` text that `make_rtcl_log_to_zlog_all`
+/// makes of its working text, into `all` (replaced only when it is whole). True when it did;
+/// false when a text field of a record holds a quote, which the working text cannot hold as it
+/// stands: `all` is then left as it was, and the maker must read the working text. Throws as
+/// `decodeRtclLog`.
+bool decodeRtclLogWithAll(std::string_view bytes, InputKind kind, const std::filesystem::path& out,
+                          const std::filesystem::path& all);
+
 /// The texts of the version check, each put behind `in_name`.
 inline constexpr std::string_view kNotRtclV4 = "　は RTCL ver 4.0 のｌｏｇ ファイルではありません";
 inline constexpr std::string_view kNotBefore430 =
@@ -134,8 +146,9 @@ public:
     /// The records of the file plus one, so that the window shows the number of records.
     long countForLabel(const std::filesystem::path& path) const override;
     bool countsLines() const override { return false; }
-    /// Decodes the log into `rtcl_tmp.txt`, writes `zlog_01.txt` and the `_log2a.all` text
-    /// beside the input, then reads `zlog_01.txt` with `a_2_t`. Throws Failure 5 before
+    /// Decodes the log into `rtcl_tmp.txt` and the `_log2a.all` text beside the input, then
+    /// reads that text with `a_2_t`. (A log whose texts hold a quote goes through
+    /// `make_rtcl_log_to_zlog_all`, and `a_2_t` reads its `zlog_01.txt`.) Throws Failure 5 before
     /// writing anything when the `_log2a.all` name would be the input's own.
     void read(const ReaderContext& ctx) override;
 

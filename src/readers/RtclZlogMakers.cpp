@@ -31,15 +31,6 @@ std::string trimmed(std::string_view s)
     return std::string(text::trim(s));
 }
 
-// What a line of either zLog form is made of.
-struct ZlogParts
-{
-    std::string date; ///< yyyy/mm/dd
-    std::string time; ///< hh:mm
-    std::string call, sentRst, sentNr, rcvdRst, rcvdNr, multi1, multi2, band, mode, points, memo;
-    bool wideMode = false; ///< the PSK modes take one column more
-};
-
 // The `.TXT` form as the `.TXT` reader takes its columns: month 1, day 5, time 8, call 13,
 // sent report 24, received report 37, received number 40, band 58, mode 64, points 68,
 // memo 73.
@@ -315,34 +306,36 @@ std::string rtclTxtLine(const std::vector<std::string>& record, std::string& mod
     return txtLine(p);
 }
 
+const std::string& RtclAllLines::of(std::span<const std::string_view> record)
+{
+    binaryPartsInto(m_parts, record, m_mode);
+    binaryAllLineInto(m_line, m_parts);
+    return m_line;
+}
+
 namespace {
 
-// Turns one record of the decoder's text into a line of the `.ALL` text. A record whose mode
-// text is none of the rule's keeps the mode of the record before.
+// Turns one record of the decoder's text into a line of the `.ALL` text.
 struct RtclAllTurner
 {
-    std::string mode;
     std::vector<std::string_view> fields;
-    ZlogParts parts;
-    std::string line;
+    RtclAllLines lines;
 
-    void operator()(text::RecordBytes& in, text::LineWriter& lines)
+    void operator()(text::RecordBytes& in, text::LineWriter& out)
     {
         in.next(rtcl_tmp::kFields, fields);
-        binaryPartsInto(parts, fields, mode);
-        binaryAllLineInto(line, parts);
-        lines.write(line);
+        out.write(lines.of(fields));
     }
 
     // What the next record may take over.
-    const std::string& carried() const { return mode; }
+    const std::string& carried() const { return lines.mode(); }
 };
 
 } // namespace
 
 std::string make_rtcl_log_to_zlog_all(const ReaderContext& ctx)
 {
-    ctx.trace.line("Private sub make_rtcl_log_to_zlog_all()");
+    ctx.trace.line(kMakeRtclAllTrace);
     const std::string beside = rtclOutputName(ctx.run.in_name, "_log2a.all");
     const fs::path workPath = ctx.work("zlog_01.txt");
     text::RecordBytes in(ctx.work(kRtclTmp));

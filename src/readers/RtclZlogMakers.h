@@ -3,6 +3,7 @@
 #include "readers/ReaderContext.h"
 
 #include <filesystem>
+#include <span>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -37,6 +38,33 @@ std::string rtclAllLine(const std::vector<std::string>& record, std::string& mod
 /// takes its columns.
 std::string rtclTxtLine(const std::vector<std::string>& record, std::string& mode);
 
+/// What a line of either zLog form is made of.
+struct ZlogParts
+{
+    std::string date; ///< yyyy/mm/dd
+    std::string time; ///< hh:mm
+    std::string call, sentRst, sentNr, rcvdRst, rcvdNr, multi1, multi2, band, mode, points, memo;
+    bool wideMode = false; ///< the PSK modes take one column more
+};
+
+/// The `.ALL` lines of the decoder's working records one after another, as
+/// `make_rtcl_log_to_zlog_all` makes them: a record whose mode text is none of the mode rule's
+/// keeps the mode column of the record before.
+class RtclAllLines
+{
+public:
+    /// The line of `record`, its fields as the working text holds them; good until the next
+    /// call. Throws Failure 62 when the record has fewer than `rtcl_tmp::kFields` fields.
+    const std::string& of(std::span<const std::string_view> record);
+    /// The mode column that the next record keeps when its own mode text is none of the rule's.
+    const std::string& mode() const { return m_mode; }
+
+private:
+    std::string m_mode;
+    ZlogParts m_parts;
+    std::string m_line;
+};
+
 /// `make_rtcl_log_to_zlog_all`: each record of `rtcl_tmp.txt` in the working folder as a
 /// `.ALL` line, into `zlog_01.txt` there and into `in_name` with ".log" replaced by
 /// "_log2a.all"; both begin with `rtclAllHeader`. Returns the path of the `_log2a.all` text.
@@ -44,6 +72,8 @@ std::string rtclTxtLine(const std::vector<std::string>& record, std::string& mod
 /// Failure 62 when the last record lacks fields, Failure 53/75 when a file cannot be read
 /// or written.
 std::string make_rtcl_log_to_zlog_all(const ReaderContext& ctx);
+/// Its line of the trace.
+inline constexpr const char* kMakeRtclAllTrace = "Private sub make_rtcl_log_to_zlog_all()";
 
 /// The `.ALL` text of the RTCL text log `run.in_name` of the form before version 3.00
 /// (`mnu_rtcl_log2all`), in `in_name` with ".log" replaced by "_l2z.all"; returns its path.

@@ -345,6 +345,67 @@ TEST_F(RtclBinary, ALongLogGivesWhatOnePassGivesWhereverItsPartsMeet)
     }
 }
 
+// Records whose texts try what a record line and Shift-JIS can do to them: texts in double
+// bytes, bytes that are no character, a comma and line ends, a zero byte, half-width kana, and
+// mode texts that the mode rule does not know.
+std::string awkwardLog(bool v430)
+{
+    RtclBinaryWriter w(v430);
+    RtclBinarySpec plain;
+    w.record(plain);
+    RtclBinarySpec japanese;
+    japanese.memo = "メモ　です";
+    japanese.op = "ＪＡ";
+    japanese.mode = "PSK31";
+    w.record(japanese);
+    RtclBinarySpec lines;
+    lines.memo = "A,B\r\nC\rD\n";
+    lines.multi1 = "ｱｲ";
+    lines.mode = "XX";
+    w.record(lines);
+    std::string bytes = w.bytes();
+    const std::size_t size = w.recordSize();
+    const std::size_t memo = v430 ? 174 : 168;
+    // A lead byte that ends the call sign, bytes that begin no character, a zero byte, and,
+    // where the sent number is cut to its column, a byte that is no character before one that
+    // is written back in other bytes, which the lead byte then takes as its second.
+    std::string record = bytes.substr(0, size);
+    record[37 + 12] = '\x81';
+    record.replace(memo, 4, "\x80\xA0\xFD\xFF");
+    record[22] = '\0';
+    record.replace(56, 10, "1234567\x81\xEE\xE1");
+    return bytes + record;
+}
+
+// The decoder makes the `.ALL` text in the same pass as its working text; it is the text that
+// the maker makes of that working text, whatever the records hold, and a quote, which the
+// working text cannot hold, leaves the text to the maker.
+TEST_F(RtclBinary, TheAllTextMadeWithTheDecoderIsTheMakersTextOfItsWorkingText)
+{
+    context(options);
+    for (const bool v430 : {false, true}) {
+        const InputKind kind = v430 ? InputKind::LogV430 : InputKind::LogV4;
+        const std::string bytes = awkwardLog(v430);
+        const auto fused = dir / "fused.all";
+        ASSERT_TRUE(readers::decodeRtclLogWithAll(bytes, kind, work("rtcl_tmp.txt"), fused));
+        ctx->run.in_name = (dir / "M.log").string();
+        readers::ReaderContext rc = *ctx;
+        readers::make_rtcl_log_to_zlog_all(rc);
+        const std::string made = test::readBytes(dir / "M_log2a.all");
+        EXPECT_EQ(test::readBytes(fused), made) << v430;
+        EXPECT_NE(made.find(text::encodeSjis("メモ　です")), std::string::npos);
+        EXPECT_EQ(test::readBytes(work("zlog_01.txt")), made);
+
+        RtclBinarySpec quoted;
+        quoted.call = "JA1\"ABC";
+        const std::string withQuote =
+            bytes + RtclBinaryWriter(v430).record(quoted).record({}).bytes();
+        EXPECT_FALSE(readers::decodeRtclLogWithAll(withQuote, kind, work("rtcl_tmp.txt"), fused));
+        EXPECT_EQ(test::readBytes(fused), made) << "left as it was";
+        EXPECT_FALSE(std::filesystem::exists(dir / "fused.all.writing"));
+    }
+}
+
 TEST_F(RtclBinary, ATimeStampThatIsNoDateFails)
 {
     RtclBinarySpec q;
