@@ -4,6 +4,8 @@
 #include "text/LineFile.h"
 
 #include <algorithm>
+#include <array>
+#include <cstring>
 
 namespace vornhale::readers {
 namespace {
@@ -37,9 +39,9 @@ bool isLeadByte(unsigned char b)
     return (b >= 0x81 && b <= 0x9F) || (b >= 0xE0 && b <= 0xFC);
 }
 
-// The first `limit` bytes of Shift-JIS text, one byte less where the cut would split a
-// double-byte character.
-std::string cutSjis(const std::string& bytes, std::size_t limit)
+// The length of the first `limit` bytes of Shift-JIS text, one byte less where the cut would
+// split a double-byte character.
+std::size_t cutSjis(std::string_view bytes, std::size_t limit)
 {
     std::size_t i = 0;
     while (i < bytes.size()) {
@@ -49,8 +51,65 @@ std::string cutSjis(const std::string& bytes, std::size_t limit)
         }
         i += width;
     }
-    return bytes.substr(0, std::min(i, bytes.size()));
+    return std::min(i, bytes.size());
 }
+
+// The memo's parts joined, before the cut: built in place, as every contact of a log has one.
+class JoinedMemo
+{
+public:
+    explicit JoinedMemo(std::string_view record)
+    {
+        if (byteAt(record, kDupe) == 1) {
+            add("-DUPE-");
+        }
+        // The field holds kHz with a decimal ("7123.0"); the memo gets the whole kHz, the form
+        // in which the frequency rule of the .ZLO reader takes it.
+        std::string_view freq = counted(record, kFreqLen, kFreq, kFreqSize);
+        freq = freq.substr(0, freq.find('.'));
+        if (!freq.empty()) {
+            separate();
+            put("(");
+            put(freq);
+            put(")");
+        }
+        add(counted(record, kMemoLen, kMemo, kZloMemoSize));
+        if (byteAt(record, kQsyViolation) == 1) {
+            add("*QSY Violation*");
+        }
+    }
+
+    // The memo cut to the `.ZLO` field.
+    std::string_view cut() const
+    {
+        const std::string_view all(m_text.data(), m_size);
+        return all.substr(0, cutSjis(all, kZloMemoSize));
+    }
+
+private:
+    void add(std::string_view part)
+    {
+        if (!part.empty()) {
+            separate();
+            put(part);
+        }
+    }
+    void separate()
+    {
+        if (m_size > 0) {
+            put(" ");
+        }
+    }
+    void put(std::string_view part)
+    {
+        std::copy(part.begin(), part.end(), m_text.begin() + static_cast<std::ptrdiff_t>(m_size));
+        m_size += part.size();
+    }
+
+    // "-DUPE-", the frequency in parentheses, the memo and the QSY mark, with their blanks.
+    std::array<char, 6 + 1 + (kFreqSize + 2) + 1 + kZloMemoSize + 1 + 15> m_text{};
+    std::size_t m_size = 0;
+};
 
 } // namespace
 
@@ -61,44 +120,21 @@ long zloxRecordCount(std::uintmax_t bytes)
 
 std::string zloMemoOfZlox(std::string_view record)
 {
-    std::string memo;
-    auto add = [&memo](std::string_view part) {
-        if (part.empty()) {
-            return;
-        }
-        if (!memo.empty()) {
-            memo += ' ';
-        }
-        memo += part;
-    };
-    if (byteAt(record, kDupe) == 1) {
-        add("-DUPE-");
-    }
-    // The field holds kHz with a decimal ("7123.0"); the memo gets the whole kHz, the form in
-    // which the frequency rule of the .ZLO reader takes it.
-    std::string_view freq = counted(record, kFreqLen, kFreq, kFreqSize);
-    freq = freq.substr(0, freq.find('.'));
-    if (!freq.empty()) {
-        add("(" + std::string(freq) + ")");
-    }
-    add(counted(record, kMemoLen, kMemo, kZloMemoSize));
-    if (byteAt(record, kQsyViolation) == 1) {
-        add("*QSY Violation*");
-    }
-    return cutSjis(memo, kZloMemoSize);
+    return std::string(JoinedMemo(record).cut());
 }
 
 void zloRecordOfZlox(std::string_view record, bool header, std::uint8_t* out)
 {
-    std::copy_n(record.begin(), kZloRecordSize, out);
+    std::memcpy(out, record.data(), kZloRecordSize);
     if (header) {
         std::fill_n(out, kHeaderMarkSize, 0);
         return;
     }
-    const std::string memo = zloMemoOfZlox(record);
+    const JoinedMemo joined(record);
+    const std::string_view memo = joined.cut();
     std::fill_n(out + kMemo, kZloMemoSize, 0);
     out[kMemoLen] = static_cast<std::uint8_t>(memo.size());
-    std::copy(memo.begin(), memo.end(), out + kMemo);
+    std::memcpy(out + kMemo, memo.data(), memo.size());
 }
 
 ZloFile zloOfZlox(std::string_view bytes)
