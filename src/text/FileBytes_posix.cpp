@@ -2,11 +2,15 @@
 #include "text/LineFile.h"
 
 #include <algorithm>
+#include <cerrno>
 #include <cstdint>
+#include <cstdio>
 #include <fcntl.h>
+#include <future>
 #include <mutex>
 #include <sys/mman.h>
 #include <sys/stat.h>
+#include <system_error>
 #include <unistd.h>
 #include <utility>
 
@@ -69,6 +73,57 @@ void preferLargePages(void* data, std::size_t size)
     if (end > first) {
         ::madvise(reinterpret_cast<void*>(first), end - first, MADV_HUGEPAGE);
     }
+}
+
+namespace {
+
+// Up to `size` bytes of `fd` from `offset` on into `into`; fewer where the file ends or fails.
+std::size_t readAt(int fd, char* into, std::size_t size, std::size_t offset)
+{
+    std::size_t done = 0;
+    while (done < size) {
+        const ssize_t n = ::pread(fd, into + done, size - done, static_cast<off_t>(offset + done));
+        if (n < 0 && errno == EINTR) {
+            continue;
+        }
+        if (n <= 0) {
+            break;
+        }
+        done += static_cast<std::size_t>(n);
+    }
+    return done;
+}
+
+} // namespace
+
+std::size_t readFromStart(std::FILE* file, char* into, std::size_t size)
+{
+    // Below this a second thread costs more than it saves.
+    constexpr std::size_t kInTwoFrom = std::size_t{4} << 20;
+    const int fd = ::fileno(file);
+    std::size_t got = 0;
+    if (size < kInTwoFrom) {
+        got = readAt(fd, into, size, 0);
+    } else {
+        const std::size_t half = size / 2;
+        std::future<std::size_t> back;
+        try {
+            back = std::async(std::launch::async,
+                              [=] { return readAt(fd, into + half, size - half, half); });
+        } catch (const std::system_error&) {
+            // No thread to be had: one read does it all.
+        }
+        if (back.valid()) {
+            const std::size_t front = readAt(fd, into, half, 0);
+            const std::size_t rest = back.get();
+            // A file that shrank meanwhile ends where the front half ended short.
+            got = front < half ? front : half + rest;
+        } else {
+            got = readAt(fd, into, size, 0);
+        }
+    }
+    std::fseek(file, static_cast<long>(got), SEEK_SET);
+    return got;
 }
 
 void keepReadsOf(const std::filesystem::path& path)

@@ -1,6 +1,7 @@
 #include "text/LineFile.h"
 
 #include "failure/Failure.h"
+#include "text/FileBytes.h"
 #include "text/SjisCodec.h"
 #include "text/Utf8.h"
 #include "text/WriteBehind.h"
@@ -77,7 +78,7 @@ std::string readFileBytes(const std::filesystem::path& path)
         bytes.reserve(static_cast<std::size_t>(size));
         preferLargePages(bytes.data(), bytes.capacity());
         bytes.resize(static_cast<std::size_t>(size));
-        bytes.resize(std::fread(bytes.data(), 1, bytes.size(), f));
+        bytes.resize(readFromStart(f, bytes.data(), bytes.size()));
     }
     char buf[1 << 16];
     std::size_t n;

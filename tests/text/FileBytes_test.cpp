@@ -3,9 +3,10 @@
 #include "text/FileBytes.h"
 #include "text/LineFile.h"
 
-#include <gtest/gtest.h>
-
 #include <chrono>
+#include <cstdint>
+#include <cstdio>
+#include <gtest/gtest.h>
 #include <utility>
 
 using namespace vornhale;
@@ -46,6 +47,30 @@ TEST(FileBytes, GivesTheBytesAReadGivesForLargeSmallAndEmptyFiles)
     EXPECT_EQ(FileBytes(dir / "large").view(), readFileBytes(dir / "large"));
     EXPECT_EQ(FileBytes(dir / "small").view(), "a\r\n\x95\xCF\r\n");
     EXPECT_EQ(FileBytes(dir / "empty").size(), 0u);
+}
+
+// A file large enough to be read in two halves side by side comes whole and in its order, the
+// halves meeting at an odd place; reading on from where the read leaves the file adds nothing.
+TEST(FileBytes, ALargeFileIsReadWholeInTwoHalves)
+{
+    test::TempDir dir;
+    std::string bytes;
+    for (std::uint32_t i = 0; bytes.size() < (9u << 20) + 3; ++i) {
+        const std::uint32_t x = i * 2654435761u;
+        bytes.append(reinterpret_cast<const char*>(&x), sizeof x);
+    }
+    bytes.resize((9u << 20) + 3);
+    test::writeBytes(dir / "log", bytes);
+    EXPECT_EQ(readFileBytes(dir / "log"), bytes);
+
+    std::FILE* f = std::fopen((dir / "log").c_str(), "rb");
+    ASSERT_NE(f, nullptr);
+    std::string into(bytes.size() + 10, '\0');
+    EXPECT_EQ(readFromStart(f, into.data(), into.size()), bytes.size());
+    EXPECT_EQ(std::fgetc(f), EOF);
+    std::fclose(f);
+    into.resize(bytes.size());
+    EXPECT_EQ(into, bytes);
 }
 
 TEST(FileBytes, AMissingFileOrAFolderFailsAsARead)
