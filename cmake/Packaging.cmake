@@ -34,8 +34,15 @@ set(CPACK_DEBIAN_FILE_NAME DEB-DEFAULT)
 set(CPACK_DEBIAN_PACKAGE_SECTION hamradio)
 set(CPACK_DEBIAN_PACKAGE_PRIORITY optional)
 set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS ON)
+# libcurl is opened when a download starts, so no linked library names its package: it is
+# named here, as the package manager of the building system knows it.
+set(curl_package libcurl4)
+execute_process(COMMAND dpkg-query -S */libcurl.so.4 OUTPUT_VARIABLE curl_owner ERROR_QUIET)
+if(curl_owner MATCHES "^([^:,]+)")
+    set(curl_package ${CMAKE_MATCH_1})
+endif()
 # cty.dat of a new program folder comes from hamradio-files; the window shows Japanese text.
-set(CPACK_DEBIAN_PACKAGE_DEPENDS "hamradio-files")
+set(CPACK_DEBIAN_PACKAGE_DEPENDS "hamradio-files, ${curl_package}")
 set(CPACK_DEBIAN_PACKAGE_RECOMMENDS "fonts-noto-cjk")
 set(CPACK_STRIP_FILES ON)
 set(CPACK_THREADS 0)

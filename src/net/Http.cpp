@@ -6,7 +6,7 @@
 #include <charconv>
 #include <cstdio>
 #include <curl/curl.h>
-#include <mutex>
+#include <dlfcn.h>
 #include <optional>
 #include <system_error>
 
@@ -18,10 +18,51 @@ namespace fs = std::filesystem;
 constexpr const char* kWebFile = "Vornhale_web.ini";
 constexpr const char* kWebSection = "web";
 
-void initialiseCurlOnce()
+// libcurl, opened at the first transfer rather than linked: it and the many libraries it
+// brings would cost every start of the program some milliseconds, and most runs fetch nothing.
+struct Curl
 {
-    static std::once_flag once;
-    std::call_once(once, [] { curl_global_init(CURL_GLOBAL_DEFAULT); });
+    decltype(&curl_global_init) global_init = nullptr;
+    decltype(&curl_easy_init) easy_init = nullptr;
+    decltype(&curl_easy_setopt) easy_setopt = nullptr;
+    decltype(&curl_easy_perform) easy_perform = nullptr;
+    decltype(&curl_easy_getinfo) easy_getinfo = nullptr;
+    decltype(&curl_easy_strerror) easy_strerror = nullptr;
+    decltype(&curl_easy_cleanup) easy_cleanup = nullptr;
+    std::string problem; ///< why it could not be opened; empty when it was
+};
+
+template <typename Function> bool resolve(void* library, const char* name, Function& into)
+{
+    into = reinterpret_cast<Function>(::dlsym(library, name));
+    return into != nullptr;
+}
+
+// The library, opened and initialised once for the program's life.
+const Curl& curl()
+{
+    static const Curl opened = [] {
+        Curl c;
+        void* const library = ::dlopen("libcurl.so.4", RTLD_NOW | RTLD_LOCAL);
+        if (library == nullptr) {
+            const char* const why = ::dlerror();
+            c.problem = "libcurl could not be opened: " + std::string(why != nullptr ? why : "");
+            return c;
+        }
+        if (!resolve(library, "curl_global_init", c.global_init) ||
+            !resolve(library, "curl_easy_init", c.easy_init) ||
+            !resolve(library, "curl_easy_setopt", c.easy_setopt) ||
+            !resolve(library, "curl_easy_perform", c.easy_perform) ||
+            !resolve(library, "curl_easy_getinfo", c.easy_getinfo) ||
+            !resolve(library, "curl_easy_strerror", c.easy_strerror) ||
+            !resolve(library, "curl_easy_cleanup", c.easy_cleanup)) {
+            c.problem = "libcurl lacks a function the program calls";
+            return c;
+        }
+        c.global_init(CURL_GLOBAL_DEFAULT);
+        return c;
+    }();
+    return opened;
 }
 
 std::size_t writeToFile(char* data, std::size_t size, std::size_t count, void* file)
@@ -52,11 +93,11 @@ std::optional<long> seconds(std::string_view text)
 class CurlHandle
 {
 public:
-    CurlHandle() : m_handle(curl_easy_init()) {}
+    CurlHandle() : m_handle(curl().easy_init()) {}
     ~CurlHandle()
     {
         if (m_handle != nullptr) {
-            curl_easy_cleanup(m_handle);
+            curl().easy_cleanup(m_handle);
         }
     }
     CurlHandle(const CurlHandle&) = delete;
@@ -76,9 +117,13 @@ FetchResult fetchToFile(const std::string& url, const fs::path& target, const Ti
         result.error = "no address configured";
         return result;
     }
-    initialiseCurlOnce();
-    CurlHandle curl;
-    if (curl.get() == nullptr) {
+    const Curl& lib = curl();
+    if (!lib.problem.empty()) {
+        result.error = lib.problem;
+        return result;
+    }
+    CurlHandle transfer;
+    if (transfer.get() == nullptr) {
         result.error = "libcurl could not start a transfer";
         return result;
     }
@@ -91,36 +136,36 @@ FetchResult fetchToFile(const std::string& url, const fs::path& target, const Ti
     }
 
     char message[CURL_ERROR_SIZE] = {};
-    CURL* h = curl.get();
-    curl_easy_setopt(h, CURLOPT_URL, url.c_str());
-    curl_easy_setopt(h, CURLOPT_WRITEFUNCTION, &writeToFile);
-    curl_easy_setopt(h, CURLOPT_WRITEDATA, file);
-    curl_easy_setopt(h, CURLOPT_ERRORBUFFER, message);
-    curl_easy_setopt(h, CURLOPT_CONNECTTIMEOUT, timeouts.connectSeconds);
-    curl_easy_setopt(h, CURLOPT_TIMEOUT, timeouts.totalSeconds);
-    curl_easy_setopt(h, CURLOPT_FOLLOWLOCATION, 1L);
-    curl_easy_setopt(h, CURLOPT_MAXREDIRS, 10L);
+    CURL* h = transfer.get();
+    lib.easy_setopt(h, CURLOPT_URL, url.c_str());
+    lib.easy_setopt(h, CURLOPT_WRITEFUNCTION, &writeToFile);
+    lib.easy_setopt(h, CURLOPT_WRITEDATA, file);
+    lib.easy_setopt(h, CURLOPT_ERRORBUFFER, message);
+    lib.easy_setopt(h, CURLOPT_CONNECTTIMEOUT, timeouts.connectSeconds);
+    lib.easy_setopt(h, CURLOPT_TIMEOUT, timeouts.totalSeconds);
+    lib.easy_setopt(h, CURLOPT_FOLLOWLOCATION, 1L);
+    lib.easy_setopt(h, CURLOPT_MAXREDIRS, 10L);
     // Only the web: a configured value can never make the program read or write local files.
 #if LIBCURL_VERSION_NUM >= 0x075500
-    curl_easy_setopt(h, CURLOPT_PROTOCOLS_STR, "http,https");
-    curl_easy_setopt(h, CURLOPT_REDIR_PROTOCOLS_STR, "http,https");
+    lib.easy_setopt(h, CURLOPT_PROTOCOLS_STR, "http,https");
+    lib.easy_setopt(h, CURLOPT_REDIR_PROTOCOLS_STR, "http,https");
 #else
-    curl_easy_setopt(h, CURLOPT_PROTOCOLS, CURLPROTO_HTTP | CURLPROTO_HTTPS);
-    curl_easy_setopt(h, CURLOPT_REDIR_PROTOCOLS, CURLPROTO_HTTP | CURLPROTO_HTTPS);
+    lib.easy_setopt(h, CURLOPT_PROTOCOLS, CURLPROTO_HTTP | CURLPROTO_HTTPS);
+    lib.easy_setopt(h, CURLOPT_REDIR_PROTOCOLS, CURLPROTO_HTTP | CURLPROTO_HTTPS);
 #endif
     // Timeouts without signals: the program may run the transfer off its main thread.
-    curl_easy_setopt(h, CURLOPT_NOSIGNAL, 1L);
-    curl_easy_setopt(h, CURLOPT_USERAGENT, "Vornhale");
+    lib.easy_setopt(h, CURLOPT_NOSIGNAL, 1L);
+    lib.easy_setopt(h, CURLOPT_USERAGENT, "Vornhale");
 
-    const CURLcode code = curl_easy_perform(h);
+    const CURLcode code = lib.easy_perform(h);
     long status = 0;
-    curl_easy_getinfo(h, CURLINFO_RESPONSE_CODE, &status);
+    lib.easy_getinfo(h, CURLINFO_RESPONSE_CODE, &status);
     result.httpStatus = status;
     const bool closed = std::fclose(file) == 0;
 
     std::error_code ec;
     if (code != CURLE_OK) {
-        result.error = message[0] != '\0' ? message : curl_easy_strerror(code);
+        result.error = message[0] != '\0' ? message : lib.easy_strerror(code);
     } else if (status < 200 || status > 299) {
         result.error = "HTTP status " + std::to_string(status);
     } else if (!closed) {
