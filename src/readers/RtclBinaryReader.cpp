@@ -43,7 +43,7 @@ constexpr std::array<RtclRigRow, 21> kRig{{
 
 struct BandBase
 {
-    const char* band;
+    std::string_view band;
     std::int64_t hz;
 };
 

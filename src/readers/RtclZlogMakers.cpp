@@ -71,30 +71,23 @@ void binaryMode(std::string_view text, std::string& mode, bool& wide)
     wide = mode == "PSK31" || mode == "PSK63";
 }
 
-void assignTrimmed(std::string& out, std::string_view s)
-{
-    out.assign(text::trim(s));
-}
-
 // "-" stands for a blank multiplier.
-void assignMultiplier(std::string& out, std::string_view m)
+std::string_view multiplier(std::string_view m)
 {
-    assignTrimmed(out, m);
-    if (out.empty()) {
-        out.assign("-");
-    }
+    const std::string_view t = text::trim(m);
+    return t.empty() ? std::string_view("-") : t;
 }
 
-// The parts of a line of the decoder's working text, into `p` (whose texts keep their room
-// from record to record).
-void binaryPartsInto(ZlogParts& p, std::span<const std::string_view> r, std::string& mode)
+// The parts of a line of the decoder's working text, into `p`.
+void binaryPartsInto(RtclRecordParts& p, std::span<const std::string_view> r, std::string& mode)
 {
     namespace f = rtcl_tmp;
     if (r.size() < f::kFields) {
         throw failure::Failure(failure::SubscriptOutOfRange,
                                "インデックスが有効範囲にありません。");
     }
-    p.date.assign(r[f::date]);
+    BasicZlogParts<std::string_view>& v = p.view;
+    v.date = r[f::date];
     const std::string_view time = r[f::time];
     if (text::isAsciiText(time)) {
         p.time.assign(time.substr(0, 2));
@@ -103,24 +96,23 @@ void binaryPartsInto(ZlogParts& p, std::span<const std::string_view> r, std::str
     } else {
         p.time = left(time, 2) + ":" + mid(time, 3, 2);
     }
-    assignTrimmed(p.call, r[f::call]);
-    assignTrimmed(p.sentRst, r[f::sent_rst]);
-    assignTrimmed(p.sentNr, r[f::sent1]);
+    v.time = p.time;
+    v.call = text::trim(r[f::call]);
+    v.sentRst = text::trim(r[f::sent_rst]);
+    p.sentNr.assign(text::trim(r[f::sent1]));
     p.sentNr.append(text::trim(r[f::sent2]));
-    assignTrimmed(p.rcvdRst, r[f::rcvd_rst]);
-    assignTrimmed(p.rcvdNr, r[f::rcvd1]);
+    v.sentNr = p.sentNr;
+    v.rcvdRst = text::trim(r[f::rcvd_rst]);
+    p.rcvdNr.assign(text::trim(r[f::rcvd1]));
     p.rcvdNr.append(text::trim(r[f::rcvd2]));
-    assignMultiplier(p.multi1, r[f::multi1]);
-    assignMultiplier(p.multi2, r[f::multi2]);
-    assignTrimmed(p.band, r[f::band]);
-    binaryMode(r[f::mode], mode, p.wideMode);
-    p.mode = mode;
+    v.rcvdNr = p.rcvdNr;
+    v.multi1 = multiplier(r[f::multi1]);
+    v.multi2 = multiplier(r[f::multi2]);
+    v.band = text::trim(r[f::band]);
+    binaryMode(r[f::mode], mode, v.wideMode);
+    v.mode = mode;
     const bool dupe = !r[f::note].empty();
-    if (dupe) {
-        p.points.assign("0");
-    } else {
-        assignTrimmed(p.points, r[f::points]);
-    }
+    v.points = dupe ? std::string_view("0") : text::trim(r[f::points]);
 
     p.memo.clear();
     const std::string_view op = text::trim(r[f::op]);
@@ -141,18 +133,37 @@ void binaryPartsInto(ZlogParts& p, std::span<const std::string_view> r, std::str
         p.memo += ' ';
         p.memo += memo;
     }
+    v.memo = p.memo;
 }
 
 ZlogParts binaryParts(const std::vector<std::string>& r, std::string& mode)
 {
     const std::vector<std::string_view> views(r.begin(), r.end());
+    RtclRecordParts parts;
+    binaryPartsInto(parts, views, mode);
+    const BasicZlogParts<std::string_view>& v = parts.view;
     ZlogParts p;
-    binaryPartsInto(p, views, mode);
+    for (auto [to, from] : {std::pair{&p.date, v.date},
+                            {&p.time, v.time},
+                            {&p.call, v.call},
+                            {&p.sentRst, v.sentRst},
+                            {&p.sentNr, v.sentNr},
+                            {&p.rcvdRst, v.rcvdRst},
+                            {&p.rcvdNr, v.rcvdNr},
+                            {&p.multi1, v.multi1},
+                            {&p.multi2, v.multi2},
+                            {&p.band, v.band},
+                            {&p.mode, v.mode},
+                            {&p.points, v.points},
+                            {&p.memo, v.memo}}) {
+        to->assign(from);
+    }
+    p.wideMode = v.wideMode;
     return p;
 }
 
 // The `.ALL` line of a binary record's parts, into `out`.
-void binaryAllLineInto(std::string& out, const ZlogParts& p)
+void binaryAllLineInto(std::string& out, const BasicZlogParts<std::string_view>& p)
 {
     using text::appendSjisColumn;
     out.assign(p.date);
@@ -292,8 +303,11 @@ std::string l2zCaption(std::string_view in_name, std::string_view suffix)
 
 std::string rtclAllLine(const std::vector<std::string>& record, std::string& mode)
 {
+    const std::vector<std::string_view> views(record.begin(), record.end());
+    RtclRecordParts parts;
+    binaryPartsInto(parts, views, mode);
     std::string out;
-    binaryAllLineInto(out, binaryParts(record, mode));
+    binaryAllLineInto(out, parts.view);
     return out;
 }
 
@@ -309,7 +323,7 @@ std::string rtclTxtLine(const std::vector<std::string>& record, std::string& mod
 const std::string& RtclAllLines::of(std::span<const std::string_view> record)
 {
     binaryPartsInto(m_parts, record, m_mode);
-    binaryAllLineInto(m_line, m_parts);
+    binaryAllLineInto(m_line, m_parts.view);
     return m_line;
 }
 

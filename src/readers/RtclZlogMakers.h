@@ -38,13 +38,22 @@ std::string rtclAllLine(const std::vector<std::string>& record, std::string& mod
 /// takes its columns.
 std::string rtclTxtLine(const std::vector<std::string>& record, std::string& mode);
 
-/// What a line of either zLog form is made of.
-struct ZlogParts
+/// What a line of either zLog form is made of: texts of its own (`ZlogParts`), or views.
+template <typename Text> struct BasicZlogParts
 {
-    std::string date; ///< yyyy/mm/dd
-    std::string time; ///< hh:mm
-    std::string call, sentRst, sentNr, rcvdRst, rcvdNr, multi1, multi2, band, mode, points, memo;
+    Text date; ///< yyyy/mm/dd
+    Text time; ///< hh:mm
+    Text call, sentRst, sentNr, rcvdRst, rcvdNr, multi1, multi2, band, mode, points, memo;
     bool wideMode = false; ///< the PSK modes take one column more
+};
+using ZlogParts = BasicZlogParts<std::string>;
+
+/// The parts of a line of the decoder's working text: views of the record's fields and of the
+/// texts made of them, which it keeps (their room kept from record to record).
+struct RtclRecordParts
+{
+    BasicZlogParts<std::string_view> view;
+    std::string time, sentNr, rcvdNr, memo;
 };
 
 /// The `.ALL` lines of the decoder's working records one after another, as
@@ -61,7 +70,7 @@ public:
 
 private:
     std::string m_mode;
-    ZlogParts m_parts;
+    RtclRecordParts m_parts;
     std::string m_line;
 };
 

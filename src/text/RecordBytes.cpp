@@ -229,18 +229,6 @@ bool RecordBytes::next(std::size_t count, std::vector<std::string_view>& out)
     return false;
 }
 
-void AsciiRecordLine::field(std::string_view f)
-{
-    char* p = room(f.size() + 3);
-    *p++ = ',';
-    *p++ = '"';
-    if (!f.empty()) {
-        std::memcpy(p, f.data(), f.size());
-    }
-    p[f.size()] = '"';
-    m_size += f.size() + 3;
-}
-
 void AsciiRecordLine::fields(std::string_view first, std::string_view last)
 {
     const char* const from = first.data() - 1;
