@@ -302,8 +302,8 @@ void makeResults(RunContext& ctx, const RemarkLayout& layout)
     } else if (ctx.options.tick("Check4")) {
         history::all_JN_Chikan_full(results, run.QSL_Q, run.QSL_S, ctx.trace);
     }
-    count_No_QSL_MNG(ctx, layout);
-    const std::string lastMode = count_No_QSL_MNG_2(ctx);
+    const std::optional<CardMarkCounts> counted = count_No_QSL_MNG(ctx, layout);
+    const std::string lastMode = count_No_QSL_MNG_2(ctx, counted);
     ctx.trace.line("Private sub cmdStart_Click()---Ｖ５用に変換");
     makeFinalFiles(ctx, layout, lastMode);
     showCounters(ctx);

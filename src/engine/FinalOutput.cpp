@@ -9,8 +9,8 @@
 #include "reference/EntityLookup.h"
 #include "text/Chars.h"
 #include "text/LineFile.h"
-#include "text/RecordBytes.h"
 #include "text/Record.h"
+#include "text/RecordBytes.h"
 #include "text/SjisCodec.h"
 #include "text/SjisText.h"
 #include "text/Utf8.h"
@@ -20,6 +20,7 @@
 #include <ctime>
 #include <filesystem>
 #include <future>
+#include <optional>
 
 namespace vornhale::engine {
 namespace {
@@ -68,9 +69,12 @@ std::string_view cleanRemark(std::string_view r, std::string& scratch)
     return r;
 }
 
-void reduceFile(const fs::path& path, bool managerForNoCard, bool anyWidth)
+// Reduces the result file at `path` to sixteen fields; returns the card-mark counts of the
+// reduced file while each line is written as the record stood (see `count_No_QSL_MNG`).
+std::optional<CardMarkCounts> reduceFile(const fs::path& path, bool managerForNoCard, bool anyWidth)
 {
     const fs::path copy = path.string() + "_1";
+    std::optional<CardMarkCounts> counts(std::in_place);
     {
         RecordBytes in(path);
         text::LineWriter out(copy);
@@ -95,8 +99,14 @@ void reduceFile(const fs::path& path, bool managerForNoCard, bool anyWidth)
                 line.field(rmks2);
                 line.field(f[19]);
                 out.writeRaw(line.text());
+                if (counts) {
+                    counts->noCard += text::startsWith(f[10], "N") ? 1 : 0;
+                    counts->manager += text::startsWith(f[10], "M") ? 1 : 0;
+                    counts->lastMode.assign(f[7]);
+                }
                 continue;
             }
+            counts.reset();
             out.writeRecord({f[0], f[1], f[2], f[3], f[4], f[5], f[6], f[7], f[8], f[9], f[10],
                              f[11], f[12], rmks1, rmks2, f[19]});
         }
@@ -111,6 +121,7 @@ void reduceFile(const fs::path& path, bool managerForNoCard, bool anyWidth)
     if (ec) {
         throw failure::Failure(failure::PathFileAccess, "パス名が無効です。 " + path.string());
     }
+    return counts;
 }
 
 std::string_view modeOfCardPass(std::string_view mode)
@@ -247,12 +258,17 @@ void writeListing(text::LineWriter& out, const std::string& out_name_ham_n)
 
 } // namespace
 
-std::string count_No_QSL_MNG_2(RunContext& ctx)
+std::string count_No_QSL_MNG_2(RunContext& ctx, const std::optional<CardMarkCounts>& known)
 {
     ctx.trace.line("Private sub count_No_QSL_MNG_2()");
     ctx.observer.status("  No QSL and MNG 件数カウント中", base::Colour::Green);
     ctx.run.counters.no_qsl_kazu = 0;
     ctx.run.counters.m_kazu = 0;
+    if (known) {
+        ctx.run.counters.no_qsl_kazu = known->noCard;
+        ctx.run.counters.m_kazu = known->manager;
+        return known->lastMode;
+    }
     std::string lastMode;
     RecordBytes in(ctx.run.names.out_name_ham0);
     std::vector<std::string_view> f;
@@ -269,7 +285,7 @@ std::string count_No_QSL_MNG_2(RunContext& ctx)
     return lastMode;
 }
 
-void count_No_QSL_MNG(RunContext& ctx, const RemarkLayout& layout)
+std::optional<CardMarkCounts> count_No_QSL_MNG(RunContext& ctx, const RemarkLayout& layout)
 {
     ctx.trace.line("Private sub count_No_QSL_MNG()");
     const bool managerForNoCard = ctx.options.tick("Check23");
@@ -279,8 +295,9 @@ void count_No_QSL_MNG(RunContext& ctx, const RemarkLayout& layout)
         reduceFile(ctx.run.names.out_name_con0, managerForNoCard, layout.anyWidth());
     });
     std::exception_ptr logOrderFailure;
+    std::optional<CardMarkCounts> counts;
     try {
-        reduceFile(ctx.run.names.out_name_ham0, managerForNoCard, layout.anyWidth());
+        counts = reduceFile(ctx.run.names.out_name_ham0, managerForNoCard, layout.anyWidth());
     } catch (...) {
         logOrderFailure = std::current_exception();
     }
@@ -288,6 +305,7 @@ void count_No_QSL_MNG(RunContext& ctx, const RemarkLayout& layout)
     if (logOrderFailure) {
         std::rethrow_exception(logOrderFailure);
     }
+    return counts;
 }
 
 void makeFinalFiles(RunContext& ctx, const RemarkLayout& layout, const std::string& lastMode)

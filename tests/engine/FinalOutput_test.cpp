@@ -8,6 +8,7 @@
 #include <algorithm>
 #include <functional>
 #include <gtest/gtest.h>
+#include <optional>
 
 using namespace vornhale;
 using engine::ResultRecord;
@@ -42,6 +43,18 @@ struct Final : test::RunFixture
         }
         w.close();
     }
+    // Counts the reduced log-order file, and holds the counts that the reduction took, where it
+    // took them, to what the count reads.
+    std::string countAndCompare(const std::optional<engine::CardMarkCounts>& counted)
+    {
+        const std::string lastMode = engine::count_No_QSL_MNG_2(*c);
+        if (counted) {
+            EXPECT_EQ(counted->noCard, c->run.counters.no_qsl_kazu);
+            EXPECT_EQ(counted->manager, c->run.counters.m_kazu);
+            EXPECT_EQ(counted->lastMode, lastMode);
+        }
+        return lastMode;
+    }
     // Both result files hold the same records; returns (_hn.csv, _cn.csv) records.
     std::pair<std::vector<std::vector<std::string>>, std::vector<std::vector<std::string>>>
     run(const std::vector<ResultRecord>& ham, const std::vector<ResultRecord>& con)
@@ -54,8 +67,8 @@ struct Final : test::RunFixture
         write(c->run.names.out_name_ham0, ham);
         write(c->run.names.out_name_con0, con);
         const auto layout = engine::RemarkLayout::fromOptions(options);
-        engine::count_No_QSL_MNG(*c, layout);
-        const std::string lastMode = engine::count_No_QSL_MNG_2(*c);
+        const auto counted = engine::count_No_QSL_MNG(*c, layout);
+        const std::string lastMode = countAndCompare(counted);
         engine::makeFinalFiles(*c, layout, lastMode);
         return {records(c->run.names.out_name_ham_n, 15), records(c->run.names.out_name_con_n, 15)};
     }
@@ -71,8 +84,8 @@ struct Final : test::RunFixture
         test::writeBytes(c->run.names.out_name_ham0, ham);
         test::writeBytes(c->run.names.out_name_con0, con);
         const auto layout = engine::RemarkLayout::fromOptions(options);
-        engine::count_No_QSL_MNG(*c, layout);
-        const std::string lastMode = engine::count_No_QSL_MNG_2(*c);
+        const auto counted = engine::count_No_QSL_MNG(*c, layout);
+        const std::string lastMode = countAndCompare(counted);
         engine::makeFinalFiles(*c, layout, lastMode);
         std::vector<std::string> out;
         for (const char* name : {"LOG_hn.csv", "LOG_cn.csv", "LOG_h.csv", "LOG_c.csv"}) {
@@ -363,4 +376,49 @@ TEST(FinalOutput, FailuresOfTheTwoResultsAreToldInTheOrderOfTheirPasses)
     EXPECT_EQ(failureNumber([&] { engine::makeFinalFiles(*f.c, layout, "CW"); }), 0);
     EXPECT_NE(test::readBytes(f.dir / "LOG_hn.csv"), "old h\r\n");
     EXPECT_EQ(test::readBytes(f.dir / "LOG_hn.csv"), test::readBytes(f.dir / "LOG_cn.csv"));
+}
+
+// The reduction takes the card-mark counts of the log-order file while every line goes as it
+// stood; the count then reads nothing and tells the same. A line with other than ASCII, or a
+// field outside its quotes, leaves the counting to the read.
+TEST(FinalOutput, TheReductionCountsTheCardMarksWhileEveryLineStaysAsItStood)
+{
+    Final f;
+    f.c = &f.context(f.options);
+    auto& run = f.c->run;
+    run.in_name = (f.dir / "LOG.ALL").string();
+    run.names = readers::OutputNames::of(run.in_name);
+    const auto layout = engine::RemarkLayout::fromOptions(f.options);
+    auto last = result("JA1ABC", "M* ");
+    last.mode = "SSB";
+    const std::vector<ResultRecord> records{result("K1XX", "N  "), result("W1AW", "N  "),
+                                            result("DL1AA"), last};
+    f.write(run.names.out_name_ham0, records);
+    f.write(run.names.out_name_con0, records);
+    const auto counted = engine::count_No_QSL_MNG(*f.c, layout);
+    ASSERT_TRUE(counted.has_value());
+    EXPECT_EQ(counted->noCard, 2);
+    EXPECT_EQ(counted->manager, 1);
+    EXPECT_EQ(counted->lastMode, "SSB");
+    // Told without the file.
+    std::filesystem::remove(run.names.out_name_ham0);
+    EXPECT_EQ(engine::count_No_QSL_MNG_2(*f.c, counted), "SSB");
+    EXPECT_EQ(run.counters.no_qsl_kazu, 2);
+    EXPECT_EQ(run.counters.m_kazu, 1);
+
+    auto named = result("JA2XYZ", "N  ");
+    named.q_name = "山田";
+    f.write(run.names.out_name_ham0, {records[0], named, records[3]});
+    f.write(run.names.out_name_con0, records);
+    EXPECT_FALSE(engine::count_No_QSL_MNG(*f.c, layout).has_value());
+    EXPECT_EQ(f.countAndCompare(std::nullopt), "SSB");
+    EXPECT_EQ(run.counters.no_qsl_kazu, 2);
+
+    const std::string quoted = text::formatRecord(records[0].fields());
+    test::writeBytes(run.names.out_name_ham0,
+                     quoted + "\r\n" + "JA3ABC," + quoted.substr(quoted.find(',') + 1) + "\r\n");
+    f.write(run.names.out_name_con0, records);
+    EXPECT_FALSE(engine::count_No_QSL_MNG(*f.c, layout).has_value());
+    EXPECT_EQ(f.countAndCompare(std::nullopt), "CW");
+    EXPECT_EQ(run.counters.no_qsl_kazu, 2);
 }
