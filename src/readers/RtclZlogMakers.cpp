@@ -31,6 +31,8 @@ std::string trimmed(std::string_view s)
     return std::string(text::trim(s));
 }
 
+using ZlogParts = BasicZlogParts<std::string>;
+
 // The `.TXT` form as the `.TXT` reader takes its columns: month 1, day 5, time 8, call 13,
 // sent report 24, received report 37, received number 40, band 58, mode 64, points 68,
 // memo 73.

@@ -38,7 +38,7 @@ std::string rtclAllLine(const std::vector<std::string>& record, std::string& mod
 /// takes its columns.
 std::string rtclTxtLine(const std::vector<std::string>& record, std::string& mode);
 
-/// What a line of either zLog form is made of: texts of its own (`ZlogParts`), or views.
+/// What a line of either zLog form is made of: texts of its own, or views.
 template <typename Text> struct BasicZlogParts
 {
     Text date; ///< yyyy/mm/dd
@@ -46,8 +46,6 @@ template <typename Text> struct BasicZlogParts
     Text call, sentRst, sentNr, rcvdRst, rcvdNr, multi1, multi2, band, mode, points, memo;
     bool wideMode = false; ///< the PSK modes take one column more
 };
-using ZlogParts = BasicZlogParts<std::string>;
-
 /// The parts of a line of the decoder's working text: views of the record's fields and of the
 /// texts made of them, which it keeps (their room kept from record to record).
 struct RtclRecordParts
