@@ -43,6 +43,16 @@ struct Final : test::RunFixture
         }
         w.close();
     }
+    // A run on LOG.ALL in the fixture's folder, with the sent marks "J" and "*".
+    engine::RunContext& start()
+    {
+        c = &context(options);
+        c->run.in_name = (dir / "LOG.ALL").string();
+        c->run.names = readers::OutputNames::of(c->run.in_name);
+        c->run.QSL_Q = "J";
+        c->run.QSL_S = "*";
+        return *c;
+    }
     // Counts the reduced log-order file, and holds the counts that the reduction took, where it
     // took them, to what the count reads.
     std::string countAndCompare(const std::optional<engine::CardMarkCounts>& counted)
@@ -59,11 +69,7 @@ struct Final : test::RunFixture
     std::pair<std::vector<std::vector<std::string>>, std::vector<std::vector<std::string>>>
     run(const std::vector<ResultRecord>& ham, const std::vector<ResultRecord>& con)
     {
-        c = &context(options);
-        c->run.in_name = (dir / "LOG.ALL").string();
-        c->run.names = readers::OutputNames::of(c->run.in_name);
-        c->run.QSL_Q = "J";
-        c->run.QSL_S = "*";
+        start();
         write(c->run.names.out_name_ham0, ham);
         write(c->run.names.out_name_con0, con);
         const auto layout = engine::RemarkLayout::fromOptions(options);
@@ -76,11 +82,7 @@ struct Final : test::RunFixture
     // `_h.csv` and `_c.csv`.
     std::vector<std::string> runBytes(const std::string& ham, const std::string& con)
     {
-        c = &context(options);
-        c->run.in_name = (dir / "LOG.ALL").string();
-        c->run.names = readers::OutputNames::of(c->run.in_name);
-        c->run.QSL_Q = "J";
-        c->run.QSL_S = "*";
+        start();
         test::writeBytes(c->run.names.out_name_ham0, ham);
         test::writeBytes(c->run.names.out_name_con0, con);
         const auto layout = engine::RemarkLayout::fromOptions(options);
@@ -331,12 +333,7 @@ int failureNumber(const std::function<void()>& action)
 TEST(FinalOutput, FailuresOfTheTwoResultsAreToldInTheOrderOfTheirPasses)
 {
     Final f;
-    f.c = &f.context(f.options);
-    auto& run = f.c->run;
-    run.in_name = (f.dir / "LOG.ALL").string();
-    run.names = readers::OutputNames::of(run.in_name);
-    run.QSL_Q = "J";
-    run.QSL_S = "*";
+    auto& run = f.start().run;
     const auto layout = engine::RemarkLayout::fromOptions(f.options);
     const std::string whole = text::formatRecord(result("JA1ABC").fields()) + "\r\n";
     const std::string cut = "\"JA1ABC\",\"\",\"26/11/22\"\r\n";
@@ -384,10 +381,7 @@ TEST(FinalOutput, FailuresOfTheTwoResultsAreToldInTheOrderOfTheirPasses)
 TEST(FinalOutput, TheReductionCountsTheCardMarksWhileEveryLineStaysAsItStood)
 {
     Final f;
-    f.c = &f.context(f.options);
-    auto& run = f.c->run;
-    run.in_name = (f.dir / "LOG.ALL").string();
-    run.names = readers::OutputNames::of(run.in_name);
+    auto& run = f.start().run;
     const auto layout = engine::RemarkLayout::fromOptions(f.options);
     auto last = result("JA1ABC", "M* ");
     last.mode = "SSB";
