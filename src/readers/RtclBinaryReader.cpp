@@ -1,5 +1,6 @@
 #include "readers/RtclBinaryReader.h"
 
+#include "base/WorkingFiles.h"
 #include "failure/Failure.h"
 #include "readers/RtclZlogMakers.h"
 #include "readers/ZlogTextReader.h"
@@ -105,16 +106,16 @@ bool plainTexts(std::string_view r, const Layout& l)
     return other == 0;
 }
 
-// A text field of a record into `out`: the record's bytes when ASCII, else their decoded form
-// kept in `room`.
+// A text field of a record into `out`: the record's bytes when all its texts are ASCII, else
+// the field's decoded form kept in `room`.
 void field(std::string_view& out, std::string& room, std::string_view r, std::size_t offset,
            std::size_t size, bool ascii)
 {
     const std::string_view bytes = r.substr(offset, size);
-    if (ascii || text::isAsciiText(bytes)) {
+    if (ascii) {
         out = bytes;
     } else {
-        room = text::decodeSjis(bytes);
+        text::decodeSjisInto(room, bytes);
         out = room;
     }
 }
@@ -317,7 +318,6 @@ class RecordDecoder
 {
 public:
     explicit RecordDecoder(InputKind kind) : m_kind(kind) {}
-    RecordDecoder(RecordDecoder&&) = default;
 
     // The fields of the next record, good until the next call; null for QTC traffic, which is
     // no contact.
@@ -504,7 +504,7 @@ void RtclBinaryReader::read(const ReaderContext& ctx)
         ctx.trace.line(kMakeRtclAllTrace);
     } else {
         make_rtcl_log_to_zlog_all(ctx);
-        allText = ctx.work("zlog_01.txt").string();
+        allText = ctx.work(base::working::zlog_01).string();
     }
 
     // `a_2_t` reads the working text and puts the operator's path back when it ends.

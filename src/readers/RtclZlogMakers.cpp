@@ -1,5 +1,6 @@
 #include "readers/RtclZlogMakers.h"
 
+#include "base/WorkingFiles.h"
 #include "failure/Failure.h"
 #include "readers/RtclBinaryReader.h"
 #include "readers/RtclTextReader.h"
@@ -36,7 +37,7 @@ using ZlogParts = BasicZlogParts<std::string>;
 // The `.TXT` form as the `.TXT` reader takes its columns: month 1, day 5, time 8, call 13,
 // sent report 24, received report 37, received number 40, band 58, mode 64, points 68,
 // memo 73.
-std::string txtLine(const ZlogParts& p)
+template <typename Text> std::string txtLine(const BasicZlogParts<Text>& p)
 {
     std::string out = right("0" + trimmed(mid(p.date, 6, 2)), 2) + "  ";
     out += right("0" + trimmed(mid(p.date, 9, 2)), 2) + " ";
@@ -138,30 +139,11 @@ void binaryPartsInto(RtclRecordParts& p, std::span<const std::string_view> r, st
     v.memo = p.memo;
 }
 
-ZlogParts binaryParts(const std::vector<std::string>& r, std::string& mode)
+// The parts of a record given as texts of its own, into `p`.
+void binaryPartsInto(RtclRecordParts& p, const std::vector<std::string>& r, std::string& mode)
 {
     const std::vector<std::string_view> views(r.begin(), r.end());
-    RtclRecordParts parts;
-    binaryPartsInto(parts, views, mode);
-    const BasicZlogParts<std::string_view>& v = parts.view;
-    ZlogParts p;
-    for (auto [to, from] : {std::pair{&p.date, v.date},
-                            {&p.time, v.time},
-                            {&p.call, v.call},
-                            {&p.sentRst, v.sentRst},
-                            {&p.sentNr, v.sentNr},
-                            {&p.rcvdRst, v.rcvdRst},
-                            {&p.rcvdNr, v.rcvdNr},
-                            {&p.multi1, v.multi1},
-                            {&p.multi2, v.multi2},
-                            {&p.band, v.band},
-                            {&p.mode, v.mode},
-                            {&p.points, v.points},
-                            {&p.memo, v.memo}}) {
-        to->assign(from);
-    }
-    p.wideMode = v.wideMode;
-    return p;
+    binaryPartsInto(p, views, mode);
 }
 
 // The `.ALL` line of a binary record's parts, into `out`.
@@ -305,9 +287,8 @@ std::string l2zCaption(std::string_view in_name, std::string_view suffix)
 
 std::string rtclAllLine(const std::vector<std::string>& record, std::string& mode)
 {
-    const std::vector<std::string_view> views(record.begin(), record.end());
     RtclRecordParts parts;
-    binaryPartsInto(parts, views, mode);
+    binaryPartsInto(parts, record, mode);
     std::string out;
     binaryAllLineInto(out, parts.view);
     return out;
@@ -315,11 +296,12 @@ std::string rtclAllLine(const std::vector<std::string>& record, std::string& mod
 
 std::string rtclTxtLine(const std::vector<std::string>& record, std::string& mode)
 {
-    ZlogParts p = binaryParts(record, mode);
-    if (p.multi1 == "-") {
-        p.multi1.clear(); // the .TXT form leaves an old multiplier blank
+    RtclRecordParts parts;
+    binaryPartsInto(parts, record, mode);
+    if (parts.view.multi1 == "-") {
+        parts.view.multi1 = {}; // the .TXT form leaves an old multiplier blank
     }
-    return txtLine(p);
+    return txtLine(parts.view);
 }
 
 const std::string& RtclAllLines::of(std::span<const std::string_view> record)
@@ -353,7 +335,7 @@ std::string make_rtcl_log_to_zlog_all(const ReaderContext& ctx)
 {
     ctx.trace.line(kMakeRtclAllTrace);
     const std::string beside = rtclOutputName(ctx.run.in_name, "_log2a.all");
-    const fs::path workPath = ctx.work("zlog_01.txt");
+    const fs::path workPath = ctx.work(base::working::zlog_01);
     text::RecordBytes in(ctx.work(kRtclTmp));
     text::LineWriter work(workPath);
     text::LineWriter out(beside, text::LineWriter::Mode::ReplaceWhenDone);

@@ -101,26 +101,24 @@ std::size_t readFromStart(std::FILE* file, char* into, std::size_t size)
     // Below this a second thread costs more than it saves.
     constexpr std::size_t kInTwoFrom = std::size_t{4} << 20;
     const int fd = ::fileno(file);
-    std::size_t got = 0;
-    if (size < kInTwoFrom) {
-        got = readAt(fd, into, size, 0);
-    } else {
-        const std::size_t half = size / 2;
-        std::future<std::size_t> back;
+    const std::size_t half = size / 2;
+    std::future<std::size_t> back;
+    if (size >= kInTwoFrom) {
         try {
             back = std::async(std::launch::async,
                               [=] { return readAt(fd, into + half, size - half, half); });
         } catch (const std::system_error&) {
             // No thread to be had: one read does it all.
         }
-        if (back.valid()) {
-            const std::size_t front = readAt(fd, into, half, 0);
-            const std::size_t rest = back.get();
-            // A file that shrank meanwhile ends where the front half ended short.
-            got = front < half ? front : half + rest;
-        } else {
-            got = readAt(fd, into, size, 0);
-        }
+    }
+    std::size_t got = 0;
+    if (back.valid()) {
+        const std::size_t front = readAt(fd, into, half, 0);
+        const std::size_t rest = back.get();
+        // A file that shrank meanwhile ends where the front half ended short.
+        got = front < half ? front : half + rest;
+    } else {
+        got = readAt(fd, into, size, 0);
     }
     std::fseek(file, static_cast<long>(got), SEEK_SET);
     return got;
