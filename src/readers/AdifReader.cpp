@@ -789,7 +789,7 @@ void AdifValues::fill(base::QsoLine& q) const
 bool FileOpen_adi(InputState& run, const std::filesystem::path& path)
 {
     // The log is the kept input: the count and the conversion share this read.
-    const text::FileBytes bytes = text::FileBytes::copyOf(path);
+    const text::FileBytes bytes = text::FileBytes::read(path);
     bool reports = false;
     for (const std::string_view line : text::splitLines(bytes.view())) {
         reports = text::contains(text::upper(text::decodeSjis(line)), "<RST_SENT:");
@@ -812,7 +812,7 @@ long count_in_name_adi(const ReaderContext& ctx)
     if (run.f_type != "adi") {
         return run.line_count;
     }
-    const text::FileBytes bytes = text::FileBytes::copyOf(run.in_name);
+    const text::FileBytes bytes = text::FileBytes::read(run.in_name);
     long count = 0;
     const std::string_view all = bytes.view();
     const bool ascii = text::isAsciiText(all);

@@ -79,12 +79,11 @@ std::mutex g_sharedMutex;
 SharedRead g_shared;
 
 std::shared_ptr<CabrilloLines> readCabrilloLines(const std::filesystem::path& path,
-                                                 std::shared_ptr<const std::string> kept)
+                                                 std::shared_ptr<const text::FileBytes> kept)
 {
     auto log = std::make_shared<CabrilloLines>();
-    log->source =
-        kept ? std::move(kept) : std::make_shared<const std::string>(text::readFileBytes(path));
-    log->bytes = *log->source;
+    log->source = kept ? std::move(kept) : text::readShared(path);
+    log->bytes = log->source->view();
     log->lines = text::splitLines(log->bytes);
     // A file of ASCII alone decodes to itself line by line; any other is looked at by line.
     log->ascii = text::isAsciiText(log->bytes);
@@ -452,7 +451,7 @@ std::shared_ptr<CabrilloLines> cabrilloLines(const std::filesystem::path& path, 
 {
     const std::optional<base::FileStamp> stamp = base::FileStamp::of(path);
     // The kept input is read again only when it changed.
-    std::shared_ptr<const std::string> kept = text::keptBytesOf(path);
+    std::shared_ptr<const text::FileBytes> kept = text::keptBytesOf(path);
     {
         const std::lock_guard lock(g_sharedMutex);
         const bool sameRead = kept ? g_shared.lines && g_shared.lines->source == kept

@@ -2,6 +2,7 @@
 
 #include "readers/InputKinds.h"
 #include "readers/ReaderContext.h"
+#include "text/FileBytes.h"
 #include "text/LineFile.h"
 
 #include <cstdint>
@@ -51,7 +52,7 @@ std::string cabrilloFrequencyMhz(std::string_view token);
 /// `text::LineReader` splits them, and which of them hold "QSO:".
 struct CabrilloLines
 {
-    std::shared_ptr<const std::string> source; ///< the bytes read, shared with the kept input
+    std::shared_ptr<const text::FileBytes> source; ///< the bytes read, shared with the kept input
     std::string_view bytes;                    ///< the same
     std::vector<std::string_view> lines; ///< every line, views into `bytes` or `decoded`
     std::deque<std::string> decoded;     ///< the lines that are not ASCII, decoded

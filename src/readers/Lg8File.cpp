@@ -134,21 +134,19 @@ bool isVoiceMode(std::string_view mode)
 
 Lg8File Lg8File::read(const std::filesystem::path& path)
 {
-    std::shared_ptr<const std::string> bytes = text::keptBytesOf(path);
-    return of(bytes ? std::move(bytes)
-                    : std::make_shared<const std::string>(text::readFileBytes(path)));
+    return of(text::readShared(path));
 }
 
 Lg8File Lg8File::fromBytes(std::string_view bytes)
 {
-    return of(std::make_shared<const std::string>(bytes));
+    return of(std::make_shared<const text::FileBytes>(text::FileBytes::of(std::string(bytes))));
 }
 
-Lg8File Lg8File::of(std::shared_ptr<const std::string> bytes)
+Lg8File Lg8File::of(std::shared_ptr<const text::FileBytes> bytes)
 {
     Lg8File log;
     log.m_bytes = std::move(bytes);
-    const std::string_view b = *log.m_bytes;
+    const std::string_view b = log.m_bytes->view();
     std::uint32_t count = 0;
     std::size_t at = firstRecord(b, count);
     if (at == 0) {
@@ -175,7 +173,7 @@ Lg8File Lg8File::of(std::shared_ptr<const std::string> bytes)
 
 Lg8Qso Lg8File::qso(std::size_t i) const
 {
-    return decodeRecord(std::string_view(*m_bytes).substr(m_starts.at(i), kRecordSize));
+    return decodeRecord(m_bytes->view().substr(m_starts.at(i), kRecordSize));
 }
 
 std::string_view lg8ModeName(std::uint8_t index)

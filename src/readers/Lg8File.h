@@ -1,5 +1,7 @@
 #pragma once
 
+#include "text/FileBytes.h"
+
 #include <cstdint>
 #include <filesystem>
 #include <memory>
@@ -43,9 +45,9 @@ public:
     Lg8Qso qso(std::size_t i) const;
 
 private:
-    static Lg8File of(std::shared_ptr<const std::string> bytes);
+    static Lg8File of(std::shared_ptr<const text::FileBytes> bytes);
 
-    std::shared_ptr<const std::string> m_bytes;
+    std::shared_ptr<const text::FileBytes> m_bytes;
     std::vector<std::size_t> m_starts; ///< where each record starts in `m_bytes`
 };
 

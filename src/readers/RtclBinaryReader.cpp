@@ -472,7 +472,7 @@ OpenResult RtclBinaryReader::open(const ReaderContext& ctx, const std::filesyste
     InputState& run = ctx.run;
     // The menu names the generation before the file is looked at.
     run.setKind(m_kind);
-    const text::FileBytes bytes = text::FileBytes::copyOf(path);
+    const text::FileBytes bytes = text::FileBytes::read(path);
     const std::string_view problem = rtclVersionProblem(bytes.view(), m_kind);
     if (!problem.empty()) {
         ctx.dialogs.message("Vornhale", run.in_name + std::string(problem),
@@ -495,7 +495,7 @@ void RtclBinaryReader::read(const ReaderContext& ctx)
     // The text beside the log must not be the log itself: found out before anything is written.
     const std::string beside = rtclOutputName(run.in_name, "_log2a.all");
     ctx.observer.status("  入力ファイル読み込み中", base::Colour::Green);
-    const bool allMade = decodeRtclLogWithAll(text::FileBytes::copyOf(run.in_name).view(), m_kind,
+    const bool allMade = decodeRtclLogWithAll(text::FileBytes::read(run.in_name).view(), m_kind,
                                               ctx.work("rtcl_tmp.txt"), beside);
     // The log is read no more: the texts made of it follow.
     text::keepReadsOf({});

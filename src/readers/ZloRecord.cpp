@@ -98,23 +98,18 @@ long zloRecordCount(std::uintmax_t bytes)
     return static_cast<long>(n);
 }
 
-ZloFile::ZloFile() : m_bytes(std::make_shared<const std::string>()) {}
+ZloFile::ZloFile() : m_bytes(std::make_shared<const text::FileBytes>(text::FileBytes::of({}))) {}
 
-ZloFile::ZloFile(const std::filesystem::path& path) : m_bytes(text::keptBytesOf(path))
-{
-    if (m_bytes == nullptr) {
-        m_bytes = std::make_shared<const std::string>(text::readFileBytes(path));
-    }
-}
+ZloFile::ZloFile(const std::filesystem::path& path) : m_bytes(text::readShared(path)) {}
 
 ZloFile ZloFile::fromBytes(std::string bytes)
 {
     ZloFile f;
-    f.m_bytes = std::make_shared<const std::string>(std::move(bytes));
+    f.m_bytes = std::make_shared<const text::FileBytes>(text::FileBytes::of(std::move(bytes)));
     return f;
 }
 
-ZloFile ZloFile::ofZlox(std::shared_ptr<const std::string> bytes)
+ZloFile ZloFile::ofZlox(std::shared_ptr<const text::FileBytes> bytes)
 {
     ZloFile f;
     f.m_bytes = std::move(bytes);
@@ -143,12 +138,12 @@ ZloRecord ZloFile::record(long n) const
 
 const std::uint8_t* ZloFile::recordAt(long n, ZloRecord& spare) const
 {
-    const std::string& bytes = *m_bytes;
+    const std::string_view bytes = m_bytes->view();
     const std::size_t size = recordSize();
     const std::size_t start = static_cast<std::size_t>(n - 1) * size;
     if (n >= 1 && static_cast<std::size_t>(n) <= bytes.size() / size) {
         if (m_zlox) {
-            zloRecordOfZlox(std::string_view(bytes).substr(start, size), n == 1, spare.data());
+            zloRecordOfZlox(bytes.substr(start, size), n == 1, spare.data());
             return spare.data();
         }
         return reinterpret_cast<const std::uint8_t*>(bytes.data()) + start;
@@ -165,7 +160,7 @@ std::string ZloFile::callAt(long n, std::uint8_t& length) const
 {
     // The call stands where a `.ZLO` record has it in either form, so it is read in place.
     ZloRecord spare;
-    const std::string& bytes = *m_bytes;
+    const std::string_view bytes = m_bytes->view();
     const std::uint8_t* r = nullptr;
     if (m_zlox && n >= 2 && n <= count()) {
         r = reinterpret_cast<const std::uint8_t*>(bytes.data()) +

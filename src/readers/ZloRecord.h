@@ -1,5 +1,7 @@
 #pragma once
 
+#include "text/FileBytes.h"
+
 #include <array>
 #include <cstddef>
 #include <cstdint>
@@ -33,7 +35,7 @@ public:
     static ZloFile fromBytes(std::string bytes);
     /// The bytes of a `.ZLOX` log, each of its records read as the `.ZLO` record that zLog
     /// would have written for it (see `zloRecordOfZlox`), with current zLog's modes.
-    static ZloFile ofZlox(std::shared_ptr<const std::string> bytes);
+    static ZloFile ofZlox(std::shared_ptr<const text::FileBytes> bytes);
 
     /// The mode table of the zLog that wrote the records.
     ZloModes modes() const { return m_zlox ? ZloModes::Current : ZloModes::Classic; }
@@ -50,12 +52,12 @@ public:
     std::string callAt(long n, std::uint8_t& length) const;
 
     /// The bytes of the whole file, and the size of one of its records in them.
-    std::string_view bytes() const { return *m_bytes; }
+    std::string_view bytes() const { return m_bytes->view(); }
     std::size_t recordSize() const;
 
 private:
     ZloFile();
-    std::shared_ptr<const std::string> m_bytes;
+    std::shared_ptr<const text::FileBytes> m_bytes;
     bool m_zlox = false;
 };
 

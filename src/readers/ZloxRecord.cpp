@@ -139,16 +139,13 @@ void zloRecordOfZlox(std::string_view record, bool header, std::uint8_t* out)
 
 ZloFile zloOfZlox(std::string_view bytes)
 {
-    return ZloFile::ofZlox(std::make_shared<const std::string>(bytes));
+    return ZloFile::ofZlox(
+        std::make_shared<const text::FileBytes>(text::FileBytes::of(std::string(bytes))));
 }
 
 ZloFile readZloxFile(const std::filesystem::path& path)
 {
-    std::shared_ptr<const std::string> bytes = text::keptBytesOf(path);
-    if (bytes == nullptr) {
-        bytes = std::make_shared<const std::string>(text::readFileBytes(path));
-    }
-    return ZloFile::ofZlox(std::move(bytes));
+    return ZloFile::ofZlox(text::readShared(path));
 }
 
 } // namespace vornhale::readers

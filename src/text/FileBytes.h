@@ -18,16 +18,25 @@ namespace vornhale::text {
 /// is only for files that the program replaces by writing a new file and renaming it, never by
 /// writing over them, and that no other program writes.
 ///
-/// Any other file (the operator's log, masters, lists) is copied into memory by `copyOf`.
+/// Any other file (masters, lists) is copied into memory by `read`. The operator's log, kept
+/// for the run (see `keepReadsOf`), is mapped too, under a guard against its being cut short
+/// by the logging program while it is read (see `guardMapping`): a copy would cost as much
+/// fresh memory as the log is long, and fresh memory is the dearest part of reading a log.
 class FileBytes
 {
 public:
     /// Maps a file of the program's own; one that cannot be mapped is copied instead. Throws
     /// Failure 53 when the file cannot be opened, as `readFileBytes` does.
     explicit FileBytes(const std::filesystem::path& path);
-    /// Copies the file into memory. The kept input (see `keepReadsOf`) is read once and its
-    /// bytes shared for as long as the file stays as it was. Throws as `readFileBytes` does.
-    static FileBytes copyOf(const std::filesystem::path& path);
+    /// The bytes of a file from outside the program. The kept input is read once and its
+    /// bytes shared for as long as the file stays as it was; any other file is copied into
+    /// memory. Throws as `readFileBytes` does.
+    static FileBytes read(const std::filesystem::path& path);
+    /// The bytes of a file from outside the program, mapped under the guard where it can be
+    /// and copied where not. Throws as `readFileBytes` does.
+    static FileBytes mapGuarded(const std::filesystem::path& path);
+    /// Bytes held in memory, as though read from a file.
+    static FileBytes of(std::string bytes);
 
     ~FileBytes();
     FileBytes(FileBytes&& other) noexcept;
@@ -44,14 +53,17 @@ public:
     std::size_t size() const { return m_size; }
 
 private:
-    explicit FileBytes(std::shared_ptr<const std::string> held);
+    FileBytes() = default;
+    FileBytes(std::shared_ptr<const void> owner, std::string_view bytes);
     void release() noexcept;
 
     const char* m_data = "";
     std::size_t m_size = 0;
     void* m_mapping = nullptr;
-    // Shared, so that the bytes never move while a view of them is in use.
-    std::shared_ptr<const std::string> m_held;
+    int m_guard = -1;
+    // What holds the bytes when they are not this object's own mapping (a string, or the kept
+    // input's bytes), shared, so that they never move while a view of them is in use.
+    std::shared_ptr<const void> m_owner;
 };
 
 /// The part of a file that a reader reading from start to end has read, given back to the
@@ -89,17 +101,21 @@ void preferLargePages(void* data, std::size_t size);
 std::size_t readFromStart(std::FILE* file, char* into, std::size_t size);
 
 /// Makes `path` the kept input: the log a run reads several times (to tell its kind, to count
-/// and analyse it, to convert it). `FileBytes::copyOf` then reads it once and shares those
-/// bytes while its size, times and identity stay as they were; `Count_lines` counts them when
-/// they are there. An empty path keeps nothing and lets the kept bytes go.
+/// and analyse it, to convert it). `FileBytes::read` then maps it once and shares those bytes
+/// while its size, times and identity stay as they were; `Count_lines` counts them when they
+/// are there. An empty path keeps nothing and lets the kept bytes go.
 void keepReadsOf(const std::filesystem::path& path);
 
 /// The bytes of `path` when it is the kept input, read now or shared from before; null for any
 /// other file. Throws as `readFileBytes` does when the kept input cannot be read.
-std::shared_ptr<const std::string> keptBytesOf(const std::filesystem::path& path);
+std::shared_ptr<const FileBytes> keptBytesOf(const std::filesystem::path& path);
 
 /// The bytes of `path` when it is the kept input and was read already, unchanged since; null
 /// otherwise. Never reads.
-std::shared_ptr<const std::string> keptBytesIfRead(const std::filesystem::path& path);
+std::shared_ptr<const FileBytes> keptBytesIfRead(const std::filesystem::path& path);
+
+/// The bytes of a file from outside the program as `FileBytes::read` gives them, to be shared
+/// by those who read them.
+std::shared_ptr<const FileBytes> readShared(const std::filesystem::path& path);
 
 } // namespace vornhale::text

@@ -1,3 +1,4 @@
+#include "text/CutFileGuard.h"
 #include "text/FileBytes.h"
 #include "text/LineFile.h"
 
@@ -53,7 +54,7 @@ struct KeptInput
     std::mutex mutex;
     std::filesystem::path path;
     Stamp stamp;
-    std::shared_ptr<const std::string> bytes;
+    std::shared_ptr<const FileBytes> bytes;
 };
 
 KeptInput& kept()
@@ -134,7 +135,7 @@ void keepReadsOf(const std::filesystem::path& path)
     }
 }
 
-std::shared_ptr<const std::string> keptBytesOf(const std::filesystem::path& path)
+std::shared_ptr<const FileBytes> keptBytesOf(const std::filesystem::path& path)
 {
     KeptInput& k = kept();
     const std::lock_guard lock(k.mutex);
@@ -150,7 +151,7 @@ std::shared_ptr<const std::string> keptBytesOf(const std::filesystem::path& path
     // card's) cannot tell two writes in one second apart: such a file is never kept.
     k.bytes.reset();
     const bool stamped = stampOf(path, now) && now.modified.tv_nsec != 0;
-    auto bytes = std::make_shared<const std::string>(readFileBytes(path));
+    auto bytes = std::make_shared<const FileBytes>(FileBytes::mapGuarded(path));
     if (stamped) {
         k.stamp = now;
         k.bytes = bytes;
@@ -158,7 +159,7 @@ std::shared_ptr<const std::string> keptBytesOf(const std::filesystem::path& path
     return bytes;
 }
 
-std::shared_ptr<const std::string> keptBytesIfRead(const std::filesystem::path& path)
+std::shared_ptr<const FileBytes> keptBytesIfRead(const std::filesystem::path& path)
 {
     KeptInput& k = kept();
     const std::lock_guard lock(k.mutex);
@@ -183,41 +184,88 @@ void FileBytes::releaseRange(std::size_t from, std::size_t to) const
     }
 }
 
+namespace {
+
+// A read-only mapping of the whole of `fd`, or null where the file is no regular file, is too
+// small to be worth one or cannot be mapped.
+void* mapWhole(int fd, std::size_t& size)
+{
+    struct stat st
+    {
+    };
+    if (::fstat(fd, &st) != 0 || !S_ISREG(st.st_mode) ||
+        static_cast<std::size_t>(st.st_size) < kSmallestMapped) {
+        return nullptr;
+    }
+    size = static_cast<std::size_t>(st.st_size);
+    void* const map = ::mmap(nullptr, size, PROT_READ, MAP_PRIVATE, fd, 0);
+    return map == MAP_FAILED ? nullptr : map;
+}
+
+} // namespace
+
 FileBytes::FileBytes(const std::filesystem::path& path)
 {
     const int fd = ::open(path.c_str(), O_RDONLY | O_CLOEXEC);
     if (fd >= 0) {
-        struct stat st {};
-        if (::fstat(fd, &st) == 0 && S_ISREG(st.st_mode) &&
-            static_cast<std::size_t>(st.st_size) >= kSmallestMapped) {
-            const auto size = static_cast<std::size_t>(st.st_size);
-            void* const map = ::mmap(nullptr, size, PROT_READ, MAP_PRIVATE, fd, 0);
-            if (map != MAP_FAILED) {
-                m_mapping = map;
-                m_data = static_cast<const char*>(map);
-                m_size = size;
-            }
-        }
+        m_mapping = mapWhole(fd, m_size);
         ::close(fd);
         if (m_mapping != nullptr) {
+            m_data = static_cast<const char*>(m_mapping);
             return;
         }
+        m_size = 0;
     }
     // Small files, folders, pipes and anything that cannot be mapped: read, with the failures
     // of a read.
-    *this = FileBytes(std::make_shared<const std::string>(readFileBytes(path)));
+    *this = of(readFileBytes(path));
 }
 
-FileBytes FileBytes::copyOf(const std::filesystem::path& path)
+FileBytes FileBytes::mapGuarded(const std::filesystem::path& path)
+{
+    const int fd = ::open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK);
+    if (fd >= 0) {
+        FileBytes mapped;
+        mapped.m_mapping = mapWhole(fd, mapped.m_size);
+        ::close(fd);
+        if (mapped.m_mapping != nullptr) {
+            mapped.m_guard = guardMapping(mapped.m_mapping, mapped.m_size);
+            if (mapped.m_guard >= 0) {
+                mapped.m_data = static_cast<const char*>(mapped.m_mapping);
+                return mapped;
+            }
+        }
+        // Unguarded, the mapping goes; `mapped` lets it go as it ends.
+    }
+    return of(readFileBytes(path));
+}
+
+FileBytes FileBytes::read(const std::filesystem::path& path)
 {
     if (auto shared = keptBytesOf(path)) {
-        return FileBytes(std::move(shared));
+        const std::string_view bytes = shared->view();
+        return FileBytes(std::move(shared), bytes);
     }
-    return FileBytes(std::make_shared<const std::string>(readFileBytes(path)));
+    return of(readFileBytes(path));
 }
 
-FileBytes::FileBytes(std::shared_ptr<const std::string> held)
-    : m_data(held->data()), m_size(held->size()), m_held(std::move(held))
+FileBytes FileBytes::of(std::string bytes)
+{
+    auto held = std::make_shared<const std::string>(std::move(bytes));
+    const std::string_view view = *held;
+    return FileBytes(std::move(held), view);
+}
+
+std::shared_ptr<const FileBytes> readShared(const std::filesystem::path& path)
+{
+    if (auto shared = keptBytesOf(path)) {
+        return shared;
+    }
+    return std::make_shared<const FileBytes>(FileBytes::of(readFileBytes(path)));
+}
+
+FileBytes::FileBytes(std::shared_ptr<const void> owner, std::string_view bytes)
+    : m_data(bytes.data()), m_size(bytes.size()), m_owner(std::move(owner))
 {
 }
 
@@ -236,7 +284,8 @@ FileBytes& FileBytes::operator=(FileBytes&& other) noexcept
     if (this != &other) {
         release();
         m_mapping = std::exchange(other.m_mapping, nullptr);
-        m_held = std::move(other.m_held);
+        m_guard = std::exchange(other.m_guard, -1);
+        m_owner = std::move(other.m_owner);
         m_data = std::exchange(other.m_data, "");
         m_size = std::exchange(other.m_size, 0);
     }
@@ -246,10 +295,12 @@ FileBytes& FileBytes::operator=(FileBytes&& other) noexcept
 void FileBytes::release() noexcept
 {
     if (m_mapping != nullptr) {
+        // The guard ends first: the addresses may be mapped again for something else.
+        unguardMapping(std::exchange(m_guard, -1));
         ::munmap(m_mapping, m_size);
         m_mapping = nullptr;
     }
-    m_held.reset();
+    m_owner.reset();
 }
 
 } // namespace vornhale::text

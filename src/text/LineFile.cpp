@@ -183,7 +183,7 @@ long Count_lines(const std::filesystem::path& path)
 }
 
 LineReader::LineReader(const std::filesystem::path& path)
-    : m_bytes(std::make_shared<const FileBytes>(FileBytes::copyOf(path)))
+    : m_bytes(std::make_shared<const FileBytes>(FileBytes::read(path)))
 {
 }
 

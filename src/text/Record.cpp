@@ -10,7 +10,7 @@
 namespace vornhale::text {
 
 RecordReader::RecordReader(const std::filesystem::path& path)
-    : m_file(std::make_shared<const FileBytes>(FileBytes::copyOf(path)))
+    : m_file(std::make_shared<const FileBytes>(FileBytes::read(path)))
 {
     // Text of ASCII bytes is read from the file's bytes as they are.
     if (!isAsciiText(m_file->view())) {

@@ -7,7 +7,9 @@
 #include <cstdint>
 #include <cstdio>
 #include <gtest/gtest.h>
+#include <sys/wait.h>
 #include <utility>
+#include <vector>
 
 using namespace vornhale;
 using namespace vornhale::text;
@@ -113,16 +115,16 @@ TEST(FileBytes, TheKeptInputIsReadOnceWhileItStaysAsItWas)
     const auto first = keptBytesOf(dir / "log.ALL");
     EXPECT_EQ(keptBytesIfRead(dir / "log.ALL"), first);
     ASSERT_NE(first, nullptr);
-    EXPECT_EQ(*first, "one\r\ntwo\r\n");
+    EXPECT_EQ(first->view(), "one\r\ntwo\r\n");
     EXPECT_EQ(keptBytesOf(dir / "log.ALL"), first);
-    EXPECT_EQ(FileBytes::copyOf(dir / "log.ALL").data(), first->data());
+    EXPECT_EQ(FileBytes::read(dir / "log.ALL").data(), first->data());
     EXPECT_EQ(keptBytesOf(dir / "other"), nullptr);
     EXPECT_EQ(Count_lines(dir / "log.ALL"), 3);
 
     // Written again, even to the same length: read afresh.
     test::writeBytes(dir / "log.ALL", "ONE\r\nTWO\r\n");
-    EXPECT_EQ(*keptBytesOf(dir / "log.ALL"), "ONE\r\nTWO\r\n");
-    EXPECT_EQ(FileBytes::copyOf(dir / "log.ALL").view(), "ONE\r\nTWO\r\n");
+    EXPECT_EQ(keptBytesOf(dir / "log.ALL")->view(), "ONE\r\nTWO\r\n");
+    EXPECT_EQ(FileBytes::read(dir / "log.ALL").view(), "ONE\r\nTWO\r\n");
     test::writeBytes(dir / "log.ALL", "a\rb\rc");
     EXPECT_EQ(Count_lines(dir / "log.ALL"), 3);
     // Replaced by another file of the same bytes: read afresh as well.
@@ -142,7 +144,7 @@ TEST(FileBytes, TheKeptInputIsReadOnceWhileItStaysAsItWas)
     std::filesystem::remove(dir / "log.ALL");
     EXPECT_EQ(failureOf(dir / "log.ALL"), 53);
     try {
-        FileBytes::copyOf(dir / "log.ALL");
+        FileBytes::read(dir / "log.ALL");
         FAIL();
     } catch (const failure::Failure& f) {
         EXPECT_EQ(f.number(), 53);
@@ -186,7 +188,7 @@ TEST(FileBytes, ALargeFileIsReadWholeIntoLargePagesAndSmallBuffersAreLeftAlone)
     }
     test::writeBytes(dir / "log", bytes);
     EXPECT_EQ(readFileBytes(dir / "log"), bytes);
-    EXPECT_EQ(FileBytes::copyOf(dir / "log").view(), bytes);
+    EXPECT_EQ(FileBytes::read(dir / "log").view(), bytes);
 
     char small[16] = "unchanged";
     preferLargePages(small, sizeof small);
@@ -220,4 +222,75 @@ TEST(FileBytes, APartGivenBackIsReadAgainFromTheFile)
         lines.push_back(reader.nextRaw());
     }
     EXPECT_EQ(lines, splitLines(bytes));
+}
+
+// The logging program may cut the log short while it is read. The pages of the mapping past
+// the new end then read as zero bytes: a reader meets bytes it can refuse, and the program
+// goes on.
+TEST(FileBytes, TheKeptInputCutShortWhileItIsReadReadsAsZerosPastTheCut)
+{
+    test::TempDir dir;
+    const std::string large = largeBytes();
+    test::writeBytes(dir / "log.ALL", large);
+    keepReadsOf(dir / "log.ALL");
+    const auto kept = keptBytesOf(dir / "log.ALL");
+    ASSERT_NE(kept, nullptr);
+    EXPECT_EQ(kept->view(), large);
+
+    constexpr std::size_t kCut = 10'000;
+    std::filesystem::resize_file(dir / "log.ALL", kCut);
+    const std::string_view seen = kept->view();
+    ASSERT_EQ(seen.size(), large.size());
+    EXPECT_EQ(seen.substr(0, kCut), std::string_view(large).substr(0, kCut));
+    EXPECT_EQ(seen.find_first_not_of('\0', kCut), std::string_view::npos);
+    // A reader of the same bytes reads them to their end.
+    LineReader reader(dir / "log.ALL");
+    while (!reader.atEnd()) {
+        reader.nextRaw();
+    }
+    keepReadsOf({});
+}
+
+// Guarded mappings are few; past them a log is copied, and a small one always is.
+TEST(FileBytes, ALogIsCopiedWhereItCannotBeMappedUnderTheGuard)
+{
+    test::TempDir dir;
+    const std::string large = largeBytes();
+    test::writeBytes(dir / "log", large);
+    test::writeBytes(dir / "small", "a\r\n");
+    std::vector<FileBytes> mapped;
+    for (int i = 0; i < 40; ++i) {
+        mapped.push_back(FileBytes::mapGuarded(dir / "log"));
+    }
+    std::filesystem::resize_file(dir / "log", 100);
+    std::size_t cut = 0;
+    for (const FileBytes& bytes : mapped) {
+        ASSERT_EQ(bytes.size(), large.size());
+        // A copy holds the bytes as they were; a mapping reads zeros past the cut.
+        const bool zeros =
+            bytes.view().substr(100).find_first_not_of('\0') == std::string_view::npos;
+        EXPECT_TRUE(zeros || bytes.view() == large);
+        cut += zeros ? 1 : 0;
+    }
+    EXPECT_GT(cut, 0u);
+    EXPECT_LT(cut, mapped.size());
+    EXPECT_EQ(FileBytes::mapGuarded(dir / "small").view(), "a\r\n");
+}
+
+// The guard takes only its own pages: a bus error anywhere else ends the program as before.
+TEST(FileBytes, ABusErrorOutsideTheGuardedMappingsStillEndsTheProgram)
+{
+    GTEST_FLAG_SET(death_test_style, "threadsafe");
+    test::TempDir dir;
+    test::writeBytes(dir / "log", largeBytes());
+    test::writeBytes(dir / "work", largeBytes());
+    EXPECT_EXIT(
+        {
+            const FileBytes guarded = FileBytes::mapGuarded(dir / "log");
+            const FileBytes unguarded(dir / "work");
+            std::filesystem::resize_file(dir / "work", 0);
+            volatile char byte = unguarded.view()[200'000];
+            std::_Exit(byte == 0 ? 0 : 0);
+        },
+        [](int status) { return !(WIFEXITED(status) && WEXITSTATUS(status) == 0); }, "");
 }
