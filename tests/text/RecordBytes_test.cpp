@@ -123,3 +123,27 @@ TEST(RecordBytes, RecordsOfEveryLengthAreReadAsTheTextReaderReadsThem)
     }
     EXPECT_EQ(compareReaders(bytes, 3), asciiRecords);
 }
+
+TEST(RecordBytes, RecordsOfManyShortFieldsAreReadAsTheTextReaderReadsThem)
+{
+    // Thirty-two fields of no byte up to a few: quotes close together, as many to a block of
+    // bytes the reader looks at as it can hold, and a record's last quote at every place of a
+    // block; now and then a byte above ASCII at every place too.
+    std::string bytes;
+    int asciiRecords = 0;
+    for (int record = 0; record < 400; ++record) {
+        const bool withHigh = record % 5 == 4;
+        std::string line;
+        for (int f = 0; f < 32; ++f) {
+            std::string field(
+                static_cast<std::size_t>((record + f * 7) % 4 == 0 ? 0 : (record + f) % 3), 'x');
+            if (withHigh && f == record % 32) {
+                field += "\xB1"; // a half-width kana, one byte above ASCII
+            }
+            line += (f == 0 ? "\"" : ",\"") + field + "\"";
+        }
+        bytes += line + (record % 2 == 0 ? "\r\n" : "\n");
+        asciiRecords += withHigh ? 0 : 1;
+    }
+    EXPECT_EQ(compareReaders(bytes, 32), asciiRecords);
+}
