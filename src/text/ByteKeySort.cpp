@@ -46,6 +46,22 @@ std::uint64_t headOf(std::string_view key)
     return head;
 }
 
+// The order of the keys of two entries whose heads are equal (<0, 0, >0), as their unsigned
+// bytes compare. Equal heads mean equal first eight bytes, where a key's missing bytes count as
+// zeros: two keys of eight bytes or fewer then differ at most in their length, and two longer
+// keys first differ after their eighth byte.
+int orderOfEqualHeads(std::string_view a, std::string_view b)
+{
+    if (a.size() <= 8 && b.size() <= 8) {
+        return a.size() < b.size() ? -1 : (a.size() > b.size() ? 1 : 0);
+    }
+    // string_view compares chars through char_traits<char>, which compares as unsigned char.
+    if (a.size() > 8 && b.size() > 8) {
+        return a.substr(8).compare(b.substr(8));
+    }
+    return a.compare(b);
+}
+
 // Whether `a` goes before `b` in the order of their keys' unsigned bytes. The heads decide
 // unless they are equal: a smaller head means a smaller byte at the first difference, or a
 // key that ends where the other goes on. The places break ties, so the order is stable.
@@ -54,8 +70,7 @@ bool keyBefore(const Entry& a, const Entry& b)
     if (a.head != b.head) {
         return a.head < b.head;
     }
-    // string_view compares chars through char_traits<char>, which compares as unsigned char.
-    const int order = a.key.compare(b.key);
+    const int order = orderOfEqualHeads(a.key, b.key);
     return order != 0 ? order < 0 : a.index < b.index;
 }
 
@@ -144,16 +159,28 @@ void sortLinesByKey(const std::filesystem::path& in, const std::filesystem::path
             if (a.head != b.head) {
                 return a.head > b.head;
             }
-            const int order = a.key.compare(b.key);
+            const int order = orderOfEqualHeads(a.key, b.key);
             return order != 0 ? order > 0 : a.index < b.index;
         });
     } else {
         sortInHalves(entries, keyBefore);
     }
 
+    // The lines go out in their new order, each from wherever it lies in the file: what the
+    // lines ahead need is fetched while earlier ones are copied, so that the copies do not
+    // each wait on memory.
+    constexpr std::size_t kAhead = 8;
     LineWriter writer(out);
-    for (const Entry& e : entries) {
-        writer.writeRaw(lines[e.index]);
+    for (std::size_t i = 0; i < entries.size(); ++i) {
+        if (i + 2 * kAhead < entries.size()) {
+            __builtin_prefetch(&lines[entries[i + 2 * kAhead].index]);
+        }
+        if (i + kAhead < entries.size()) {
+            const std::string_view ahead = lines[entries[i + kAhead].index];
+            __builtin_prefetch(ahead.data());
+            __builtin_prefetch(ahead.data() + ahead.size());
+        }
+        writer.writeRaw(lines[entries[i].index]);
     }
     writer.close();
 }

@@ -61,6 +61,15 @@ TEST(ByteKeySort, AShortLineSortsBeforeLongerOnesItPrefixes)
     EXPECT_EQ(sorted("abc\r\nab\r\n\r\na\r\n", 1, 3, false), "\r\na\r\nab\r\nabc\r\n");
 }
 
+TEST(ByteKeySort, AKeyThatGoesOnInZeroBytesSortsAfterTheKeyItExtends)
+{
+    // Short keys that are alike in their first eight bytes, where a missing byte counts as a
+    // zero: only their lengths tell them apart.
+    const std::string lines("A\0\0\r\nA\r\nA\0\r\n", 12);
+    EXPECT_EQ(sorted(lines, 1, 5, false), std::string("A\r\nA\0\r\nA\0\0\r\n", 12));
+    EXPECT_EQ(sorted(lines, 1, 5, true), std::string("A\0\0\r\nA\0\r\nA\r\n", 12));
+}
+
 TEST(ByteKeySort, OrdersAsAStableSortOfTheKeyBytesDoes)
 {
     // Keys that differ past their eighth byte, keys that are prefixes of others, zero bytes
