@@ -4,6 +4,8 @@
 #include "text/Record.h"
 
 #include <gtest/gtest.h>
+#include <random>
+#include <string>
 
 using namespace vornhale;
 using namespace vornhale::text;
@@ -36,6 +38,31 @@ TEST(Count_lines, CountsACrLfSplitAcrossTheReadBufferOnce)
     bytes += "\r\nyy\r\n";
     test::writeBytes(dir / "big", bytes);
     EXPECT_EQ(Count_lines(dir / "big"), 3);
+}
+
+TEST(Count_lines, CountsEveryMixOfLineEndsWhereverTheyFall)
+{
+    // CRs, LFs and CR LF pairs packed close and far apart, across every place of the blocks the
+    // count looks at and across its read buffer, against a count byte by byte.
+    std::mt19937 random(20261124);
+    test::TempDir dir;
+    for (const std::size_t size :
+         {1, 63, 64, 65, 127, 128, 129, 1000, 65535, 65536, 65537, 200000}) {
+        for (const int spread : {2, 5, 40}) {
+            std::string bytes(size, 'x');
+            for (char& c : bytes) {
+                const auto roll = random() % static_cast<unsigned>(spread);
+                c = roll == 0 ? '\r' : roll == 1 ? '\n' : c;
+            }
+            long expected = 1;
+            for (std::size_t i = 0; i < bytes.size(); ++i) {
+                expected += bytes[i] == '\n' ||
+                            (bytes[i] == '\r' && !(i + 1 < bytes.size() && bytes[i + 1] == '\n'));
+            }
+            test::writeBytes(dir / "mixed", bytes);
+            EXPECT_EQ(Count_lines(dir / "mixed"), expected) << size << " bytes, spread " << spread;
+        }
+    }
 }
 
 TEST(LineFile, AnyLineEndEndsALineAndAFinalOneOpensNoEmptyLine)
