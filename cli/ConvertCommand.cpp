@@ -5,10 +5,11 @@
 #include "ProgramSession.h"
 #include "base/FailurePath.h"
 #include "base/ProgramFolder.h"
-#include "engine/ResultGrid.h"
 #include "base/WorkingFiles.h"
+#include "engine/ResultGrid.h"
 #include "readers/InputKinds.h"
 #include "text/Chars.h"
+#include "text/WriteBehind.h"
 
 #include <iostream>
 #include <memory>
@@ -21,10 +22,11 @@ namespace fs = std::filesystem;
 void removeWorkingFiles(const base::ProgramFolder& folder)
 {
     std::error_code ec;
-    // The masters' working copies go too; the next start makes them again.
+    // The masters' working copies go too; the next start makes them again. The pages of the
+    // large ones are released by the writer thread while the run ends.
     for (const char* name : {base::working::zlog_1, base::working::zlog_2, "cty_dat0.txt",
                              "cty_dat1.txt", "cty_dat3.txt", "ardx_dat.001", "ardx_dat.002"}) {
-        fs::remove(folder.drive_path / name, ec);
+        text::removeBehind(folder.drive_path / name, ec);
     }
 }
 
