@@ -13,11 +13,13 @@ rm -rf "$work" && mkdir -p "$work"
 
 # Every input form at 1,000 to 1,000,000 contacts, converted end to end by vornhale-cli on a
 # fresh program folder, each the best of three runs, seven up to 10,000 contacts (other work
-# on the machine only ever makes a run slower). One table: the figure, its target, pass or fail. Targets: 100,000 contacts in
-# 0.3 s or less with a peak under 100 MB; 1,000,000 within ten times the 100,000 time with
-# 20 % slack (linear growth); Cabrillo and ADIF no slower per contact than zLog .ALL at the
-# same size, timed in turn with the .ALL log so that other work on the machine weighs on both
-# alike. BENCH_SIZES and BENCH_FORMS narrow the run ("1000 10000"; "all cbr").
+# on the machine only ever makes a run slower). One table: the figure, its target, pass or
+# fail. Targets: 100,000 contacts in 0.3 s or less with a peak under 100 MB; 1,000,000 within
+# ten times the 100,000 time with 20 % slack (linear growth); Cabrillo and ADIF no slower per
+# contact than zLog .ALL at the same size, timed in turn with the .ALL log so that other work
+# on the machine weighs on both alike, within 3 %: one same log timed against itself in turn
+# differs by that much (the best of three at 100,000 contacts, the best of seven at 1,000).
+# BENCH_SIZES and BENCH_FORMS narrow the run ("1000 10000"; "all cbr").
 # N1MM .mdb is left out: no program on this machine writes an Access database (mdbtools only
 # reads), so no log of a chosen size can be made.
 sizes=${BENCH_SIZES:-"1000 10000 100000 1000000"}
@@ -72,7 +74,7 @@ best_of_runs() {
     if [ -n "$beside_log" ]; then echo "$beside"; fi
 }
 
-printf '%-9s %9s %9s %7s %9s %11s  %-34s %s\n' format contacts seconds "cpu s" "peak MB" "µs/contact" target result
+printf '%-9s %9s %9s %7s %9s %11s  %-44s %s\n' format contacts seconds "cpu s" "peak MB" "µs/contact" target result
 for n in $sizes; do
     for kind in $forms; do
         dir="$work/$kind-$n"
@@ -111,9 +113,9 @@ for n in $sizes; do
             ok=$(awk -v s="$secs" -v l="$limit" 'BEGIN { print (s <= l) }')
         fi
         if [ "$parity" = 1 ]; then
-            beside=$(printf '.ALL %.3f s' "$all_secs")
+            beside=$(printf '.ALL %.3f s + 3 %%' "$all_secs")
             if [ "$target" = "-" ]; then target="<= $beside"; else target="$target, <= $beside"; fi
-            ok=$(awk -v o="$ok" -v s="$secs" -v a="$all_secs" 'BEGIN { print (o && s <= a) }')
+            ok=$(awk -v o="$ok" -v s="$secs" -v a="$all_secs" 'BEGIN { print (o && s <= a * 1.03) }')
         fi
         if [ "$status" != 0 ]; then
             result="FAIL (the run ended with an error)" fails=$((fails + 1))
@@ -125,7 +127,7 @@ for n in $sizes; do
             result=FAIL fails=$((fails + 1))
         fi
         awk -v k="$kind" -v n="$n" -v s="$secs" -v c="$cpu" -v kb="$kb" -v t="$target" -v r="$result" \
-            'BEGIN { printf "%-9s %9d %9.3f %7.2f %9.1f %11.2f  %-34s %s\n", k, n, s, c, kb / 1024, s * 1e6 / n, t, r }'
+            'BEGIN { printf "%-9s %9d %9.3f %7.2f %9.1f %11.2f  %-44s %s\n", k, n, s, c, kb / 1024, s * 1e6 / n, t, r }'
     done
     # A million-contact log and its results take room; keep only the figures.
     rm -f "$work"/*-"$n"/BENCH*
