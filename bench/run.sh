@@ -18,7 +18,7 @@ rm -rf "$work" && mkdir -p "$work"
 # ten times the 100,000 time with 20 % slack (linear growth); Cabrillo and ADIF no slower per
 # contact than zLog .ALL at the same size, timed in turn with the .ALL log so that other work
 # on the machine weighs on both alike (the best of fifteen runs each up to 10,000 contacts, of
-# five at 100,000), within 3 %: one same log timed against itself in turn differs by that
+# five above), within 3 %: one same log timed against itself in turn differs by that
 # much. BENCH_SIZES and BENCH_FORMS narrow the run ("1000 10000"; "all cbr").
 # N1MM .mdb is left out: no program on this machine writes an Access database (mdbtools only
 # reads), so no log of a chosen size can be made.
@@ -89,13 +89,13 @@ for n in $sizes; do
         "$cli" settings --home "$home" init > /dev/null 2>&1 || true
         runs=3
         if [ "$n" -le 10000 ]; then runs=7; fi
-        # Cabrillo and ADIF are timed in turn with the .ALL log of the same size, more often
-        # than the other forms below a million contacts: a comparison of two times that are
-        # alike needs the quietest run of each.
+        # Cabrillo and ADIF are timed in turn with the .ALL log of the same size, and more
+        # often than the other forms: a comparison of two times that are alike needs the
+        # quietest run of each.
         parity=0
         if { [ "$kind" = cbr ] || [ "$kind" = adi ]; } && [ -n "${best_secs[all-$n]:-}" ]; then
             parity=1
-            if [ "$n" -le 10000 ]; then runs=15; elif [ "$n" -le 100000 ]; then runs=5; fi
+            if [ "$n" -le 10000 ]; then runs=15; else runs=5; fi
         fi
         if [ "$parity" = 1 ]; then
             mapfile -t results < <(best_of_runs "$home" "$kind" "$log" "$runs" \
@@ -136,7 +136,7 @@ for n in $sizes; do
     rm -f "$work"/*-"$n"/BENCH*
 done
 echo "seconds: wall time, the best of 3 runs (7 up to 10,000 contacts; Cabrillo and ADIF, timed"
-echo "in turn with .ALL: 15 up to 10,000, 5 at 100,000); cpu s: user + system time of that run."
+echo "in turn with .ALL: 15 up to 10,000, 5 above); cpu s: user + system time of that run."
 echo "Other work on the machine (builds of other engineers on the same 2 cores) slows the wall"
 echo "time only."
 echo "targets missed: $fails"
