@@ -33,18 +33,15 @@ fails=0
 # figure has hundredths only, too coarse to compare the forms at 1,000 contacts), its processor
 # time (user + system) and peak memory.
 one_run() {
-    local home=$1 kind=$2 log=$3 started ended secs user sys kb
+    local home=$1 kind=$2 log=$3 started ended user sys kb status=0
     started=$(date +%s%N)
-    if /usr/bin/time -f '%e %U %S %M' -o "$work/one-run" \
-        "$cli" convert --home "$home" --type "$kind" --year 2026 "$log" > /dev/null 2>&1; then
-        ended=$(date +%s%N)
-        read -r _ user sys kb < "$work/one-run"
-        secs=$(awk -v a="$started" -v b="$ended" 'BEGIN { printf "%.3f", (b - a) / 1e9 }')
-        echo "$secs $(awk -v u="$user" -v s="$sys" 'BEGIN { print u + s }') $kb 0"
-    else
-        read -r secs user sys kb < <(tail -n 1 "$work/one-run")
-        echo "$secs $(awk -v u="$user" -v s="$sys" 'BEGIN { print u + s }') $kb 1"
-    fi
+    /usr/bin/time -f '%e %U %S %M' -o "$work/one-run" \
+        "$cli" convert --home "$home" --type "$kind" --year 2026 "$log" > /dev/null 2>&1 || status=1
+    ended=$(date +%s%N)
+    # A failed run's figures follow time's line about its exit status.
+    read -r _ user sys kb < <(tail -n 1 "$work/one-run")
+    awk -v a="$started" -v b="$ended" -v u="$user" -v s="$sys" -v kb="$kb" -v st="$status" \
+        'BEGIN { printf "%.3f %s %s %s\n", (b - a) / 1e9, u + s, kb, st }'
 }
 
 # The better of two results of one_run (a failed run is kept: it decides the row).
@@ -92,18 +89,12 @@ for n in $sizes; do
         # Cabrillo and ADIF are timed in turn with the .ALL log of the same size, and more
         # often than the other forms: a comparison of two times that are alike needs the
         # quietest run of each.
-        parity=0
+        beside=()
         if { [ "$kind" = cbr ] || [ "$kind" = adi ]; } && [ -n "${best_secs[all-$n]:-}" ]; then
-            parity=1
+            beside=("$work/all-$n/home" "$work/all-$n/BENCH$n.ALL")
             if [ "$n" -le 10000 ]; then runs=15; else runs=5; fi
         fi
-        if [ "$parity" = 1 ]; then
-            mapfile -t results < <(best_of_runs "$home" "$kind" "$log" "$runs" \
-                "$work/all-$n/home" "$work/all-$n/BENCH$n.ALL")
-            read -r all_secs _ _ _ <<< "${results[1]}"
-        else
-            mapfile -t results < <(best_of_runs "$home" "$kind" "$log" "$runs")
-        fi
+        mapfile -t results < <(best_of_runs "$home" "$kind" "$log" "$runs" "${beside[@]}")
         read -r secs cpu kb status <<< "${results[0]}"
         best_secs[$kind-$n]=$secs
         target="-" ok=1
@@ -115,9 +106,10 @@ for n in $sizes; do
             target="<= $limit s (linear)"
             ok=$(awk -v s="$secs" -v l="$limit" 'BEGIN { print (s <= l) }')
         fi
-        if [ "$parity" = 1 ]; then
-            beside=$(printf '.ALL %.3f s + 3 %%' "$all_secs")
-            if [ "$target" = "-" ]; then target="<= $beside"; else target="$target, <= $beside"; fi
+        if [ ${#beside[@]} -gt 0 ]; then
+            read -r all_secs _ _ _ <<< "${results[1]}"
+            all=$(printf '.ALL %.3f s + 3 %%' "$all_secs")
+            if [ "$target" = "-" ]; then target="<= $all"; else target="$target, <= $all"; fi
             ok=$(awk -v o="$ok" -v s="$secs" -v a="$all_secs" 'BEGIN { print (o && s <= a * 1.03) }')
         fi
         if [ "$status" != 0 ]; then

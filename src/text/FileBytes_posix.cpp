@@ -186,8 +186,8 @@ void FileBytes::releaseRange(std::size_t from, std::size_t to) const
 
 namespace {
 
-// A read-only mapping of the whole of `fd`, or null where the file is no regular file, is too
-// small to be worth one or cannot be mapped.
+// A read-only mapping of the whole of `fd`, with its size in `size`; or null, `size` left as it
+// was, where the file is no regular file, is too small to be worth one or cannot be mapped.
 void* mapWhole(int fd, std::size_t& size)
 {
     struct stat st
@@ -197,9 +197,13 @@ void* mapWhole(int fd, std::size_t& size)
         static_cast<std::size_t>(st.st_size) < kSmallestMapped) {
         return nullptr;
     }
-    size = static_cast<std::size_t>(st.st_size);
-    void* const map = ::mmap(nullptr, size, PROT_READ, MAP_PRIVATE, fd, 0);
-    return map == MAP_FAILED ? nullptr : map;
+    const auto whole = static_cast<std::size_t>(st.st_size);
+    void* const map = ::mmap(nullptr, whole, PROT_READ, MAP_PRIVATE, fd, 0);
+    if (map == MAP_FAILED) {
+        return nullptr;
+    }
+    size = whole;
+    return map;
 }
 
 } // namespace
@@ -214,7 +218,6 @@ FileBytes::FileBytes(const std::filesystem::path& path)
             m_data = static_cast<const char*>(m_mapping);
             return;
         }
-        m_size = 0;
     }
     // Small files, folders, pipes and anything that cannot be mapped: read, with the failures
     // of a read.
